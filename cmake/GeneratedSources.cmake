@@ -16,20 +16,22 @@
 #   <prefix>_TYPE_SOURCES     types/*.cpp
 #   <prefix>_HEADERS          include/N/*.h
 #   <prefix>_FIXED_FILES      FIXED
-#   <prefix>_SOURCES          all of the above
+#   <prefix>_SOURCES          all of the above, and the stamp file that every run touches
 #   <prefix>_INCLUDE_DIR      OUTPUT/include
-#   <prefix>_STAMP            the file that is touched by every run
 #
-# kpifcgen leaves files alone whose text stays the same, and Ninja then does not compile what did not change. All files
-# are by-products of <prefix>_STAMP. List the sources in one target of the same folder; other targets that include the
-# headers depend on <prefix>_generate.
+# kpifcgen leaves files alone whose text stays the same, and Ninja then does not compile what did not change: all files
+# are by-products of the stamp. Give <prefix>_SOURCES, whole, to one target of the same folder: the stamp among them
+# makes that target wait for kpifcgen, which by-products alone do not in a unity build. Any other target that includes
+# the headers needs add_dependencies(<target> <prefix>_generate). The target "generated" is all such runs.
 #
 #   kp_generated_sources(ifc2x3 SCHEMA ${PROJECT_SOURCE_DIR}/generator/schemas/ifc2x3.schema
 #                               OUTPUT ${KP_GENERATED_DIR}/ifc2x3
 #                               FIXED include/IFC2X3/Declarations.h schema/Tables.cpp)
 #   add_library(KpIFC2X3 MODULE ${ifc2x3_SOURCES} ...)
-#   add_dependencies(KpIFC2X3 ifc2x3_generate)
+#   set_target_properties(KpIFC2X3 PROPERTIES UNITY_BUILD ${KP_UNITY} UNITY_BUILD_BATCH_SIZE 32)
 #   target_include_directories(KpIFC2X3 PUBLIC ${ifc2x3_INCLUDE_DIR})
+
+add_custom_target(generated)
 
 function(kp_generated_sources prefix)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCHEMA;OUTPUT" "FIXED")
@@ -84,12 +86,12 @@ function(kp_generated_sources prefix)
         VERBATIM
     )
     add_custom_target(${prefix}_generate DEPENDS "${stamp}")
+    add_dependencies(generated ${prefix}_generate)
 
     set(${prefix}_ENTITY_SOURCES "${entities}" PARENT_SCOPE)
     set(${prefix}_TYPE_SOURCES "${types}" PARENT_SCOPE)
     set(${prefix}_HEADERS "${headers}" PARENT_SCOPE)
     set(${prefix}_FIXED_FILES "${fixed}" PARENT_SCOPE)
-    set(${prefix}_SOURCES "${all}" PARENT_SCOPE)
+    set(${prefix}_SOURCES "${all};${stamp}" PARENT_SCOPE)
     set(${prefix}_INCLUDE_DIR "${arg_OUTPUT}/include" PARENT_SCOPE)
-    set(${prefix}_STAMP "${stamp}" PARENT_SCOPE)
 endfunction()
