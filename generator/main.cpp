@@ -1,5 +1,6 @@
-#include "emit/File.h"
+#include "emit/Emitters.h"
 #include "facts/Linker.h"
+#include "plan/ModulePlan.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -68,6 +69,18 @@ int run(const Arguments& arguments) {
     const auto schema = facts::load(*text, diagnostics);
     if (!schema) {
         return fail(facts::format(arguments.schema, diagnostics));
+    }
+    if (!arguments.outputFolder) {
+        return 0;
+    }
+    const auto plan = plan::planModule(*schema, fs::path(arguments.schema).filename().string(), diagnostics);
+    if (!plan) {
+        return fail(facts::format(arguments.schema, diagnostics));
+    }
+    for (const emit::File& file : emit::emitModule(*plan)) {
+        if (const fs::path path = fs::path(*arguments.outputFolder) / file.path; !writeIfChanged(path, file.text)) {
+            return fail(path.string() + ": cannot be written\n");
+        }
     }
     return 0;
 }

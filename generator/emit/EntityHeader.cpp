@@ -1,0 +1,166 @@
+#include "emit/Entity.h"
+#include "emit/Layout.h"
+#include "emit/Printer.h"
+
+namespace kpifcgen::emit {
+
+namespace {
+
+constexpr auto body = R"(
+$forwardDeclarations$
+$summary$
+class $export$ $class$ : public $base$ {
+public:
+    /// The entity's type in the dictionary; null until the schema is built.
+    static KpIfcEntityType* g_pEntityType;
+
+    $class$();
+    $class$(const $class$&);
+    $class$& operator=(const $class$&);
+    ~$class$() override;
+
+    $accessors$
+    KpIfcEntityType* getInstanceType() const override;
+    KP::ErrorStatus inFields(KpSpfFilerBase* filer) override;
+    KP::ErrorStatus outFields(KpSpfFilerBase* filer) override;
+    bool isInstanceOf(const KpIfcEntityType* type) const override;
+    bool isInstanceOf(const char* typeName) const override;
+    bool isKindOf(const KpIfcEntityType* type) const override;
+    bool isKindOf(const char* typeName) const override;
+
+    /// What the schema says about the entity and where its attributes are stored.
+    static const KpIfcEntityFacts& facts();
+$protected$
+};
+)";
+
+constexpr auto valueAccessors = R"(
+$constGetter$
+void $setter$(const $type$& value) {
+    beforeChange();
+    $member$ = value;
+}
+
+)";
+
+constexpr auto referenceAccessors = R"(
+KpDbObjectId $getter$() const { return $member$; }
+void $setter$(const KpDbObjectId& value) {
+    beforeChange();
+    $member$ = value;
+}
+/// The referenced instance, converted unchecked; null where there is none.
+$instanceClass$* $instanceGetter$() const;
+
+)";
+
+constexpr auto aggregateAccessors = R"(
+$type$& $getter$() {
+    beforeChange();
+    return $member$;
+}
+$constGetter$
+void $getter$($array$& values) const {
+    values.clear();
+    $member$.copyTo(values);
+}
+void $setter$(const $array$& values) {
+    beforeChange();
+    $member$.assign(values);
+}
+void $setter$(const $type$& values) {
+    beforeChange();
+    $member$ = values;
+}
+
+)";
+
+constexpr auto inverseSignature = "void $getter$(KpIfcArray<KpDbObjectId>& values) const";
+constexpr auto inverseStatement = "m_inverse.copyTo($index$, values);";
+
+constexpr auto protectedPart = R"(
+
+protected:
+    $facts$
+    $members$
+)";
+
+/// Depth of a member of a class.
+constexpr std::size_t memberIndentation = 4;
+
+std::string constGetter(const plan::EntityPlan::Attribute& attribute) {
+    return inlineFunction(memberIndentation, "const " + attribute.type + "& " + attribute.getter + "() const",
+                          "return " + attribute.member + ";");
+}
+
+std::string accessors(const plan::EntityPlan::Attribute& attribute) {
+    using Kind = plan::EntityPlan::AccessorKind;
+    switch (attribute.kind) {
+    case Kind::Value:
+        return print(valueAccessors, {{"type", attribute.type},
+                                      {"constGetter", constGetter(attribute)},
+                                      {"setter", attribute.setter},
+                                      {"member", attribute.member}});
+    case Kind::Reference:
+        return print(referenceAccessors, {{"getter", attribute.getter},
+                                          {"setter", attribute.setter},
+                                          {"member", attribute.member},
+                                          {"instanceClass", attribute.instanceClass},
+                                          {"instanceGetter", attribute.instanceGetter}});
+    case Kind::Aggregate:
+        return print(aggregateAccessors, {{"type", attribute.type},
+                                          {"constGetter", constGetter(attribute)},
+                                          {"array", attribute.array},
+                                          {"getter", attribute.getter},
+                                          {"setter", attribute.setter},
+                                          {"member", attribute.member}});
+    }
+    return {};
+}
+
+std::string allAccessors(const plan::EntityPlan& entity) {
+    std::string text;
+    for (const auto& attribute : entity.attributes) {
+        text += accessors(attribute);
+    }
+    for (std::size_t i = 0; i < entity.inverseGetters.size(); ++i) {
+        text += inlineFunction(memberIndentation, print(inverseSignature, {{"getter", entity.inverseGetters[i]}}),
+                               print(inverseStatement, {{"index", std::to_string(i)}})) +
+                "\n";
+    }
+    return text + (entity.inverseGetters.empty() ? "" : "\n");
+}
+
+std::string members(const plan::EntityPlan& entity) {
+    std::string text;
+    for (const auto& attribute : entity.attributes) {
+        text += attribute.type + " " + attribute.member + attribute.initializer + ";\n";
+    }
+    if (!entity.inverseGetters.empty()) {
+        text += "InverseMembers<" + std::to_string(entity.inverseGetters.size()) + "> m_inverse;\n";
+    }
+    return text;
+}
+
+} // namespace
+
+File emitEntityHeader(const plan::EntityPlan& entity, const plan::Frame& frame) {
+    const std::string memberLines = members(entity);
+    const std::string_view factsLine = hasFacts(entity) ? "struct Facts;\n" : "";
+    const std::string_view gap = hasFacts(entity) && !memberLines.empty() ? "\n" : "";
+    const bool hasProtected = !factsLine.empty() || !memberLines.empty();
+    return header(
+        frame, entity.files,
+        print(body, {{"forwardDeclarations", lines(entity.forwardDeclarations, "class ", ";") +
+                                                 (entity.forwardDeclarations.empty() ? "" : "\n")},
+                     {"summary", comment(0, entity.summary)},
+                     {"export", frame.exportMacro},
+                     {"class", entity.className},
+                     {"base", entity.baseClass},
+                     {"accessors", allAccessors(entity)},
+                     {"protected", hasProtected ? print(protectedPart, {{"facts", std::string(factsLine).append(gap)},
+                                                                        {"members", memberLines}})
+                                                : ""}}));
+}
+
+} // namespace kpifcgen::emit

@@ -1,0 +1,98 @@
+#include "emit/Emitters.h"
+#include "emit/Layout.h"
+#include "emit/Printer.h"
+
+namespace kpifcgen::emit {
+
+namespace {
+
+constexpr auto headerBody = R"(
+$summary$
+class $export$ $class$ : public Select {
+public:
+    enum $tagType$ : std::int32_t {
+        $tags$
+        eUnset,
+        eUnresolved,
+    };
+
+    /// The select's dictionary type, filled when the schema is built.
+    static KpIfcDefinedType* g_pType;
+
+    $class$() : Select(eUnset) {}
+    KpIfcNameType* type() const override;
+
+    $testers$
+
+    $setters$
+protected:
+    const SelectFacts& facts() const override;
+};
+)";
+
+constexpr auto testerSignature = "bool $tester$() const";
+constexpr auto testerStatement = "return tag() == $tag$;";
+
+constexpr auto setterSignature = "void $setter$($argument$ value)";
+constexpr auto setterStatement = "$store$($tag$, value);";
+
+/// Depth of a member of a class.
+constexpr std::size_t memberIndentation = 4;
+
+constexpr auto sourceBody = R"(
+KpIfcDefinedType* $class$::g_pType = nullptr;
+
+static constexpr SelectAlternative $table$[] = {
+    $rows$
+};
+static constexpr SelectFacts $facts$ = {
+    "$name$", $count$, $table$};
+
+KpIfcNameType* $class$::type() const {
+    return typeOf(g_pType);
+}
+
+const SelectFacts& $class$::facts() const {
+    return $facts$;
+}
+)";
+
+} // namespace
+
+std::vector<File> emitSelect(const plan::SelectPlan& select, const plan::Frame& frame) {
+    std::string tags, testers, setters, rows;
+    for (const auto& alternative : select.alternatives) {
+        tags += alternative.tag + ",\n";
+        testers += inlineFunction(memberIndentation, print(testerSignature, {{"tester", alternative.tester}}),
+                                  print(testerStatement, {{"tag", alternative.tag}})) +
+                   "\n";
+        rows += "{" + alternative.row + "},\n";
+        if (alternative.hasSetter) {
+            setters += inlineFunction(
+                           memberIndentation,
+                           print(setterSignature, {{"setter", alternative.setter}, {"argument", alternative.argument}}),
+                           print(setterStatement, {{"store", alternative.store}, {"tag", alternative.tag}})) +
+                       "\n";
+        }
+    }
+    if (!setters.empty()) {
+        setters += "\n";
+    }
+    return {header(frame, select.files,
+                   print(headerBody, {{"summary", comment(0, select.summary)},
+                                      {"export", frame.exportMacro},
+                                      {"class", select.className},
+                                      {"tagType", select.tagType},
+                                      {"tags", tags},
+                                      {"testers", testers},
+                                      {"setters", setters}})),
+            source(frame, select.files, "\"types/SelectFacts.h\"",
+                   print(sourceBody, {{"class", select.className},
+                                      {"table", select.alternativeTable},
+                                      {"rows", rows},
+                                      {"facts", select.facts},
+                                      {"name", select.name},
+                                      {"count", std::to_string(select.alternatives.size())}}))};
+}
+
+} // namespace kpifcgen::emit

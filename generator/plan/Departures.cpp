@@ -1,0 +1,27 @@
+#include "plan/Departures.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace kpifcgen::plan {
+
+namespace {
+
+struct NotKept {
+    std::string_view schema, entity, attribute;
+};
+
+constexpr NotKept notKept[] = {
+    // The published schema gives the texture's bytes a type that cannot hold them.
+    {"IFC2X3", "IfcBlobTexture", "RasterCode"},
+};
+
+} // namespace
+
+bool isNotKept(std::string_view schema, std::string_view entity, std::string_view attribute) {
+    return std::ranges::any_of(notKept, [&](const NotKept& one) {
+        return one.schema == schema && one.entity == entity && one.attribute == attribute;
+    });
+}
+
+} // namespace kpifcgen::plan

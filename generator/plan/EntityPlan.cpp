@@ -1,0 +1,181 @@
+#include "plan/Departures.h"
+#include "plan/Planners.h"
+#include "plan/Storage.h"
+
+#include <algorithm>
+#include <ranges>
+
+namespace kpifcgen::plan {
+
+namespace {
+
+std::string quoted(std::string_view text) {
+    return "\"" + std::string(text) + "\"";
+}
+
+/// Flags of a field; `fields` is the record it stands in.
+std::string flags(const facts::ExplicitAttribute& attribute, const std::vector<facts::RecordField>& fields,
+                  bool isBinary, bool isDerived) {
+    std::string text;
+    const auto add = [&](const char* flag) { text += (text.empty() ? "" : " | ") + std::string(flag); };
+    if (attribute.optional && !isDerived) {
+        add("kOptional");
+    }
+    if (fields.front().attribute == &attribute) {
+        add("kFirst");
+    }
+    if (isBinary && !isDerived) {
+        add("kBinary");
+    }
+    return text.empty() ? "0" : text;
+}
+
+class EntityPlanner {
+public:
+    EntityPlanner(const facts::Entity& entity, const Context& context) : m_entity(entity), m_context(context) {}
+
+    EntityPlan run() {
+        planClass();
+        for (const auto& attribute : m_entity.explicitAttributes) {
+            planAttribute(attribute);
+        }
+        for (const auto& inverse : m_entity.inverseAttributes) {
+            m_plan.inverseGetters.push_back(inverseGetter(inverse.name));
+        }
+        planRecord();
+        for (const auto& rule : m_entity.uniqueRules) {
+            planUniqueRule(rule);
+        }
+        m_plan.fields = fields();
+        sortUnique(m_plan.files.headerIncludes);
+        sortUnique(m_plan.files.sourceIncludes);
+        sortUnique(m_plan.forwardDeclarations);
+        return std::move(m_plan);
+    }
+
+private:
+    void planClass() {
+        const std::string& name = m_entity.name;
+        m_plan.files.headerPath = m_context.names.headerPath(name);
+        m_plan.files.sourcePath = entitySource(name);
+        m_plan.files.include = include(name, m_context);
+        m_plan.name = name;
+        m_plan.className = className(name);
+        m_plan.isRoot = !m_entity.supertype;
+        m_plan.isAbstract = m_entity.abstract;
+        m_plan.summary = (m_entity.abstract ? "Abstract entity " : "Entity ") + name;
+        if (m_entity.supertype) {
+            m_plan.baseClass = className(m_entity.supertype->name);
+            m_plan.files.headerIncludes = {include(m_entity.supertype->name, m_context)};
+            m_plan.summary += ", subtype of " + m_entity.supertype->name;
+        } else {
+            m_plan.baseClass = "KpIfcEntityBase";
+            m_plan.files.headerIncludes = {include("Entity", m_context)};
+        }
+        m_plan.summary += ".";
+        for (const facts::Entity* link : m_entity.chain | std::views::drop(1)) {
+            m_plan.chain.push_back(entityTypeOf(className(link->name)));
+        }
+    }
+
+    void planAttribute(const facts::ExplicitAttribute& attribute) {
+        const auto storage = storageOf(attribute.type);
+        if (!storage) {
+            m_context.diagnostics.push_back(
+                {attribute.at,
+                 "attribute '" + attribute.name + "': there is no class for a '" + facts::spell(attribute.type) + "'"});
+            return;
+        }
+        EntityPlan::Attribute planned{.kind = EntityPlan::AccessorKind::Value,
+                                      .type = storage->type,
+                                      .member = member(attribute.name),
+                                      .initializer = storage->initializer,
+                                      .getter = getter(attribute.name),
+                                      .setter = setter(attribute.name),
+                                      .array = storage->array,
+                                      .instanceGetter = {},
+                                      .instanceClass = {}};
+        if (storage->kind == StorageKind::Aggregate) {
+            planned.kind = EntityPlan::AccessorKind::Aggregate;
+        } else if (storage->kind == StorageKind::Reference) {
+            planned.kind = EntityPlan::AccessorKind::Reference;
+            planned.instanceGetter = instanceGetter(attribute.name, m_context.classNames);
+            planned.instanceClass = className(storage->target->name);
+            if (!m_entity.isKindOf(*storage->target)) {
+                m_plan.forwardDeclarations.push_back(planned.instanceClass);
+            }
+        }
+        m_plan.attributes.push_back(std::move(planned));
+        if (!storage->included.empty()) {
+            m_plan.files.headerIncludes.push_back(include(storage->included, m_context));
+        }
+        if (storage->target && !m_entity.isKindOf(*storage->target)) {
+            m_plan.files.sourceIncludes.push_back(include(storage->target->name, m_context));
+        }
+        m_plan.attributeRows.push_back(row(attribute, *storage));
+    }
+
+    EntityPlan::Row row(const facts::ExplicitAttribute& attribute, const Storage& storage) const {
+        const auto text = flags(attribute, m_entity.recordFields, storage.isBinary, false);
+        if (isNotKept(m_context.schema.name, attribute.owner->name, attribute.name)) {
+            return {"notKept", {quoted(attribute.name), text}};
+        }
+        EntityPlan::Row row{"field<&" + m_plan.className + "::" + member(attribute.name) + ">",
+                            {quoted(attribute.name), text}};
+        if (storage.target) {
+            row.arguments.push_back("&" + entityTypeOf(className(storage.target->name)));
+        }
+        return row;
+    }
+
+    void planRecord() {
+        const auto isDerived = [](const facts::RecordField& field) { return field.redeclaredAs != nullptr; };
+        if (std::ranges::none_of(m_entity.recordFields, isDerived)) {
+            return;
+        }
+        for (const auto& field : m_entity.recordFields) {
+            const facts::ExplicitAttribute& attribute = *field.attribute;
+            const auto storage = storageOf(attribute.type);
+            if (field.redeclaredAs) {
+                m_plan.recordRows.push_back(
+                    {"derived", {quoted(attribute.name), flags(attribute, m_entity.recordFields, false, true)}});
+            } else if (storage) { // a type without class is reported where its owner is planned
+                m_plan.recordRows.push_back(row(attribute, *storage));
+                if (storage->target && !m_entity.isKindOf(*storage->target)) {
+                    m_plan.files.sourceIncludes.push_back(include(storage->target->name, m_context));
+                }
+            }
+        }
+    }
+
+    void planUniqueRule(const facts::UniqueRule& rule) {
+        std::string attributes;
+        for (const auto& attribute : rule.attributes) {
+            attributes += (attributes.empty() ? "" : " ");
+            attributes += std::visit([](const auto* one) { return one->name; }, attribute);
+        }
+        m_plan.uniqueRows.push_back({"", {quoted(rule.label), quoted(attributes)}});
+    }
+
+    EntityPlan::Fields fields() const {
+        if (!m_plan.recordRows.empty()) {
+            return EntityPlan::Fields::WholeRecord;
+        }
+        if (!m_plan.attributeRows.empty()) {
+            return EntityPlan::Fields::Own;
+        }
+        return m_plan.isRoot ? EntityPlan::Fields::None : EntityPlan::Fields::Inherited;
+    }
+
+    const facts::Entity& m_entity;
+    const Context& m_context;
+    EntityPlan m_plan;
+};
+
+} // namespace
+
+EntityPlan planEntity(const facts::Entity& entity, const Context& context) {
+    return EntityPlanner(entity, context).run();
+}
+
+} // namespace kpifcgen::plan

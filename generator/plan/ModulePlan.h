@@ -1,0 +1,143 @@
+#pragma once
+
+#include "facts/Diagnostics.h"
+#include "facts/Schema.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What to emit for one schema: finished strings and flags, in the order in which they are printed. Emitters add
+/// braces, line breaks and indentation only.
+namespace kpifcgen::plan {
+
+/// What all files of a module have in common.
+struct Frame {
+    std::string schemaFile; ///< its name, without folders
+    std::string space;
+    std::string exportMacro;
+};
+
+/// A pair of files. Includes are finished ("<IFC2X3/IfcWall.h>"), sorted, without repetition.
+struct Files {
+    std::string headerPath;
+    std::string sourcePath;
+    std::string include; ///< of the header
+    std::vector<std::string> headerIncludes;
+    std::vector<std::string> sourceIncludes; ///< besides the header and what all sources of the family include
+};
+
+struct EnumerationPlan {
+    struct Literal {
+        std::string constant;
+        std::string text;
+    };
+
+    Files files;
+    std::string name; ///< as declared
+    std::string className;
+    std::string summary;
+    std::vector<Literal> literals;
+    std::string unsetConstant;
+    std::string literalTable;
+};
+
+struct SelectPlan {
+    struct Alternative {
+        std::string tag;
+        std::string tester;
+        std::string row; ///< of the table of alternatives, without braces
+        bool hasSetter = false;
+        std::string setter;
+        std::string argument; ///< type of the setter's argument
+        std::string store;    ///< operation of the base class that the setter calls
+    };
+
+    Files files;
+    std::string name; ///< as declared
+    std::string className;
+    std::string summary;
+    std::string tagType;
+    std::string alternativeTable;
+    std::string facts;
+    std::vector<Alternative> alternatives;
+};
+
+struct EntityPlan {
+    enum class AccessorKind { Value, Reference, Aggregate };
+
+    /// An explicit attribute that the entity itself declares.
+    struct Attribute {
+        AccessorKind kind = AccessorKind::Value;
+        std::string type;
+        std::string member;
+        std::string initializer;
+        std::string getter;
+        std::string setter;
+        std::string array;          ///< of aggregates
+        std::string instanceGetter; ///< of references
+        std::string instanceClass;  ///< of references
+    };
+
+    /// Which fields the class reads and writes itself; those of its supertypes come first where it has own ones.
+    enum class Fields { None, Inherited, Own, WholeRecord };
+
+    /// A row of facts: an operation and its arguments.
+    struct Row {
+        std::string operation;
+        std::vector<std::string> arguments;
+    };
+
+    Files files;
+    std::string name; ///< as declared
+    std::string className;
+    std::string summary;
+    std::string baseClass;
+    bool isRoot = false;
+    bool isAbstract = false;
+    Fields fields = Fields::None;
+    std::vector<std::string> chain; ///< where the dictionary types of the supertypes are kept, nearest first
+    std::vector<std::string> forwardDeclarations;
+    std::vector<Attribute> attributes;
+    std::vector<std::string> inverseGetters;
+    std::vector<Row> attributeRows;
+    std::vector<Row> recordRows; ///< where fields are redeclared as derived: all fields
+    std::vector<Row> uniqueRows;
+};
+
+/// The steps that register the schema in the dictionary.
+struct SchemaPlan {
+    struct SimpleType {
+        std::string name;
+        std::string underlying;
+    };
+    struct EntityType {
+        std::string upperName;
+        std::string className;
+        std::string supertype; ///< where its dictionary type is kept; empty for a root
+    };
+
+    std::string builderClass;
+    std::string umbrellaPath;
+    std::string umbrellaInclude;
+    std::vector<std::string> entityIncludes;
+    std::string simpleTypesPath;
+    std::vector<SimpleType> simpleTypes;
+    std::string entityTypesPath;
+    std::vector<EntityType> entityTypes; ///< each after its supertype
+};
+
+struct ModulePlan {
+    Frame frame;
+    std::vector<EnumerationPlan> enumerations;
+    std::vector<SelectPlan> selects;
+    std::vector<EntityPlan> entities;
+    SchemaPlan schema;
+};
+
+/// None, and diagnostics, where the schema has something that no code can be generated for.
+std::optional<ModulePlan> planModule(const facts::Schema& schema, std::string_view schemaFile,
+                                     facts::Diagnostics& diagnostics);
+
+} // namespace kpifcgen::plan

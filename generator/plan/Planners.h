@@ -1,0 +1,30 @@
+#pragma once
+
+#include "plan/ModulePlan.h"
+#include "plan/Names.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+/// One function per family of generated files.
+namespace kpifcgen::plan {
+
+struct Context {
+    const facts::Schema& schema;
+    SchemaNames names;
+    std::set<std::string> classNames;
+    facts::Diagnostics& diagnostics;
+};
+
+EnumerationPlan planEnumeration(const facts::Enumeration& enumeration, const Context& context);
+SelectPlan planSelect(const facts::Select& select, const Context& context);
+EntityPlan planEntity(const facts::Entity& entity, const Context& context);
+SchemaPlan planSchema(const Context& context);
+
+/// "<IFC2X3/IfcWall.h>" of a declaration or a hand-written header.
+std::string include(std::string_view file, const Context& context);
+
+void sortUnique(std::vector<std::string>& texts);
+
+} // namespace kpifcgen::plan
