@@ -4,7 +4,6 @@
 #include "facts/Text.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace kpifcgen::facts {
 
@@ -123,7 +122,7 @@ public:
 
 private:
     const ExplicitAttribute* findRedeclared(const syntax::Name& supertype, const syntax::Name& attribute) {
-        const auto above = m_entity.chain | std::views::drop(1);
+        const auto above = m_entity.supertypes();
         const auto found = std::ranges::find(above, supertype.text, &Entity::name);
         if (found == above.end()) {
             report(supertype, quote(supertype.text) + " is no supertype of " + quote(m_entity.name));
@@ -145,7 +144,7 @@ private:
         const auto takenIn = [&](const auto& attributes) {
             return std::ranges::any_of(attributes, [&](const auto& one) { return lowerCase(one.name) == lower; });
         };
-        for (const Entity* link : m_entity.chain | std::views::drop(1)) {
+        for (const Entity* link : m_entity.supertypes()) {
             if (takenIn(link->explicitAttributes) || takenIn(link->derivedAttributes) ||
                 takenIn(link->inverseAttributes)) {
                 report(name,

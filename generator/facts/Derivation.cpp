@@ -1,7 +1,6 @@
 #include "facts/Derivation.h"
 
 #include <algorithm>
-#include <ranges>
 #include <unordered_set>
 
 namespace kpifcgen::facts {
@@ -35,8 +34,8 @@ const DerivedAttribute* redeclaration(const Entity& entity, const ExplicitAttrib
 
 std::vector<RecordField> recordFields(const Entity& entity) {
     std::vector<RecordField> fields;
-    for (const Entity* link : std::views::reverse(entity.chain)) {
-        for (const ExplicitAttribute& attribute : link->explicitAttributes) {
+    for (auto link = entity.chain.rbegin(); link != entity.chain.rend(); ++link) {
+        for (const ExplicitAttribute& attribute : (*link)->explicitAttributes) {
             fields.push_back({&attribute, redeclaration(entity, attribute)});
         }
     }
@@ -61,9 +60,9 @@ void deriveChains(Schema& schema) {
         for (const Entity* link = &entity; link; link = link->supertype) {
             entity.chain.push_back(link);
         }
-        for (const Entity* link : std::views::reverse(entity.chain)) {
-            if (placed.insert(link).second) {
-                schema.supertypesFirst.push_back(link);
+        for (auto link = entity.chain.rbegin(); link != entity.chain.rend(); ++link) {
+            if (placed.insert(*link).second) {
+                schema.supertypesFirst.push_back(*link);
             }
         }
     }

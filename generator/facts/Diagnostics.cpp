@@ -1,11 +1,14 @@
 #include "facts/Diagnostics.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kpifcgen::facts {
 
 std::string format(std::string_view file, Diagnostics diagnostics) {
-    std::ranges::stable_sort(diagnostics, {}, &Diagnostic::at);
+    std::ranges::stable_sort(diagnostics, [](const Diagnostic& a, const Diagnostic& b) {
+        return std::pair(a.at.line, a.at.column) < std::pair(b.at.line, b.at.column);
+    });
     std::string text;
     for (const auto& [at, message] : diagnostics) {
         text.append(file).append(":").append(std::to_string(at.line));

@@ -10,8 +10,6 @@ namespace kpifcgen::facts {
 struct Position {
     int line = 0;
     int column = 0;
-
-    friend auto operator<=>(const Position&, const Position&) = default;
 };
 
 struct Diagnostic {

@@ -232,7 +232,9 @@ private:
     void requireWords(const std::vector<syntax::WordList>& lists, const std::string& kind, const std::string& words) {
         for (const auto& list : lists) {
             if (list.words.empty()) {
-                m_diagnostics.push_back({list.name.at, kind + " '" + list.name.text + "' has no " + words});
+                std::string message = kind;
+                message.append(" '").append(list.name.text).append("' has no ").append(words);
+                m_diagnostics.push_back({list.name.at, std::move(message)});
             }
         }
     }

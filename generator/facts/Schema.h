@@ -4,6 +4,7 @@
 #include "facts/Types.h"
 
 #include <deque>
+#include <span>
 #include <string>
 #include <variant>
 #include <vector>
@@ -108,6 +109,7 @@ struct Entity {
     std::vector<RecordField> recordFields; ///< inherited ones first
     bool isInverted = false;               ///< an inverse attribute names it or a supertype as its target
 
+    std::span<const Entity* const> supertypes() const { return std::span(chain).subspan(1); } ///< nearest first
     bool isKindOf(const Entity& other) const;
 };
 

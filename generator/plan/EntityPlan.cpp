@@ -3,7 +3,6 @@
 #include "plan/Storage.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace kpifcgen::plan {
 
@@ -73,7 +72,7 @@ private:
             m_plan.files.headerIncludes = {include("Entity", m_context)};
         }
         m_plan.summary += ".";
-        for (const facts::Entity* link : m_entity.chain | std::views::drop(1)) {
+        for (const facts::Entity* link : m_entity.supertypes()) {
             m_plan.chain.push_back(entityTypeOf(className(link->name)));
         }
     }

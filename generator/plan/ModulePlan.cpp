@@ -69,8 +69,7 @@ std::string include(std::string_view file, const Context& context) {
 
 void sortUnique(std::vector<std::string>& texts) {
     std::ranges::sort(texts);
-    const auto rest = std::ranges::unique(texts);
-    texts.erase(rest.begin(), rest.end());
+    texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
 }
 
 std::optional<ModulePlan> planModule(const facts::Schema& schema, std::string_view schemaFile,

@@ -130,7 +130,6 @@ const Words& entityMembers() {
                                 "isChanged",
                                 "isInstanceOf",
                                 "isKindOf",
-                                "m_inverse",
                                 "objectId",
                                 "outFields",
                                 "owningModel",
@@ -234,7 +233,7 @@ std::string selectFacts(std::string_view select) {
 }
 
 std::string member(std::string_view attribute) {
-    return guarded(text("m_", attribute), entityMembers());
+    return text("m_", attribute);
 }
 std::string getter(std::string_view attribute) {
     return guarded(text("get", attribute), entityMembers());
@@ -247,11 +246,12 @@ std::string inverseGetter(std::string_view attribute) {
 }
 
 std::string instanceGetter(std::string_view attribute, const std::set<std::string>& classNames) {
-    std::string name(attribute);
-    if (classNames.contains(name)) {
-        return name + '_';
+    std::string name = guarded(guarded(guarded(std::string(attribute), keywords()), macros()), entityMembers());
+    // A member function of a class's name would hide the class, or be a constructor.
+    while (classNames.contains(name)) {
+        name += '_';
     }
-    return guarded(guarded(guarded(std::move(name), keywords()), macros()), entityMembers());
+    return name;
 }
 
 std::string entityTypeOf(std::string_view classOfEntity) {

@@ -63,6 +63,10 @@ std::string summary(const facts::Select& select) {
     return text;
 }
 
+facts::Diagnostic noCodeFor(const std::string& alternative, const facts::Select& select) {
+    return {select.at, "select '" + select.name + "': there is no code for a value of '" + alternative + "'"};
+}
+
 } // namespace
 
 SelectPlan planSelect(const facts::Select& select, const Context& context) {
@@ -82,8 +86,7 @@ SelectPlan planSelect(const facts::Select& select, const Context& context) {
         const std::string alternative = facts::spell(type);
         const auto storage = storageOf(type);
         if (!storage || storage->isBinary) {
-            context.diagnostics.push_back(
-                {select.at, "select '" + name + "': there is no code for a value of '" + alternative + "'"});
+            context.diagnostics.push_back(noCodeFor(alternative, select));
             continue;
         }
         if (storage->kind == StorageKind::Reference) {

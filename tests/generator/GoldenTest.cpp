@@ -28,6 +28,10 @@ std::vector<emit::File> emitMini() {
     return emit::emitModule(*plan);
 }
 
+std::string readGolden(const std::string& path) {
+    return readSource("tests/generator/golden/" + path + suffix);
+}
+
 /// KPIFCGEN_UPDATE_GOLDEN=1 writes the expected files instead of comparing.
 bool isUpdating() {
     return std::getenv("KPIFCGEN_UPDATE_GOLDEN") != nullptr;
@@ -61,7 +65,7 @@ TEST(Golden, MiniSchemaIsEmittedAsReviewed) {
     std::set<std::string> emitted;
     for (const auto& [path, text] : files) {
         emitted.insert(path + suffix);
-        EXPECT_EQ(text, readSource("tests/generator/golden/" + path + suffix)) << path;
+        EXPECT_EQ(text, readGolden(path)) << path;
     }
     EXPECT_EQ(emitted, goldenPaths());
 }

@@ -15,14 +15,13 @@ TEST(Names, OfTypesAvoidKeywordsMacrosAndTheModulesOwn) {
 }
 
 TEST(Names, OfMembersAvoidThoseOfTheBaseClasses) {
-    EXPECT_EQ(member("Name"), "m_Name");
-    EXPECT_EQ(member("inverse"), "m_inverse_");
     EXPECT_EQ(getter("Attr"), "getAttr_");
     EXPECT_EQ(setter("InverseCounterParts"), "setInverseCounterParts_");
     EXPECT_EQ(selectTag("Unset"), "eUnset_");
     EXPECT_EQ(selectSetter("Handle"), "setHandle_");
     EXPECT_EQ(instanceGetter("facts", {}), "facts_");
     EXPECT_EQ(instanceGetter("IfcWall", {"IfcWall"}), "IfcWall_");
+    EXPECT_EQ(instanceGetter("class", {"class_"}), "class__");
     EXPECT_EQ(enumConstant("E", "UNSET"), "kE_UNSET_");
 }
 
