@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Failure.h"
+
+#include <CLI/App.hpp>
+
+#include <functional>
+
+namespace kpifc {
+
+/// What the chosen subcommand does. Throws Failure where it could not be done.
+using Action = std::function<ExitCode()>;
+
+/// Each adds its subcommand to the application; parsing one sets `action`.
+void addInfo(CLI::App& app, Action& action);
+void addConvert(CLI::App& app, Action& action);
+void addDump(CLI::App& app, Action& action);
+
+} // namespace kpifc

@@ -1,0 +1,51 @@
+#include "Files.h"
+
+#include "Output.h"
+
+#include <fmt/format.h>
+
+using namespace KP_SDAI;
+
+namespace kpifc {
+
+KpIfcFile openFile(const std::string& path) {
+    KpIfcFile file;
+    if (file.open(path) != KP::eOk) {
+        throw Failure(file.error());
+    }
+    return file;
+}
+
+std::string summary(const KpIfcReport& report) {
+    std::string text;
+    for (const KpIfcSeverity severity : {KpIfcSeverity::error, KpIfcSeverity::warning, KpIfcSeverity::note}) {
+        if (const std::size_t count = report.count(severity)) {
+            text += (text.empty() ? "" : ", ") + counted(count, severityName(severity));
+        }
+    }
+    return text;
+}
+
+void tellProblems(const std::string& path, const KpIfcReport& report) {
+    if (!report.isClean()) {
+        tell(fmt::format("kpifc: {}: read with {}; kpifc info lists them", path, summary(report)));
+    }
+}
+
+ExitCode exitCode(const KpIfcReport& report) {
+    return report.isClean() ? kFine : kProblems;
+}
+
+std::string grouped(std::uint64_t count) {
+    std::string digits = std::to_string(count);
+    for (std::size_t i = digits.size(); i > 3; i -= 3) {
+        digits.insert(i - 3, 1, ',');
+    }
+    return digits;
+}
+
+std::string counted(std::uint64_t count, std::string_view noun) {
+    return fmt::format("{} {}{}", grouped(count), noun, count == 1 ? "" : "s");
+}
+
+} // namespace kpifc

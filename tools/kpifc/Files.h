@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Failure.h"
+
+#include <KpIfcCore/KpIfcFile.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kpifc {
+
+/// Opens a file; throws Failure where it cannot be read.
+KP_SDAI::KpIfcFile openFile(const std::string& path);
+
+/// How many findings of each severity there are: "1 error, 3 warnings"; empty where there are none.
+std::string summary(const KP_SDAI::KpIfcReport& report);
+
+/// Tells on standard error, in one line, that a file was read with problems; nothing where it was not.
+void tellProblems(const std::string& path, const KP_SDAI::KpIfcReport& report);
+
+ExitCode exitCode(const KP_SDAI::KpIfcReport& report);
+
+/// A count with its thousands set apart: "301,949".
+std::string grouped(std::uint64_t count);
+/// A count and what is counted: "1 record", "2,000 records".
+std::string counted(std::uint64_t count, std::string_view noun);
+
+} // namespace kpifc

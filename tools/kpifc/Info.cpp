@@ -1,0 +1,107 @@
+#include "Info.h"
+
+#include "Commands.h"
+#include "Files.h"
+#include "Output.h"
+
+#include <KpIfcCore/KpIfcEntityType.h>
+
+#include <algorithm>
+#include <memory>
+#include <tuple>
+#include <unordered_map>
+
+using namespace KP_SDAI;
+
+namespace kpifc {
+
+using Counts = std::vector<std::pair<std::string, std::uint64_t>>;
+
+static void sortMostFrequentFirst(Counts& counts) {
+    std::sort(counts.begin(), counts.end(),
+              [](const auto& a, const auto& b) { return std::tie(b.second, a.first) < std::tie(a.second, b.first); });
+}
+
+std::vector<std::pair<std::string, std::string>> FileInfo::otherHeaderRecords() const {
+    std::vector<std::pair<std::string, std::string>> others;
+    for (std::size_t i = 0; i < header.records().size(); ++i) {
+        const std::string& keyword = header.records()[i].keyword;
+        if (keyword != "FILE_DESCRIPTION" && keyword != "FILE_NAME" && keyword != "FILE_SCHEMA") {
+            others.emplace_back(keyword, header.source(i));
+        }
+    }
+    return others;
+}
+
+Counts FileInfo::findings() const {
+    Counts counts;
+    for (int i = 0; i < static_cast<int>(KpIfcFinding::count_); ++i) {
+        const auto finding = static_cast<KpIfcFinding>(i);
+        if (const std::size_t count = report.count(finding)) {
+            counts.emplace_back(findingName(finding), count);
+        }
+    }
+    sortMostFrequentFirst(counts);
+    return counts;
+}
+
+static Counts countTypes(const KpIfcModel& model) {
+    std::unordered_map<const KpIfcEntityType*, std::uint64_t> byType;
+    for (const KpIfcEntityBase* instance : model.instances()) {
+        ++byType[instance->getInstanceType()];
+    }
+    Counts counts;
+    for (const auto& [type, count] : byType) {
+        counts.emplace_back(type->displayName(), count);
+    }
+    sortMostFrequentFirst(counts);
+    return counts;
+}
+
+static ExitCode info(const std::string& path, bool asJson) {
+    KpIfcFile file = openFile(path);
+    const KpIfcModel& model = *file.model();
+    const FileInfo about{.path = path,
+                         .size = file.size(),
+                         .moduleSchema = model.schema().name(),
+                         .header = file.header(),
+                         .instances = model.count(),
+                         .types = countTypes(model),
+                         .keptRecords = model.keptRecordCount(),
+                         .report = file.report()};
+    Output output;
+    output.text() = asJson ? jsonOf(about) : textOf(about);
+    output.finish();
+    return exitCode(file.report());
+}
+
+void addInfo(CLI::App& app, Action& action) {
+    const auto path = std::make_shared<std::string>();
+    const auto asJson = std::make_shared<bool>(false);
+    CLI::App* command = app.add_subcommand("info", "Tell what is in a file and what is wrong with it");
+    command->add_option("FILE", *path, "STEP file")->required();
+    command->add_flag("--json", *asJson, "One JSON object, for programs");
+    command->footer(
+        "Problems are listed as LINE:COLUMN: SEVERITY: #INSTANCE ENTITY.ATTRIBUTE: what was found; columns count\n"
+        "bytes. Of each kind the first hundred are listed, and all are counted.\n\n"
+        "Keys of the JSON object:\n"
+        "  file, size                  path as given, bytes\n"
+        "  schema                      name of the schema that the file was read with\n"
+        "  header                      description[], implementationLevel, name, timeStamp, author[],\n"
+        "                              organization[], preprocessorVersion, originatingSystem,\n"
+        "                              authorization, schemaIdentifiers[]\n"
+        "  header.otherRecords[]       keyword, text as the file writes it\n"
+        "  instances                   number of instances\n"
+        "  types                       entity name: number of its instances, most frequent first\n"
+        "  keptRecords                 number of records that are kept as text\n"
+        "  problems                    errors, warnings, notes (numbers); truncated (the file ends early)\n"
+        "  problems.kinds              kind: number, most frequent first\n"
+        "  problems.listed[]           severity, kind, offset (bytes), line, column, instance, entity,\n"
+        "                              attribute, message; null where it has none\n\n"
+        "Examples:\n"
+        "  kpifc info house.ifc\n"
+        "  kpifc info --json house.ifc | python3 -c 'import json,sys; print(json.load(sys.stdin)[\"types\"])'");
+    command->callback([path, asJson, &action] { action = [path, asJson] { return info(*path, *asJson); }; });
+}
+
+} // namespace kpifc

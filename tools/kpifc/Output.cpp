@@ -1,0 +1,32 @@
+#include "Output.h"
+
+#include "Failure.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace kpifc {
+
+void tell(std::string_view line) {
+    std::fwrite(line.data(), 1, line.size(), stderr);
+    std::fputc('\n', stderr);
+}
+
+static void require(bool done) {
+    if (!done) {
+        throw Failure(std::string("cannot write to standard output: ") + std::strerror(errno));
+    }
+}
+
+void Output::write() {
+    require(std::fwrite(m_text.data(), 1, m_text.size(), stdout) == m_text.size());
+    m_text.clear();
+}
+
+void Output::finish() {
+    write();
+    require(std::fflush(stdout) == 0);
+}
+
+} // namespace kpifc

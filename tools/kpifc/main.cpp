@@ -1,0 +1,59 @@
+#include "Commands.h"
+#include "Failure.h"
+#include "Output.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <csignal>
+#include <exception>
+#include <sstream>
+#include <string>
+
+using namespace kpifc;
+
+static int run(int argc, char** argv) {
+    CLI::App app("Reads and writes building models in STEP files (ISO 10303-21) of schema IFC2X3.", "kpifc");
+    app.set_version_flag("--version", "kpifc " KPIFC_VERSION);
+    app.set_help_all_flag("--help-all", "Print the help of all subcommands and exit");
+    app.require_subcommand(1);
+    app.footer("Exit codes: 0 fine; 1 done, but the file has problems (kpifc info lists them); 2 could not be done.\n"
+               "Results go to standard output, messages to standard error.\n\n"
+               "Examples:\n"
+               "  kpifc info house.ifc\n"
+               "  kpifc convert house.ifc -o house_new.ifc\n"
+               "  kpifc dump house.ifc > house.jsonl");
+    Action action;
+    addInfo(app, action);
+    addConvert(app, action);
+    addDump(app, action);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& stop) { // help and version too
+        std::ostringstream results;
+        std::ostringstream messages;
+        const int code = app.exit(stop, results, messages);
+        Output output;
+        output.text() = results.str();
+        output.finish();
+        if (code == 0) {
+            return kFine;
+        }
+        tell("kpifc: " + messages.str());
+        return kFailed;
+    }
+    return action();
+}
+
+int main(int argc, char** argv) {
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_IGN); // a pipe that nobody reads is reported like a full disk
+#endif
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& failure) {
+        tell(std::string("kpifc: ") + failure.what());
+    }
+    return kFailed;
+}
