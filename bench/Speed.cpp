@@ -1,0 +1,100 @@
+#include "Workloads.h"
+
+#include <KpIfcCore/KpIfcFile.h>
+#include <KpIfcCore/KpIfcModule.h>
+
+#include <algorithm>
+#include <ctime>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+using namespace KP_SDAI;
+
+namespace {
+
+/// A run repeats the work on small files until the clock's steps do not matter.
+constexpr double kShortestRun = 0.02;
+
+double cpuSeconds() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+std::shared_ptr<KpIfcModule> loadModule() {
+    std::string error;
+    std::shared_ptr<KpIfcModule> module = KpIfcModule::load("IFC2X3", error);
+    if (!module) {
+        throw std::runtime_error(error);
+    }
+    return module;
+}
+
+void require(KP::ErrorStatus status, const KpIfcFile& file) {
+    if (status != KP::eOk) {
+        throw std::runtime_error(file.error());
+    }
+}
+
+} // namespace
+
+void measureSpeed(const std::string& path, int runs, const Workloads& workloads, FileFigures& figures) {
+    const std::shared_ptr<KpIfcModule> module = loadModule(); // so that opening does not load it each time
+    std::vector<double> opens;
+    std::vector<double> writes;
+    std::vector<double> closes;
+    for (int run = 0; run < runs; ++run) {
+        double open = 0;
+        double write = 0;
+        double close = 0;
+        int rounds = 0;
+        for (; rounds == 0 || open < kShortestRun; ++rounds) {
+            KpIfcFile file;
+            std::string written;
+            const double start = cpuSeconds();
+            require(file.open(path), file);
+            const double opened = cpuSeconds();
+            if (workloads.write) {
+                require(file.saveToMemory(written), file);
+            }
+            const double saved = cpuSeconds();
+            figures.instances = file.model()->count();
+            const double before = cpuSeconds();
+            file.close();
+            close += cpuSeconds() - before;
+            open += opened - start;
+            write += saved - opened;
+        }
+        opens.push_back(open / rounds);
+        writes.push_back(write / rounds);
+        closes.push_back(close / rounds);
+    }
+    if (workloads.open) {
+        figures.open = median(opens);
+    }
+    if (workloads.write) {
+        figures.write = median(writes);
+    }
+    if (workloads.close) {
+        figures.close = median(closes);
+    }
+}
+
+ModuleFigures measureModule(int runs) {
+    std::vector<double> initialise;
+    std::vector<double> unload;
+    for (int run = 0; run < runs; ++run) {
+        const double start = cpuSeconds();
+        std::shared_ptr<KpIfcModule> module = loadModule();
+        const double loaded = cpuSeconds();
+        module.reset();
+        unload.push_back(cpuSeconds() - loaded);
+        initialise.push_back(loaded - start);
+    }
+    return {median(initialise), median(unload)};
+}

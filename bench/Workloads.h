@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Figures.h"
+
+#include <string>
+
+/// What to do with each file. Writing and closing need an open file, so their cost includes opening it anew each time,
+/// but not their figures.
+struct Workloads {
+    bool open = false;
+    bool write = false; ///< to memory
+    bool close = false;
+    bool memory = false;
+    bool module = false;
+};
+
+/// All throw std::runtime_error where the work fails.
+
+/// Fills in the times of opening, writing and closing a file.
+void measureSpeed(const std::string& path, int runs, const Workloads& workloads, FileFigures& figures);
+/// Fills in how much memory an open file takes, seen in a fresh child process. Counts what this process holds in memory
+/// when it is called, so it should be called before any other work.
+void measureMemory(const std::string& path, FileFigures& figures);
+ModuleFigures measureModule(int runs);

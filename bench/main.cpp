@@ -1,0 +1,99 @@
+#include "Figures.h"
+#include "SampleFiles.h"
+#include "Workloads.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <deque>
+#include <exception>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Arguments {
+    std::vector<std::string> files;
+    std::vector<std::string> only;
+    int runs = 5;
+    bool json = false;
+};
+
+/// The files given, else the real files beside the checkout, else the example.
+std::vector<fs::path> filesFor(const Arguments& arguments) {
+    if (!arguments.files.empty()) {
+        return {arguments.files.begin(), arguments.files.end()};
+    }
+    const fs::path source = KP_SOURCE_DIR;
+    std::vector<fs::path> files = findSamples((source / "../shared/samples").lexically_normal());
+    if (files.empty()) {
+        files.push_back(source / "examples/small_house.ifc");
+    }
+    return files;
+}
+
+Workloads workloadsFor(const std::vector<std::string>& only) {
+    const auto wanted = [&only](const char* name) {
+        return only.empty() || std::find(only.begin(), only.end(), name) != only.end();
+    };
+    return {.open = wanted("open"),
+            .write = wanted("write"),
+            .close = wanted("close"),
+            .memory = wanted("memory"),
+            .module = wanted("module")};
+}
+
+Figures measure(const Arguments& arguments) {
+    const Workloads workloads = workloadsFor(arguments.only);
+    Figures figures;
+    figures.runs = arguments.runs;
+    std::deque<UnpackedFile> files;
+    for (const fs::path& path : filesFor(arguments)) {
+        const fs::path& file = files.emplace_back(path).path();
+        FileFigures& about = figures.files.emplace_back();
+        about.name = path.filename().string();
+        about.bytes = fs::file_size(file);
+    }
+    // Memory first: a child begins with what this process holds.
+    for (std::size_t i = 0; workloads.memory && i < files.size(); ++i) {
+        measureMemory(files[i].path().string(), figures.files[i]);
+    }
+    if (workloads.module) {
+        figures.module = measureModule(arguments.runs);
+    }
+    const bool speed = workloads.open || workloads.write || workloads.close;
+    for (std::size_t i = 0; speed && i < files.size(); ++i) {
+        measureSpeed(files[i].path().string(), arguments.runs, workloads, figures.files[i]);
+    }
+    return figures;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("Measures reading and writing of STEP files.", "kpifc_bench");
+    Arguments arguments;
+    app.add_option("FILE", arguments.files, "STEP files, also compressed (.gz); else the samples that are found");
+    app.add_option("--only", arguments.only, "Workloads: open, write, close, memory, module; else all")
+        ->expected(1)
+        ->delimiter(',')
+        ->check(CLI::IsMember({"open", "write", "close", "memory", "module"}));
+    app.add_option("--runs", arguments.runs, "Runs, of which medians are taken")->check(CLI::PositiveNumber);
+    app.add_flag("--json", arguments.json, "Print one JSON object");
+    CLI11_PARSE(app, argc, argv);
+    try {
+        const Figures figures = measure(arguments);
+        fmt::print("{}", arguments.json ? jsonOf(figures) : tableOf(figures));
+        return 0;
+    } catch (const std::exception& failure) {
+        fmt::print(stderr, "kpifc_bench: {}\n", failure.what());
+        return 1;
+    }
+}
