@@ -1,0 +1,143 @@
+#include "Runner.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+using testing::TestWithParam;
+using testing::ValuesIn;
+
+namespace {
+
+struct Call {
+    const char* name;
+    const char* command;
+    int exitCode;
+};
+
+class CallTest : public TestWithParam<Call> {};
+
+/// Results go to standard output and messages to standard error, never one to the other.
+TEST_P(CallTest, EndsWithCode) {
+    const WorkFolder folder;
+    folder.write("clean.ifc", stepFile("#1=IFCCARTESIANPOINT((0.,1.));"));
+    const Outcome outcome = folder.run(GetParam().command);
+    EXPECT_EQ(outcome.exitCode, GetParam().exitCode) << outcome.err;
+    EXPECT_EQ(outcome.out.empty(), GetParam().exitCode == 2) << outcome.out;
+    EXPECT_EQ(outcome.err.empty(), GetParam().exitCode == 0) << outcome.err;
+}
+
+const Call kCalls[] = {
+    {"Help", "kpifc --help", 0},
+    {"HelpOfAll", "kpifc --help-all", 0},
+    {"Version", "kpifc --version", 0},
+    {"HelpOfInfo", "kpifc info --help", 0},
+    {"HelpOfConvert", "kpifc convert --help", 0},
+    {"HelpOfDump", "kpifc dump --help", 0},
+    {"Info", "kpifc info clean.ifc", 0},
+    {"InfoForPrograms", "kpifc info --json clean.ifc", 0},
+    {"Dump", "kpifc dump clean.ifc", 0},
+    {"NoCommand", "kpifc", 2},
+    {"UnknownCommand", "kpifc explain clean.ifc", 2},
+    {"UnknownOption", "kpifc info --loud clean.ifc", 2},
+    {"NoFile", "kpifc dump", 2},
+    {"TwoFiles", "kpifc dump clean.ifc clean.ifc", 2},
+    {"NoOutput", "kpifc convert clean.ifc", 2},
+    {"MissingFile", "kpifc info missing.ifc", 2},
+    {"Folder", "kpifc info .", 2},
+    {"OutputInMissingFolder", "kpifc convert clean.ifc -o missing/new.ifc", 2},
+    {"OutputIsFolder", "mkdir folder; kpifc convert clean.ifc -o folder", 2},
+};
+
+INSTANTIATE_TEST_SUITE_P(Calls, CallTest, ValuesIn(kCalls), [](const auto& test) { return test.param.name; });
+
+struct Damage {
+    const char* name;
+    std::string content;
+    int exitCode;
+    std::string said; ///< part of the messages
+};
+
+class DamageTest : public TestWithParam<Damage> {};
+
+TEST_P(DamageTest, HasTheSameCodeInEveryCommand) {
+    const WorkFolder folder;
+    const std::string file = folder.write("damaged.ifc", GetParam().content);
+    for (const std::string command : {"info", "info --json", "dump", "convert -o new.ifc"}) {
+        const Outcome outcome = folder.run("kpifc " + command + " " + file);
+        EXPECT_EQ(outcome.exitCode, GetParam().exitCode) << command << ": " << outcome.err;
+        EXPECT_NE((outcome.out + outcome.err).find(GetParam().said), std::string::npos)
+            << command << ": " << outcome.out << outcome.err;
+    }
+}
+
+const std::string kPoint = "#1=IFCCARTESIANPOINT((0.,1.));";
+
+std::string replaced(std::string text, const std::string& part, const std::string& by) {
+    return text.replace(text.find(part), part.size(), by);
+}
+
+const Damage kDamages[] = {
+    {"Empty", "", 2, "kpifc:"},
+    {"NoStepFile", "PK\x03\x04 this is something else entirely", 2, "kpifc:"},
+    {"OtherSchema", replaced(stepFile(kPoint), "IFC2X3", "IFC4"), 2, "IFC4"},
+    {"Truncated", stepFile(kPoint).substr(0, stepFile(kPoint).find("#1=") + 20), 1, "1 error"},
+    {"UnknownEntity", stepFile(kPoint + "#2=IFCNOSUCHTHING('x');"), 1, "1 "},
+    {"NoParameters", stepFile(kPoint + "#2=IFCCARTESIANPOINT;"), 1, "1 "},
+    {"DanglingReference", stepFile(kPoint + "#2=IFCPOLYLINE((#1,#3));"), 1, "1 "},
+};
+
+INSTANTIATE_TEST_SUITE_P(Files, DamageTest, ValuesIn(kDamages), [](const auto& test) { return test.param.name; });
+
+/// Makes a dump that does not fit into any pipe.
+std::string manyPoints() {
+    std::string records;
+    for (int i = 1; i <= 20'000; ++i) {
+        records += "#" + std::to_string(i) + "=IFCCARTESIANPOINT((0.,1.));\n";
+    }
+    return stepFile(records);
+}
+
+class LostOutputTest : public TestWithParam<const char*> {};
+
+TEST_P(LostOutputTest, FullDiskIsAnError) {
+    if (!std::filesystem::exists("/dev/full")) {
+        GTEST_SKIP() << "this system has no /dev/full";
+    }
+    const WorkFolder folder;
+    folder.write("points.ifc", manyPoints());
+    const Outcome outcome = folder.run("kpifc " + std::string(GetParam()) + " >/dev/full");
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.err.find("standard output"), std::string::npos) << outcome.err;
+}
+
+TEST_P(LostOutputTest, ClosedOutputIsAnError) {
+    const WorkFolder folder;
+    folder.write("points.ifc", manyPoints());
+    const Outcome outcome = folder.run("kpifc " + std::string(GetParam()) + " >&-");
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.err.find("standard output"), std::string::npos) << outcome.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(Results, LostOutputTest,
+                         testing::Values("--help", "--version", "info points.ifc", "info --json points.ifc",
+                                         "dump points.ifc"),
+                         [](const auto& test) { return "Call" + std::to_string(test.index); });
+
+TEST(BrokenPipeTest, IsAnError) {
+    const WorkFolder folder;
+    folder.write("points.ifc", manyPoints());
+    const Outcome outcome = folder.run("{ kpifc dump points.ifc; echo $? >code; } | head -c 1 >head; wait; cat code");
+    EXPECT_EQ(outcome.out, "2\n");
+    EXPECT_NE(outcome.err.find("standard output"), std::string::npos) << outcome.err;
+}
+
+TEST(LostMessageTest, DoesNotChangeTheOutcome) {
+    const WorkFolder folder;
+    folder.write("unknown.ifc", stepFile("#1=IFCCARTESIANPOINT((0.,1.));#2=IFCNOSUCHTHING();"));
+    EXPECT_EQ(folder.run("kpifc dump unknown.ifc 2>&-").exitCode, 1);
+    EXPECT_EQ(folder.run("kpifc dump missing.ifc 2>&-").exitCode, 2);
+}
+
+} // namespace

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+/// What a finished command left behind.
+struct Outcome {
+    int exitCode; ///< -1 where it did not exit by itself
+    std::string out;
+    std::string err;
+};
+
+/// A folder for the files of one test case, removed in the end.
+class WorkFolder {
+public:
+    WorkFolder();
+    WorkFolder(const WorkFolder&) = delete;
+    WorkFolder& operator=(const WorkFolder&) = delete;
+    ~WorkFolder();
+
+    std::filesystem::path path(std::string_view name) const { return m_path / name; }
+    /// Writes a file; returns its path quoted for run().
+    std::string write(std::string_view name, std::string_view content) const;
+    /// Runs a command in the shell, in this folder. "kpifc" stands for the program just built.
+    Outcome run(const std::string& command) const;
+
+private:
+    std::filesystem::path m_path;
+};
+
+/// The whole file; fails the test where it cannot be read.
+std::string contentOf(const std::filesystem::path& path);
+/// Quoted for the shell.
+std::string quoted(const std::filesystem::path& path);
+
+/// A STEP file with these lines in its data section.
+std::string stepFile(std::string_view records);
