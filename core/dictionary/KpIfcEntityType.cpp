@@ -1,0 +1,46 @@
+#include <KpIfcCore/KpIfcEntityType.h>
+
+namespace KP_SDAI {
+
+KpIfcEntityType::KpIfcEntityType(KpIfcSchema* schema, const char* name, Factory factory, PropertyBuilder builder,
+                                 const KpIfcEntityType* supertype)
+    : KpIfcNameType(name),
+      m_schema(schema),
+      m_factory(factory),
+      m_propertyBuilder(builder),
+      m_supertype(supertype) {}
+
+KpIfcEntityType::~KpIfcEntityType() = default;
+
+KpIfcEntityType* KpIfcEntityType::createEntityType(KpIfcSchema* schema, const char* name, bool, Factory factory,
+                                                   PropertyBuilder propertyBuilder, KpIfcEntityType*& staticType,
+                                                   const KpIfcEntityType* supertype) {
+    staticType = new KpIfcEntityType(schema, name, factory, propertyBuilder, supertype);
+    // The supertype is constant for everybody but its subtypes' registration.
+    if (supertype) const_cast<KpIfcEntityType*>(supertype)->m_subtypes.push_back(staticType);
+    return staticType;
+}
+
+bool KpIfcEntityType::isKindOf(const KpIfcEntityType* other) const {
+    for (const KpIfcEntityType* type = this; type; type = type->m_supertype)
+        if (type == other) return true;
+    return false;
+}
+
+void KpIfcEntityType::facts(const KpIfcEntityFacts* facts) {
+    m_facts = facts;
+    m_recordFields.clear();
+    if (!facts) return;
+    if (facts->record) {
+        m_recordFields.reserve(facts->recordCount);
+        for (std::uint32_t i = 0; i < facts->recordCount; ++i) m_recordFields.push_back(&facts->record[i]);
+        return;
+    }
+    if (m_supertype) {
+        m_recordFields.reserve(m_supertype->m_recordFields.size() + facts->attributeCount);
+        m_recordFields = m_supertype->m_recordFields;
+    }
+    for (std::uint32_t i = 0; i < facts->attributeCount; ++i) m_recordFields.push_back(&facts->attributes[i]);
+}
+
+}  // namespace KP_SDAI

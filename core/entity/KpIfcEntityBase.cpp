@@ -1,0 +1,78 @@
+#include <KpIfcCore/KpIfcEntityBase.h>
+#include <KpIfcCore/KpIfcModel.h>
+
+#include "model/ModelData.h"
+
+namespace KP_SDAI {
+
+KpIfcEntityBase::~KpIfcEntityBase() = default;
+
+void KpIfcEntityBase::noteChange() {
+    m_self |= kChanged;
+    if (KpIfcModel* model = owningModel()) model->data().noteChange(*this);
+}
+
+bool KpIfcEntityBase::getAttr(const KpAnsiString&, KpIfcVariant&) const {
+    return false;
+}
+KpIfcEntityType* KpIfcEntityBase::getInstanceType() const {
+    return nullptr;
+}
+bool KpIfcEntityBase::putAttr(const KpAnsiString&, const KpIfcVariant&) {
+    return false;
+}
+bool KpIfcEntityBase::testAttr(const KpIfcAttributeDefinition*) const {
+    return false;
+}
+bool KpIfcEntityBase::testAttr(const KpAnsiString&) const {
+    return false;
+}
+void KpIfcEntityBase::unsetAttr(const KpAnsiString&) {}
+KP::ErrorStatus KpIfcEntityBase::inFields(KpSpfFilerBase*) {
+    return KP::eOk;
+}
+KP::ErrorStatus KpIfcEntityBase::outFields(KpSpfFilerBase*) {
+    return KP::eOk;
+}
+KP::ErrorStatus KpIfcEntityBase::_inFields(KpSpfFilerBase* filer) {
+    return inFields(filer);
+}
+KP::ErrorStatus KpIfcEntityBase::_outFields(KpSpfFilerBase* filer) {
+    return outFields(filer);
+}
+void KpIfcEntityBase::setInverseCounterParts() {}
+void KpIfcEntityBase::resetInverseCounterParts() {}
+bool KpIfcEntityBase::testAttrCaseInsensitive(const KpAnsiString& name) const {
+    return testAttr(name);
+}
+bool KpIfcEntityBase::unsetAttrCaseInsensitive(const KpAnsiString& name) {
+    if (!testAttr(name)) return false;
+    unsetAttr(name);
+    return true;
+}
+bool KpIfcEntityBase::_getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
+    return getAttr(name, value);
+}
+bool KpIfcEntityBase::_putAttr(const KpAnsiString& name, const KpIfcVariant& value) {
+    return putAttr(name, value);
+}
+bool KpIfcEntityBase::_testAttr(const KpAnsiString& name) const {
+    return testAttr(name);
+}
+void KpIfcEntityBase::_unsetAttr(const KpAnsiString& name) {
+    unsetAttr(name);
+}
+bool KpIfcEntityBase::isInstanceOf(const KpIfcEntityType*) const {
+    return false;
+}
+bool KpIfcEntityBase::isInstanceOf(const char*) const {
+    return false;
+}
+bool KpIfcEntityBase::isKindOf(const KpIfcEntityType*) const {
+    return false;
+}
+bool KpIfcEntityBase::isKindOf(const char*) const {
+    return false;
+}
+
+}  // namespace KP_SDAI

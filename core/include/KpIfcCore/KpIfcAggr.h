@@ -1,0 +1,306 @@
+#pragma once
+
+#include <KpIfcCore/KpArena.h>
+#include <KpIfcCore/KpErrorStatus.h>
+#include <KpIfcCore/KpIfcArray.h>
+#include <KpIfcCore/KpIfcCoreApi.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <utility>
+
+namespace KP_SDAI {
+
+class KpIfcAggr;
+class KpIfcAggrIterator;
+class KpIfcAggrConstIterator;
+
+enum class KpIfcAggrContainerType : int { none = 0, array = 1, list = 2, set = 3 };
+
+/// What stands behind an aggregate: a small header with the element count, the elements directly behind it.
+///
+/// Which aggregate it serves (element type, kind, bounds) is its class; bounds take no memory. Elements are moved to a
+/// buffer of their own when they outgrow their place, so the address of the implementation never changes. The shared
+/// placeholders of nil aggregates are implementations too, so that a nil aggregate still knows its kind.
+class KPIFCCORE_EXPORT KpIfcAggrImp {
+public:
+    constexpr virtual ~KpIfcAggrImp() {}
+    /// Iterators stand on the first element; null unless `aggr` is not nil and this is its implementation. The caller
+    /// deletes them.
+    virtual KpIfcAggrIterator* createIterator(KpIfcAggr& aggr) = 0;
+    virtual KpIfcAggrConstIterator* createConstIterator(const KpIfcAggr& aggr) const = 0;
+    virtual bool isOrdered() const = 0;
+    virtual bool isUnique() const = 0;
+    virtual void clear() = 0;
+    virtual int lowerBound() const = 0;
+    virtual int upperBound() const = 0;
+    virtual KpIfcAggrContainerType aggrContainerType() const = 0;
+    /// A new implementation with a copy of the elements; of a placeholder, a new one without elements.
+    virtual KpIfcAggrImp* clone() const = 0;
+
+    std::uint32_t count() const { return m_count; }
+    bool isPlaceholder() const { return (m_room & kPlaceholder) != 0; }
+
+    /// How many elements fit behind the header, and the flags below.
+    struct Room {
+        std::uint32_t word;
+    };
+    static constexpr std::uint32_t kPlaceholder = 1u << 31;  ///< of a nil aggregate; never changed
+    static constexpr std::uint32_t kInArena = 1u << 30;      ///< lies in a model's memory
+    static constexpr std::uint32_t kExternal = 1u << 29;     ///< the elements lie in a buffer of their own
+    static constexpr std::uint32_t kMaxCount = kExternal - 1;
+
+protected:
+    constexpr explicit KpIfcAggrImp(Room room) : m_room(room.word) {}
+    KpIfcAggrImp(const KpIfcAggrImp&) = delete;
+    KpIfcAggrImp& operator=(const KpIfcAggrImp&) = delete;
+
+    /// A new implementation of the same class without elements, with room for some; on the heap without an arena.
+    virtual KpIfcAggrImp* create(KpArena* arena, std::size_t room) const = 0;
+
+    std::uint32_t m_count = 0;
+    std::uint32_t m_room;
+
+private:
+    friend class KpIfcAggr;
+    void dispose() {
+        if (m_room & kPlaceholder) return;
+        const bool onHeap = (m_room & kInArena) == 0;
+        this->~KpIfcAggrImp();
+        if (onHeap) ::operator delete(static_cast<void*>(this));  // larger than its class: no sized delete
+    }
+};
+static_assert(sizeof(KpIfcAggrImp) == 16);
+
+/// The typed storage that all implementations share.
+template <class T>
+class KpIfcAggrElements : public KpIfcAggrImp {
+public:
+    constexpr ~KpIfcAggrElements() override {
+        if (m_count || (m_room & kExternal)) destroyAll();
+    }
+
+    T* begin() { return data(); }
+    T* end() { return data() + m_count; }
+    const T* begin() const { return data(); }
+    const T* end() const { return data() + m_count; }
+    T* data() { return (m_room & kExternal) ? external() : inlined(); }
+    const T* data() const { return const_cast<KpIfcAggrElements*>(this)->data(); }
+
+    void clear() override { shrinkTo(0); }
+    /// Destroys the elements from position `count` on.
+    void shrinkTo(std::size_t count) {
+        T* items = data();
+        while (m_count > count) items[--m_count].~T();
+    }
+    KpIfcAggrImp* clone() const override {
+        KpIfcAggrElements* copy = static_cast<KpIfcAggrElements*>(this->create(nullptr, m_count));
+        for (const T& element : *this) copy->place(element);
+        return copy;
+    }
+    /// A new implementation of the same class in a model's memory; takes the values over.
+    KpIfcAggrImp* createFilled(KpArena& arena, T* values, std::size_t count) const {
+        KpIfcAggrElements* filled = static_cast<KpIfcAggrElements*>(this->create(&arena, count));
+        for (std::size_t i = 0; i < count; ++i)
+            ::new (static_cast<void*>(filled->inlined() + i)) T(std::move(values[i]));
+        filled->m_count = static_cast<std::uint32_t>(count);
+        return filled;
+    }
+    /// Copies every element, in order, to the end of `out`.
+    template <class Reallocator>
+    void copyTo(KpIfcArray<T, Reallocator>& out) const {
+        out.reserve(out.length() + m_count);
+        for (const T& element : *this) out.append(element);
+    }
+
+    /// Bytes of an implementation with room for `count` elements behind its header.
+    static constexpr std::size_t bytesFor(std::size_t count) {
+        const std::size_t elements = count * sizeof(T);
+        return sizeof(KpIfcAggrImp) + (elements < sizeof(T*) ? sizeof(T*) : elements);
+    }
+
+protected:
+    static_assert(alignof(T) <= 8);
+    constexpr explicit KpIfcAggrElements(Room room) : KpIfcAggrImp(room) {}
+
+    template <class Imp>
+    static KpIfcAggrImp* createAs(KpArena* arena, std::size_t room) {
+        static_assert(sizeof(Imp) == sizeof(KpIfcAggrImp));
+        if (room > kMaxCount) throw std::bad_alloc();
+        void* memory = arena ? arena->allocate(bytesFor(room)) : ::operator new(bytesFor(room));
+        const std::uint32_t fits = static_cast<std::uint32_t>((bytesFor(room) - sizeof(KpIfcAggrImp)) / sizeof(T));
+        return ::new (memory) Imp(Room{fits | (arena ? kInArena : 0)});
+    }
+
+    void insertAt(std::size_t index, const T& value) {
+        T copy(value);
+        if (m_count == (m_room & kMaxCount)) grow();
+        T* items = data();
+        if (index == m_count) {
+            ::new (static_cast<void*>(items + m_count)) T(std::move(copy));
+        } else {
+            ::new (static_cast<void*>(items + m_count)) T(std::move(items[m_count - 1]));
+            for (std::size_t i = m_count - 1; i > index; --i) items[i] = std::move(items[i - 1]);
+            items[index] = std::move(copy);
+        }
+        ++m_count;
+    }
+    void eraseAt(std::size_t index) {
+        T* items = data();
+        for (std::size_t i = index + 1; i < m_count; ++i) items[i - 1] = std::move(items[i]);
+        items[--m_count].~T();
+    }
+    /// Appends without a look at order or uniqueness; there must be room.
+    void place(const T& value) {
+        ::new (static_cast<void*>(data() + m_count)) T(value);
+        ++m_count;
+    }
+    void makeRoom(std::size_t count) {
+        if ((m_room & kMaxCount) < count) growTo(count);
+    }
+
+private:
+    T* inlined() { return reinterpret_cast<T*>(reinterpret_cast<char*>(this) + sizeof(KpIfcAggrImp)); }
+    T*& external() { return *reinterpret_cast<T**>(reinterpret_cast<char*>(this) + sizeof(KpIfcAggrImp)); }
+    void grow() { growTo((m_room & kMaxCount) * std::size_t{2}); }
+    void growTo(std::size_t count) {
+        if (count < 4) count = 4;
+        if (count > kMaxCount) throw std::bad_alloc();
+        T* items = static_cast<T*>(::operator new(count * sizeof(T)));
+        T* old = data();
+        for (std::size_t i = 0; i < m_count; ++i) {
+            ::new (static_cast<void*>(items + i)) T(std::move(old[i]));
+            old[i].~T();
+        }
+        if (m_room & kExternal) ::operator delete(static_cast<void*>(old));
+        external() = items;
+        m_room = (m_room & kInArena) | kExternal | static_cast<std::uint32_t>(count);
+    }
+    void destroyAll() {
+        for (T& element : *this) element.~T();
+        if (m_room & kExternal) ::operator delete(static_cast<void*>(external()));
+        m_count = 0;
+    }
+};
+
+/// Base of every aggregate attribute: one pointer to its implementation. Nil until created, then empty or filled.
+///
+/// Owns its elements by value; instances that its handles refer to are never owned. Not locked.
+class KPIFCCORE_EXPORT KpIfcAggr {
+public:
+    bool isNil() const { return m_imp->isPlaceholder(); }
+    /// Number of elements; 0 where nil.
+    std::uint32_t count() const { return m_imp->count(); }
+    std::size_t size() const { return m_imp->count(); }
+    bool empty() const { return m_imp->count() == 0; }
+    int lowerBound() const { return m_imp->lowerBound(); }
+    int upperBound() const { return m_imp->upperBound(); }
+    KpIfcAggrContainerType containerType() const { return m_imp->aggrContainerType(); }
+    /// Makes a nil aggregate an empty one; leaves others as they are.
+    void createEmpty() {
+        if (isNil()) m_imp = m_imp->clone();
+    }
+    /// Removes all elements; a nil aggregate stays nil.
+    void clear() {
+        if (!isNil()) m_imp->clear();
+    }
+    KpIfcAggrImp* implementation() const { return m_imp; }
+    KpIfcAggrIterator* createIterator() { return m_imp->createIterator(*this); }
+    KpIfcAggrConstIterator* createConstIterator() const { return m_imp->createConstIterator(*this); }
+
+protected:
+    explicit KpIfcAggr(KpIfcAggrImp* imp) : m_imp(imp) {}
+    KpIfcAggr(const KpIfcAggr&) = delete;
+    KpIfcAggr& operator=(const KpIfcAggr&) = delete;
+    ~KpIfcAggr() { dispose(); }
+    void dispose() {
+        if (m_imp) m_imp->dispose();  // null only in what was moved from
+    }
+
+    KpIfcAggrImp* m_imp;
+};
+
+/// Aggregates whose elements have a position: lists and arrays.
+class KpIfcOrderedAggr : public KpIfcAggr {
+protected:
+    using KpIfcAggr::KpIfcAggr;
+};
+
+/// Aggregates without positions: sets.
+class KpIfcUnOrderedAggr : public KpIfcAggr {
+protected:
+    using KpIfcAggr::KpIfcAggr;
+};
+
+/// What every typed aggregate offers; `Imp` is the implementation class that its family shares.
+template <class T, class Base, class Imp>
+class KpIfcTypedAggr : public Base {
+public:
+    using Element = T;
+
+    const T* begin() const { return imp().begin(); }
+    const T* end() const { return imp().end(); }
+    /// The element at a position below size(), unchecked.
+    const T& operator[](std::size_t position) const { return imp().begin()[position]; }
+    template <class Reallocator>
+    void copyTo(KpIfcArray<T, Reallocator>& out) const {
+        imp().copyTo(out);
+    }
+    /// Replaces the elements by those of an array, which may come from this aggregate; creates it where nil.
+    template <class Reallocator>
+    void assign(const KpIfcArray<T, Reallocator>& values) {
+        changeable().assign(values.begin(), values.size());
+    }
+    /// Replaces the elements by values just read, which are moved into `arena`. False where some were equal and a set
+    /// kept one of them.
+    bool load(KpArena& arena, T* values, std::size_t count) {
+        const std::size_t kept = Imp::arrange(values, count);
+        KpIfcAggrImp* filled = imp().createFilled(arena, values, kept);
+        this->dispose();
+        this->m_imp = filled;
+        return kept == count;
+    }
+    /// Restores order and uniqueness after elements were changed in place.
+    void rearrange() {
+        if (this->isNil()) return;
+        Imp& imp = changeable();
+        imp.shrinkTo(Imp::arrange(imp.data(), imp.count()));
+    }
+
+protected:
+    explicit KpIfcTypedAggr(KpIfcAggrImp* imp) : Base(imp) {}
+    KpIfcTypedAggr(const KpIfcTypedAggr& other) : Base(other.isNil() ? other.m_imp : other.m_imp->clone()) {}
+    void copy(const KpIfcTypedAggr& other) {
+        if (this == &other) return;
+        if (other.isNil())
+            this->clear();
+        else
+            changeable().assign(other.begin(), other.size());
+    }
+
+    const Imp& imp() const { return static_cast<const Imp&>(*this->m_imp); }
+    Imp& changeable() {
+        this->createEmpty();
+        return static_cast<Imp&>(*this->m_imp);
+    }
+};
+
+/// The shared placeholder behind every nil aggregate of one class.
+template <class T, class Imp, int kind, int unique>
+class KpIfcAggrImpDummy final : public Imp {
+public:
+    constexpr KpIfcAggrImpDummy() : Imp(KpIfcAggrImp::Room{KpIfcAggrImp::kPlaceholder}) {}
+    /// Never written: every change replaces it by an implementation first.
+    static KpIfcAggrImp* get() { return const_cast<KpIfcAggrImpDummy*>(&s_dummy); }
+
+private:
+    static const KpIfcAggrImpDummy s_dummy;
+};
+template <class T, class Imp, int kind, int unique>
+inline constexpr KpIfcAggrImpDummy<T, Imp, kind, unique> KpIfcAggrImpDummy<T, Imp, kind, unique>::s_dummy{};
+
+/// Room for elements that stands for an open upper bound ("?"); it never refuses an element.
+inline constexpr int kOpenBound = 65536;
+
+}  // namespace KP_SDAI

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcAggr.h>
+#include <KpIfcCore/KpIfcCoreApi.h>
+
+namespace KP_SDAI {
+
+/// Walks an aggregate whose element type the caller need not know. Adding or removing elements ends its use.
+class KPIFCCORE_EXPORT KpIfcAggrConstIterator {
+public:
+    virtual ~KpIfcAggrConstIterator();
+    /// Back to the first element.
+    virtual void beginning() = 0;
+    /// To the next element; false when there is none.
+    virtual bool next() = 0;
+    /// True while the iterator stands on an element.
+    virtual bool valid() const = 0;
+};
+
+class KPIFCCORE_EXPORT KpIfcAggrIterator : public KpIfcAggrConstIterator {
+public:
+    ~KpIfcAggrIterator() override;
+};
+
+namespace detail {
+
+template <class Base, class T, class Elements>
+class AggrWalk : public Base {
+public:
+    explicit AggrWalk(Elements& elements) : m_elements(&elements) {}
+    void beginning() override { m_position = 0; }
+    bool next() override {
+        if (m_position < m_elements->count()) ++m_position;
+        return valid();
+    }
+    bool valid() const override { return m_position < m_elements->count(); }
+    /// The element on which the iterator stands; only while valid().
+    const T& current() const { return m_elements->begin()[m_position]; }
+
+protected:
+    Elements* m_elements;
+    std::size_t m_position = 0;
+};
+
+}  // namespace detail
+
+/// Iterators over lists (tag std::list) and arrays (tag std::vector); the tag names the kind, not the storage.
+template <template <class...> class Kind, class T>
+class KpIfcAggrIteratorImp : public detail::AggrWalk<KpIfcAggrIterator, T, KpIfcAggrElements<T>> {
+    using Walk = detail::AggrWalk<KpIfcAggrIterator, T, KpIfcAggrElements<T>>;
+
+public:
+    using Walk::Walk;
+    void setCurrent(const T& value) { this->m_elements->begin()[this->m_position] = value; }
+};
+template <template <class...> class Kind, class T>
+class KpIfcAggrConstIteratorImp : public detail::AggrWalk<KpIfcAggrConstIterator, T, const KpIfcAggrElements<T>> {
+    using Walk = detail::AggrWalk<KpIfcAggrConstIterator, T, const KpIfcAggrElements<T>>;
+
+public:
+    using Walk::Walk;
+};
+
+/// Iterators over sets (tag std::set), in ascending order of the elements.
+template <template <class...> class Kind, class T>
+class KpIfcAggrSetInteratorImp : public detail::AggrWalk<KpIfcAggrIterator, T, KpIfcAggrElements<T>> {
+    using Walk = detail::AggrWalk<KpIfcAggrIterator, T, KpIfcAggrElements<T>>;
+
+public:
+    using Walk::Walk;
+};
+template <template <class...> class Kind, class T>
+class KpIfcAggrSetConstIteratorImp : public detail::AggrWalk<KpIfcAggrConstIterator, T, const KpIfcAggrElements<T>> {
+    using Walk = detail::AggrWalk<KpIfcAggrConstIterator, T, const KpIfcAggrElements<T>>;
+
+public:
+    using Walk::Walk;
+};
+
+}  // namespace KP_SDAI

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <KpIfcCore/KpAnsiString.h>
+#include <KpIfcCore/KpDbObjectId.h>
+#include <KpIfcCore/KpErrorStatus.h>
+#include <KpIfcCore/KpIfcCoreApi.h>
+
+#include <cstdint>
+
+class KpSpfFilerBase;
+
+namespace KP_SDAI {
+
+class KpIfcAttributeDefinition;
+class KpIfcEntityType;
+class KpIfcModel;
+class KpIfcVariant;
+class ModelData;
+
+/// Base of every entity class: one instance of an entity.
+///
+/// An instance belongs to a model, which owns it and knows it by a handle, or to nobody (made by a factory or on the
+/// stack), in which case whoever made it destroys it. Copying copies attribute values only: not the handle, not the
+/// model. Every operation that changes an instance calls beforeChange() first. One thread at a time changes a model;
+/// any number may read one that nobody changes.
+class KPIFCCORE_EXPORT KpIfcEntityBase {
+public:
+    KpIfcEntityBase() = default;
+    KpIfcEntityBase(const KpIfcEntityBase&) : m_self(0) {}
+    KpIfcEntityBase& operator=(const KpIfcEntityBase&) {
+        beforeChange();
+        return *this;
+    }
+
+    virtual bool getAttr(const KpAnsiString& name, KpIfcVariant& value) const;
+    virtual ~KpIfcEntityBase();
+    virtual KpIfcEntityType* getInstanceType() const;
+    virtual bool putAttr(const KpAnsiString& name, const KpIfcVariant& value);
+    virtual bool testAttr(const KpIfcAttributeDefinition* attribute) const;
+    virtual bool testAttr(const KpAnsiString& name) const;
+    virtual void unsetAttr(const KpAnsiString& name);
+    /// Reads the fields of a record (ISO 10303-21, internal mapping) from `filer`; always eOk.
+    virtual KP::ErrorStatus inFields(KpSpfFilerBase* filer);
+    /// Writes the fields of a record to `filer`; always eOk.
+    virtual KP::ErrorStatus outFields(KpSpfFilerBase* filer);
+    virtual KP::ErrorStatus _inFields(KpSpfFilerBase* filer);
+    virtual KP::ErrorStatus _outFields(KpSpfFilerBase* filer);
+    virtual void setInverseCounterParts();
+    virtual void resetInverseCounterParts();
+    virtual bool testAttrCaseInsensitive(const KpAnsiString& name) const;
+    virtual bool unsetAttrCaseInsensitive(const KpAnsiString& name);
+    virtual bool _getAttr(const KpAnsiString& name, KpIfcVariant& value) const;
+    virtual bool _putAttr(const KpAnsiString& name, const KpIfcVariant& value);
+    virtual bool _testAttr(const KpAnsiString& name) const;
+    virtual void _unsetAttr(const KpAnsiString& name);
+    virtual bool isInstanceOf(const KpIfcEntityType* type) const;
+    virtual bool isInstanceOf(const char* typeName) const;
+    virtual bool isKindOf(const KpIfcEntityType* type) const;
+    virtual bool isKindOf(const char* typeName) const;
+
+    /// The handle under which the model knows this instance; null without a model.
+    KpDbObjectId objectId() const { return KpDbObjectId(reinterpret_cast<KpIfcSlot*>(m_self & ~kFlags)); }
+    /// The n of #n; 0 without a model.
+    std::uint64_t instanceName() const { return objectId().instanceName(); }
+    /// The model that owns this instance; null while it belongs to none.
+    KpIfcModel* owningModel() const { return objectId().model(); }
+    /// Ends an openObject().
+    KP::ErrorStatus close() const { return KP::eOk; }
+
+    /// True once anything may have changed this instance since it was read.
+    bool isChanged() const { return (m_self & kChanged) != 0; }
+
+protected:
+    /// The one operation that every change passes before it stores.
+    void beforeChange() {
+        if (!(m_self & kChanged)) noteChange();
+    }
+
+private:
+    friend class ModelData;
+
+    static constexpr std::uintptr_t kChanged = 1;    ///< may differ from what was read; may own heap memory
+    static constexpr std::uintptr_t kKeptText = 2;   ///< the model keeps source text of some of its fields
+    static constexpr std::uintptr_t kOwnsHeap = 4;   ///< its destructor must run when the model closes
+    static constexpr std::uintptr_t kFlags = 7;
+
+    void noteChange();
+
+    std::uintptr_t m_self = 0;  ///< address of the slot and the flags
+};
+
+/// The instance that a handle refers to, as class T; null where there is none or it is not of that entity.
+///
+///     if (IfcWall* wall = as<IfcWall>(handle)) ...
+template <class T>
+T* as(const KpDbObjectId& handle) {
+    KpIfcEntityBase* instance = handle.openObject();
+    return instance && instance->isKindOf(T::g_pEntityType) ? static_cast<T*>(instance) : nullptr;
+}
+template <class T>
+T* as(KpIfcEntityBase* instance) {
+    return instance && instance->isKindOf(T::g_pEntityType) ? static_cast<T*>(instance) : nullptr;
+}
+template <class T>
+const T* as(const KpIfcEntityBase* instance) {
+    return instance && instance->isKindOf(T::g_pEntityType) ? static_cast<const T*>(instance) : nullptr;
+}
+
+}  // namespace KP_SDAI

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcCoreApi.h>
+
+#include <exception>
+
+namespace KP_SDAI {
+
+/// The one exception that instances and aggregates throw.
+///
+/// Codes: 180 "SDAI-model access not read-write", 190 "SDAI-model access not defined" (`where` is the qualified name
+/// of the operation), 470 "Index invalid " (no `where`). The texts are not copied: they are literals.
+class KPIFCCORE_EXPORT KpIfcException : public std::exception {
+public:
+    KpIfcException(unsigned code, const char* message, const char* where)
+        : m_code(code), m_message(message), m_where(where) {}
+    KpIfcException(const KpIfcException&) = default;
+    ~KpIfcException() override;
+
+    unsigned code() const { return m_code; }
+    const char* message() const { return m_message; }
+    const char* where() const { return m_where; }
+    const char* what() const noexcept override { return m_message; }
+
+private:
+    unsigned m_code;
+    const char* m_message;
+    const char* m_where;
+};
+
+}  // namespace KP_SDAI

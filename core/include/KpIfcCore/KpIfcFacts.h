@@ -1,0 +1,135 @@
+#pragma once
+
+#include <KpIfcCore/KpAnsiString.h>
+#include <KpIfcCore/KpDbObjectId.h>
+#include <KpIfcCore/KpIfcBoolean.h>
+#include <KpIfcCore/KpIfcGUID.h>
+
+#include <cstddef>
+#include <cstdint>
+
+class KpSpfFilerBase;
+
+/// Facts of a schema that a module carries as constant rows: how the attributes of an entity class are stored, and
+/// what the dictionary objects do not hold (optional in files, abstract, unique).
+namespace KP_SDAI {
+
+class KpIfcAggr;
+class KpIfcAggrImp;
+class KpIfcEntityBase;
+class KpIfcEntityType;
+class KpIfcSelect;
+
+enum class KpIfcFieldKind : std::uint8_t {
+    string,
+    guid,
+    real,
+    integer,
+    boolean,
+    logical,
+    enumeration,
+    reference,
+    select,
+    aggregate,
+    derived,  ///< redeclared as derived: "*" in files, no value of its own
+    notKept   ///< stands in files but is neither read nor kept
+};
+
+/// Kinds of elements of aggregate attributes.
+enum class KpIfcElementKind : std::uint8_t { real, integer, string, binary, reference, select };
+
+/// An enumeration: its literals in schema order, code 0 first.
+struct KpIfcEnumFacts {
+    const char* name;
+    int count;
+    const char* const* literals;  ///< `count` texts in upper case, then an empty one
+
+    /// Text of a code; null for codes that are no literal's.
+    const char* text(int code) const { return code >= 0 && code < count ? literals[code] : nullptr; }
+    /// Code of a literal in any letter case; `count` (unset) where there is no such literal.
+    int code(const char* text, std::size_t length) const {
+        for (int i = 0; i < count; ++i)
+            if (equalNoCase(text, length, literals[i])) return i;
+        return count;
+    }
+};
+
+/// How the aggregates of one class are read and written.
+struct KpIfcAggrFacts {
+    KpIfcElementKind element;
+    bool isSet;
+    void (*read)(KpSpfFilerBase& filer, KpIfcAggr& aggregate, bool optional, bool separator);
+    void (*write)(KpSpfFilerBase& filer, const KpIfcAggr& aggregate, bool optional, bool separator);
+    /// A new implementation without elements, on the heap.
+    KpIfcAggrImp* (*create)();
+    /// Brings elements that were changed in place back into the order in which the aggregate keeps them.
+    void (*rearrange)(KpIfcAggr& aggregate);
+    /// An element as a select; null for other elements.
+    const KpIfcSelect& (*selectAt)(const KpIfcAggr& aggregate, std::size_t index) = nullptr;
+};
+
+/// One explicit attribute: a field of the entity's record.
+struct KpIfcAttributeFacts {
+    enum Flag : std::uint8_t {
+        kOptional = 1,  ///< may be without a value in files
+        kFirst = 2,     ///< the first field of the record
+        kBinary = 4     ///< a text that files write as a binary
+    };
+    union Member {
+        KpAnsiString KpIfcEntityBase::*string;
+        KpIfcGUID KpIfcEntityBase::*guid;
+        double KpIfcEntityBase::*real;
+        int KpIfcEntityBase::*integer;
+        KpIfcBoolean KpIfcEntityBase::*boolean;
+        KpIfcLogical KpIfcEntityBase::*logical;
+        KpDbObjectId KpIfcEntityBase::*reference;
+        void* (*enumeration)(KpIfcEntityBase&);  ///< address of the 32-bit code
+        KpIfcSelect& (*select)(KpIfcEntityBase&);
+        KpIfcAggr& (*aggregate)(KpIfcEntityBase&);
+
+        constexpr Member() : string(nullptr) {}
+        constexpr Member(KpAnsiString KpIfcEntityBase::*m) : string(m) {}
+        constexpr Member(KpIfcGUID KpIfcEntityBase::*m) : guid(m) {}
+        constexpr Member(double KpIfcEntityBase::*m) : real(m) {}
+        constexpr Member(int KpIfcEntityBase::*m) : integer(m) {}
+        constexpr Member(KpIfcBoolean KpIfcEntityBase::*m) : boolean(m) {}
+        constexpr Member(KpIfcLogical KpIfcEntityBase::*m) : logical(m) {}
+        constexpr Member(KpDbObjectId KpIfcEntityBase::*m) : reference(m) {}
+        constexpr Member(void* (*m)(KpIfcEntityBase&)) : enumeration(m) {}
+        constexpr Member(KpIfcSelect& (*m)(KpIfcEntityBase&)) : select(m) {}
+        constexpr Member(KpIfcAggr& (*m)(KpIfcEntityBase&)) : aggregate(m) {}
+    };
+
+    const char* name;  ///< as the schema spells it
+    KpIfcFieldKind kind;
+    std::uint8_t flags;
+    Member member;
+    KpIfcEntityType* const* target = nullptr;     ///< of references and aggregates of them: the declared entity type
+    const KpIfcEnumFacts* enumeration = nullptr;  ///< of enumerations
+    const KpIfcAggrFacts* aggregate = nullptr;    ///< of aggregates
+
+    bool isOptional() const { return (flags & kOptional) != 0; }
+    bool isFirst() const { return (flags & kFirst) != 0; }
+};
+
+/// A uniqueness rule: attribute names separated by blanks.
+struct KpIfcUniqueFacts {
+    const char* label;
+    const char* attributes;
+};
+
+/// One entity class.
+struct KpIfcEntityFacts {
+    const char* name;  ///< as the schema spells it
+    bool isAbstract;
+    std::uint32_t size;                              ///< bytes of an instance
+    KpIfcEntityBase* (*construct)(void* memory);     ///< makes an instance in memory of that size, aligned to 8
+    const KpIfcAttributeFacts* attributes = nullptr; ///< the explicit attributes that the entity itself declares
+    std::uint32_t attributeCount = 0;
+    const KpIfcAttributeFacts* record = nullptr;     ///< all fields, where the entity redeclares some as derived
+    std::uint32_t recordCount = 0;
+    const KpIfcUniqueFacts* uniqueRules = nullptr;
+    std::uint32_t uniqueRuleCount = 0;
+};
+
+}  // namespace KP_SDAI

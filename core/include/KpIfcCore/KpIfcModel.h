@@ -1,0 +1,156 @@
+#pragma once
+
+#include <KpIfcCore/KpDbObjectId.h>
+#include <KpIfcCore/KpIfcCoreApi.h>
+#include <KpIfcCore/KpIfcEntityBase.h>
+#include <KpIfcCore/KpIfcSchema.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <string_view>
+
+namespace KP_SDAI {
+
+class KpIfcModule;
+class ModelData;
+
+/// What attribute access by name allows.
+enum SdaiAccessMode : int {
+    kAccessUndefined = 0,  ///< neither reading nor writing
+    kReadOnly = 1,
+    kReadWrite = 2
+};
+
+/// The instances of one file or of one building model. Owns them and whatever they hold.
+///
+/// Instances have names (the n of #n), by which they are found, and handles, by which they refer to each other. A model
+/// is one thread's at a time; a model that nobody changes may be read by any number of threads.
+class KPIFCCORE_EXPORT KpIfcModel {
+public:
+    /// An empty model of the module's schema, open for reading and writing.
+    explicit KpIfcModel(std::shared_ptr<KpIfcModule> module);
+    KpIfcModel(const KpIfcModel&) = delete;
+    KpIfcModel& operator=(const KpIfcModel&) = delete;
+    ~KpIfcModel();
+
+    SdaiAccessMode mode() const { return m_mode; }
+    void mode(SdaiAccessMode mode) { m_mode = mode; }
+    const KpIfcSchema& schema() const;
+    /// True where texts of this model are UTF-8, false where they stay encoded as in files.
+    bool textIsUtf8() const;
+
+    /// A new instance of an entity by its name in any letter case; null where the schema has no such entity or it is
+    /// abstract. It gets the name after the highest one in use, or `instanceName`; null where that one is taken.
+    KpIfcEntityBase* create(std::string_view entityName, std::uint64_t instanceName = 0);
+    KpIfcEntityBase* create(const KpIfcEntityType* type, std::uint64_t instanceName = 0);
+    template <class T>
+    T* create() {
+        return static_cast<T*>(create(T::g_pEntityType));
+    }
+
+    /// The handle of an instance; null where the model has neither an instance nor a kept record of that name.
+    KpDbObjectId find(std::uint64_t instanceName) const;
+    /// Number of instances.
+    std::size_t count() const;
+    /// Number of records that are kept as text because they could not be bound to a class.
+    std::size_t keptRecordCount() const;
+    std::uint64_t highestName() const;
+
+    /// Walks instances in ascending order of their names, all of them or those of one type.
+    class KPIFCCORE_EXPORT Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = KpIfcEntityBase*;
+        using difference_type = std::ptrdiff_t;
+        using pointer = KpIfcEntityBase* const*;
+        using reference = KpIfcEntityBase*;
+
+        Iterator() = default;
+        KpIfcEntityBase* operator*() const { return m_current; }
+        Iterator& operator++() {
+            advance();
+            return *this;
+        }
+        void operator++(int) { advance(); }
+        friend bool operator==(const Iterator& a, const Iterator& b) { return a.m_current == b.m_current; }
+
+    private:
+        friend class KpIfcModel;
+        void advance();
+        const ModelData* m_data = nullptr;
+        const KpIfcEntityType* m_type = nullptr;
+        bool m_withSubtypes = true;
+        std::size_t m_stretch = 0;
+        std::size_t m_index = 0;
+        std::size_t m_sparse = 0;
+        KpIfcEntityBase* m_current = nullptr;
+    };
+    class Range {
+    public:
+        Iterator begin() const { return m_begin; }
+        Iterator end() const { return {}; }
+
+    private:
+        friend class KpIfcModel;
+        Iterator m_begin;
+    };
+
+    /// A walk over instances of class T.
+    template <class T>
+    class TypedRange {
+    public:
+        class TypedIterator {
+        public:
+            using iterator_category = std::input_iterator_tag;
+            using value_type = T*;
+            using difference_type = std::ptrdiff_t;
+            using pointer = T* const*;
+            using reference = T*;
+            explicit TypedIterator(Iterator it = {}) : m_it(it) {}
+            T* operator*() const { return static_cast<T*>(*m_it); }
+            TypedIterator& operator++() {
+                ++m_it;
+                return *this;
+            }
+            void operator++(int) { ++m_it; }
+            friend bool operator==(const TypedIterator& a, const TypedIterator& b) { return a.m_it == b.m_it; }
+
+        private:
+            Iterator m_it;
+        };
+        explicit TypedRange(Range range) : m_range(range) {}
+        TypedIterator begin() const { return TypedIterator(m_range.begin()); }
+        TypedIterator end() const { return TypedIterator(); }
+
+    private:
+        Range m_range;
+    };
+
+    /// All instances.
+    Range instances() const { return range(nullptr, true); }
+    /// The instances of an entity, with or without those of its subtypes; none where `type` is null.
+    Range instances(const KpIfcEntityType* type, bool withSubtypes = true) const;
+    Range instances(std::string_view entityName, bool withSubtypes = true) const;
+    /// The instances of class T and its subtypes:
+    ///
+    ///     for (IfcWall* wall : model.instances<IfcWall>()) ...
+    template <class T>
+    TypedRange<T> instances(bool withSubtypes = true) const {
+        return TypedRange<T>(instances(T::g_pEntityType, withSubtypes));
+    }
+
+    /// What readers and writers of files need of a model; not for programs.
+    ModelData& data() { return *m_data; }
+    const ModelData& data() const { return *m_data; }
+
+private:
+    friend class KpIfcEntityBase;
+    Range range(const KpIfcEntityType* type, bool withSubtypes) const;
+
+    SdaiAccessMode m_mode = kReadWrite;
+    std::unique_ptr<ModelData> m_data;
+};
+
+}  // namespace KP_SDAI

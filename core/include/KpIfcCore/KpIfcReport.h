@@ -1,0 +1,89 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcCoreApi.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace KP_SDAI {
+
+enum class KpIfcSeverity : std::uint8_t {
+    note,     ///< unusual, fully understood, nothing lost
+    warning,  ///< something is not as the schema or the standard wants it; what was read is kept all the same
+    error     ///< something could not be understood or could not be done
+};
+
+/// What kind of finding an entry is.
+enum class KpIfcFinding : std::uint8_t {
+    unreadableRecord,    ///< a record that cannot be parsed; kept as text
+    unknownEntity,       ///< an entity that the schema does not have; kept as text
+    complexRecord,       ///< an instance of several partial records; kept as text
+    duplicateName,       ///< an instance name used before; the last record counts, the others are kept as text
+    attributeCount,      ///< more or fewer parameters than the entity has attributes
+    wrongValue,          ///< a value that its attribute cannot hold; its text is kept
+    unknownLiteral,      ///< an enumeration literal that the schema does not have; its text is kept
+    wrongAlternative,    ///< a typed value that is no alternative of its select; its text is kept
+    danglingReference,   ///< a reference to no instance; its text is kept
+    wrongReference,      ///< a reference to an instance of another entity than declared
+    notKept,             ///< a value that this toolkit reads over
+    abstractEntity,      ///< an instance of an abstract entity
+    textEncoding,        ///< bytes or directives in a text that the standard does not know
+    instanceName,        ///< an instance name that is not allowed
+    sectionStructure,    ///< sections that are missing, doubled, unknown or in another order
+    truncated,           ///< the file ends before its end mark
+    trailingText,        ///< text behind the end mark; not part of the file
+    header,              ///< a header record that is missing or not as the standard wants it
+    notFinite,           ///< a number that files cannot express; written as unset
+    count_
+};
+
+/// The short name of a kind of finding, "unknown-entity".
+KPIFCCORE_EXPORT const char* findingName(KpIfcFinding finding);
+KPIFCCORE_EXPORT const char* severityName(KpIfcSeverity severity);
+
+/// One finding, with its place in the file.
+struct KpIfcReportEntry {
+    KpIfcSeverity severity = KpIfcSeverity::note;
+    KpIfcFinding finding = KpIfcFinding::unreadableRecord;
+    std::uint64_t offset = 0;        ///< bytes from the start of the file
+    std::uint64_t line = 0;          ///< from 1; 0 where the finding has no place
+    std::uint64_t column = 0;        ///< in bytes, from 1
+    std::uint64_t instanceName = 0;  ///< 0 where it concerns no instance
+    std::string entity;              ///< keyword of the record, where there is one
+    std::string attribute;           ///< name of the attribute, where it concerns one
+    std::string message;             ///< what was found, what was expected, what was done about it
+
+    /// "12:5: warning: #7 IFCWALL.Name: message"
+    KPIFCCORE_EXPORT std::string text() const;
+};
+
+/// Everything that reading or writing a file found. All findings are counted; of each kind the first are listed.
+class KPIFCCORE_EXPORT KpIfcReport {
+public:
+    static constexpr std::size_t kListedPerKind = 100;
+
+    void add(KpIfcReportEntry entry);
+    void clear();
+
+    const std::vector<KpIfcReportEntry>& entries() const { return m_entries; }
+    std::size_t count(KpIfcSeverity severity) const { return m_bySeverity[static_cast<std::size_t>(severity)]; }
+    std::size_t count(KpIfcFinding finding) const { return m_byFinding[static_cast<std::size_t>(finding)]; }
+    /// True where nothing worse than notes was found.
+    bool isClean() const { return count(KpIfcSeverity::warning) == 0 && count(KpIfcSeverity::error) == 0; }
+    /// True where the file ended before its end mark.
+    bool isTruncated() const { return count(KpIfcFinding::truncated) != 0; }
+
+    /// The listed entries, to be given their lines; for the reader.
+    std::vector<KpIfcReportEntry>& located() { return m_entries; }
+
+private:
+    std::vector<KpIfcReportEntry> m_entries;
+    std::array<std::size_t, 3> m_bySeverity{};
+    std::array<std::size_t, static_cast<std::size_t>(KpIfcFinding::count_)> m_byFinding{};
+};
+
+}  // namespace KP_SDAI

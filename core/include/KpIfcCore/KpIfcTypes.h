@@ -1,0 +1,117 @@
+#pragma once
+
+#include <KpIfcCore/KpAnsiString.h>
+#include <KpIfcCore/KpIfcCoreApi.h>
+#include <KpIfcCore/KpIfcSelect.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The dictionary: what a schema declares, readable at run time. Objects are made when a module is initialised, owned
+/// by its KpIfcSchema, and constant from then on until the module is unloaded; any thread may read them.
+
+namespace KP_SDAI {
+
+/// A parameter of a type code: a name.
+class KpAny {
+public:
+    KpAny& operator<<(const char* text) {
+        m_text = text ? text : "";
+        return *this;
+    }
+    const std::string& text() const { return m_text; }
+
+private:
+    std::string m_text;
+};
+
+/// What kind of type a dictionary object is, and the names that tell it apart.
+class KpTypeCode {
+public:
+    explicit KpTypeCode(KpTypeCodeKind kind) : m_kind(kind) {}
+    void appendParameter(const KpAny& parameter) { m_parameters.push_back(parameter.text()); }
+
+    KpTypeCodeKind kind() const { return m_kind; }
+    const std::vector<std::string>& parameters() const { return m_parameters; }
+
+private:
+    KpTypeCodeKind m_kind;
+    std::vector<std::string> m_parameters;
+};
+
+/// Anything that a dictionary holds under a name.
+class KPIFCCORE_EXPORT DictionaryInstance {
+public:
+    DictionaryInstance() = default;
+    DictionaryInstance(const DictionaryInstance&) = delete;
+    DictionaryInstance& operator=(const DictionaryInstance&) = delete;
+    virtual ~DictionaryInstance();
+
+    /// The type code; null where none was given. The setter takes ownership.
+    const KpTypeCode* type() const { return m_type.get(); }
+    virtual void type(KpTypeCode* code) { m_type.reset(code); }
+
+private:
+    std::unique_ptr<KpTypeCode> m_type;
+};
+
+/// A type that has a name.
+class KPIFCCORE_EXPORT KpIfcNameType : public DictionaryInstance {
+public:
+    explicit KpIfcNameType(const char* name) : m_name(name) {}
+    ~KpIfcNameType() override;
+    const char* name() const { return m_name.c_str(); }
+
+private:
+    std::string m_name;
+};
+
+/// One of the simple types of EXPRESS, by its lower-case name ("real", "integer", "string", "boolean", "logical",
+/// "binary"). There is one object of each for all schemas.
+class KPIFCCORE_EXPORT KpIfcSimpleType : public KpIfcNameType {
+public:
+    KpIfcSimpleType(const char* name, KpTypeCodeKind kind) : KpIfcNameType(name), m_kind(kind) {}
+    ~KpIfcSimpleType() override;
+    KpTypeCodeKind kind() const { return m_kind; }
+    /// The simple type of a name in any letter case; null where there is none.
+    static KpIfcSimpleType* find(const char* name);
+
+private:
+    KpTypeCodeKind m_kind;
+};
+
+/// A string type of a given width in characters.
+class KPIFCCORE_EXPORT KpIfcStringType : public DictionaryInstance {
+public:
+    KpIfcStringType(bool fixed, int width) : m_fixed(fixed), m_width(width) {}
+    ~KpIfcStringType() override;
+    bool isFixed() const { return m_fixed; }
+    int width() const { return m_width; }
+
+private:
+    bool m_fixed;
+    int m_width;
+};
+
+/// A named type: the name and what it stands for.
+class KPIFCCORE_EXPORT KpIfcDefinedType : public KpIfcNameType {
+public:
+    /// Takes over `underlying`, which may be null until it is resolved by name. The flag tells that the name is
+    /// declared by the schema.
+    KpIfcDefinedType(const char* name, DictionaryInstance* underlying, bool declared);
+    ~KpIfcDefinedType() override;
+
+    /// The type that this one stands for: a simple type, another defined type, or what was handed over at construction.
+    DictionaryInstance* underlyingType() const { return m_underlying; }
+    /// Links to a type that somebody else owns.
+    void underlyingType(DictionaryInstance* type) { m_underlying = type; }
+    bool isDeclared() const { return m_declared; }
+
+private:
+    std::unique_ptr<DictionaryInstance> m_owned;
+    DictionaryInstance* m_underlying;
+    bool m_declared;
+};
+
+}  // namespace KP_SDAI

@@ -1,0 +1,101 @@
+#include <KpIfcCore/KpIfcModel.h>
+
+#include "model/ModelData.h"
+
+namespace KP_SDAI {
+
+KpIfcModel::KpIfcModel(std::shared_ptr<KpIfcModule> module)
+    : m_data(std::make_unique<ModelData>(*this, std::move(module))) {}
+
+KpIfcModel::~KpIfcModel() = default;
+
+const KpIfcSchema& KpIfcModel::schema() const {
+    return m_data->schema();
+}
+
+bool KpIfcModel::textIsUtf8() const {
+    return m_data->utf8;
+}
+
+KpIfcEntityBase* KpIfcModel::create(std::string_view entityName, std::uint64_t instanceName) {
+    return create(schema().findEntity(entityName), instanceName);
+}
+
+KpIfcEntityBase* KpIfcModel::create(const KpIfcEntityType* type, std::uint64_t instanceName) {
+    if (!type || !type->facts() || type->isAbstract()) return nullptr;
+    if (instanceName == 0) instanceName = m_data->highestName + 1;
+    KpIfcSlot* slot = m_data->table.slot(instanceName);
+    m_data->table.sortSparse();
+    if (slot->word != 0) return nullptr;
+    KpIfcEntityBase* instance = m_data->construct(*type->facts());
+    m_data->bind(slot, instance);
+    return instance;
+}
+
+KpDbObjectId KpIfcModel::find(std::uint64_t instanceName) const {
+    KpIfcSlot* slot = m_data->table.find(instanceName);
+    return slot && slot->word ? KpDbObjectId(slot) : KpDbObjectId();
+}
+
+std::size_t KpIfcModel::count() const {
+    return m_data->instanceCount;
+}
+
+std::size_t KpIfcModel::keptRecordCount() const {
+    return m_data->keptCount;
+}
+
+std::uint64_t KpIfcModel::highestName() const {
+    return m_data->highestName;
+}
+
+KpIfcModel::Range KpIfcModel::range(const KpIfcEntityType* type, bool withSubtypes) const {
+    Range range;
+    range.m_begin.m_data = m_data.get();
+    range.m_begin.m_type = type;
+    range.m_begin.m_withSubtypes = withSubtypes;
+    range.m_begin.advance();
+    return range;
+}
+
+KpIfcModel::Range KpIfcModel::instances(const KpIfcEntityType* type, bool withSubtypes) const {
+    return type ? range(type, withSubtypes) : Range();
+}
+
+KpIfcModel::Range KpIfcModel::instances(std::string_view entityName, bool withSubtypes) const {
+    return instances(schema().findEntity(entityName), withSubtypes);
+}
+
+void KpIfcModel::Iterator::advance() {
+    const InstanceTable& table = m_data->table;
+    const auto& sparse = table.sparse();
+    for (;;) {
+        // The next slot that holds an instance among the dense ones, and the next scattered one: the lower name wins.
+        KpIfcSlot* dense = nullptr;
+        for (; m_stretch < table.stretchCount(); ++m_stretch, m_index = 0) {
+            KpIfcSlotChunk* chunk = table.chunk(m_stretch);
+            if (!chunk) continue;
+            while (m_index < KpIfcSlotChunk::kSlots && chunk->slots[m_index].word == 0) ++m_index;
+            if (m_index == KpIfcSlotChunk::kSlots) continue;
+            dense = &chunk->slots[m_index];
+            break;
+        }
+        while (m_sparse < sparse.size() && sparse[m_sparse]->word == 0) ++m_sparse;
+        KpIfcSlot* scattered = m_sparse < sparse.size() ? sparse[m_sparse] : nullptr;
+        KpIfcSlot* next = dense;
+        if (scattered && (!dense || KpDbObjectId(scattered) < KpDbObjectId(dense))) {
+            next = scattered;
+            ++m_sparse;
+        } else if (dense) {
+            ++m_index;
+        }
+        m_current = KpDbObjectId(next).openObject();
+        if (!next) return;
+        if (!m_current) continue;  // a record kept as text
+        if (!m_type) return;
+        const KpIfcEntityType* type = m_current->getInstanceType();
+        if (type == m_type || (m_withSubtypes && m_current->isKindOf(m_type))) return;
+    }
+}
+
+}  // namespace KP_SDAI

@@ -1,0 +1,85 @@
+#include "model/ModelData.h"
+
+namespace KP_SDAI {
+
+ModelData::ModelData(KpIfcModel& m, std::shared_ptr<KpIfcModule> module)
+    : model(m), table(m), m_module(std::move(module)) {}
+
+ModelData::~ModelData() {
+    // What was only read lies in the arena with all that it holds; the others may own memory elsewhere.
+    for (KpIfcEntityBase* instance : m_toDestroy) instance->~KpIfcEntityBase();
+}
+
+void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
+    const std::uint64_t name = KpDbObjectId(slot).instanceName();
+    if (!m_explicitOrder && name < highestName) makeOrderExplicit();
+    slot->word = reinterpret_cast<std::uintptr_t>(instance);
+    instance->m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance->m_self & KpIfcEntityBase::kFlags);
+    if (m_explicitOrder) {
+        if (!m_positions.empty()) m_positions[slot] = m_order.size();
+        m_order.emplace_back(slot);
+    }
+    if (name > highestName) highestName = name;
+    ++instanceCount;
+    table.noteInstance();
+}
+
+KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
+    if (!m_explicitOrder) makeOrderExplicit();
+    KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text)});
+    m_order.emplace_back(&record);
+    if (slot) {
+        ++keptCount;
+        const std::uint64_t name = KpDbObjectId(slot).instanceName();
+        if (name > highestName) highestName = name;
+        if (slot->word == 0) slot->word = reinterpret_cast<std::uintptr_t>(&record) | KpIfcSlot::kKeptRecord;
+    }
+    return &record;
+}
+
+void ModelData::demote(KpIfcSlot* slot, std::string text) {
+    if (!m_explicitOrder) makeOrderExplicit();
+    if (m_positions.empty())
+        for (std::size_t i = 0; i < m_order.size(); ++i)
+            if (m_order[i].slot()) m_positions[m_order[i].slot()] = i;
+    KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text)});
+    m_order[m_positions.at(slot)] = OrderEntry(&record);
+    slot->word = 0;
+    ++keptCount;
+    --instanceCount;
+}
+
+void ModelData::keepField(KpIfcEntityBase& instance, KeptField field) {
+    std::vector<KeptField>& fields = m_keptFields[&instance];
+    instance.m_self |= KpIfcEntityBase::kKeptText;
+    for (KeptField& kept : fields) {
+        if (kept.field != field.field) continue;
+        kept.normal = std::move(field.normal);  // the source text is the one that was read first
+        return;
+    }
+    fields.push_back(std::move(field));
+}
+
+const std::vector<KeptField>* ModelData::keptFields(const KpIfcEntityBase& instance) const {
+    if (!(instance.m_self & KpIfcEntityBase::kKeptText)) return nullptr;
+    const auto found = m_keptFields.find(&instance);
+    return found == m_keptFields.end() ? nullptr : &found->second;
+}
+
+void ModelData::noteChange(KpIfcEntityBase& instance) {
+    if (!(instance.m_self & KpIfcEntityBase::kOwnsHeap)) noteHeap(instance);
+}
+
+void ModelData::noteHeap(KpIfcEntityBase& instance) {
+    instance.m_self |= KpIfcEntityBase::kOwnsHeap;
+    m_toDestroy.push_back(&instance);
+}
+
+void ModelData::makeOrderExplicit() {
+    m_order.reserve(instanceCount + 1);
+    table.sortSparse();
+    for (KpIfcEntityBase* instance : model.instances()) m_order.emplace_back(instance->objectId().slot());
+    m_explicitOrder = true;
+}
+
+}  // namespace KP_SDAI

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <KpIfcCore/KpArena.h>
+#include <KpIfcCore/KpIfcEntityBase.h>
+#include <KpIfcCore/KpIfcModel.h>
+#include <KpIfcCore/KpIfcModule.h>
+
+#include "model/InstanceTable.h"
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace KP_SDAI {
+
+/// The source text of something that has no class: a record, or structure of the file between records.
+struct alignas(8) KeptRecord {
+    std::string text;  ///< with its semicolon
+};
+
+/// The source text of a field whose attribute cannot hold it. It is written as long as the attribute would be written
+/// as `normal`: as it was right after reading.
+struct KeptField {
+    static constexpr std::uint32_t kWholeRecord = UINT32_MAX;  ///< all parameters, where their number is wrong
+    std::uint32_t field;
+    std::string source;
+    std::string normal;
+};
+
+/// One place in the order in which a file had its records: an instance's slot or a kept record.
+class OrderEntry {
+public:
+    explicit OrderEntry(KpIfcSlot* slot) : m_word(reinterpret_cast<std::uintptr_t>(slot)) {}
+    explicit OrderEntry(KeptRecord* record) : m_word(reinterpret_cast<std::uintptr_t>(record) | 1) {}
+    KpIfcSlot* slot() const { return m_word & 1 ? nullptr : reinterpret_cast<KpIfcSlot*>(m_word); }
+    KeptRecord* record() const {
+        return m_word & 1 ? reinterpret_cast<KeptRecord*>(m_word & ~std::uintptr_t{1}) : nullptr;
+    }
+
+private:
+    std::uintptr_t m_word;
+};
+
+/// What stands behind a model.
+class ModelData {
+public:
+    ModelData(KpIfcModel& model, std::shared_ptr<KpIfcModule> module);
+    ModelData(const ModelData&) = delete;
+    ModelData& operator=(const ModelData&) = delete;
+    ~ModelData();
+
+    const KpIfcSchema& schema() const { return m_module->schema(); }
+
+    /// Makes an instance in the model's memory that is in no slot yet.
+    KpIfcEntityBase* construct(const KpIfcEntityFacts& facts) {
+        return facts.construct(arena.allocate(facts.size));
+    }
+    /// Puts an instance into its empty slot, as the last in file order.
+    void bind(KpIfcSlot* slot, KpIfcEntityBase* instance);
+    /// Puts a record that stays text into the file order, and into its slot where it has one (an empty one).
+    KeptRecord* keep(std::string text, KpIfcSlot* slot);
+    /// Turns a bound instance into the kept record `text` at its place, because its name comes again.
+    void demote(KpIfcSlot* slot, std::string text);
+    void keepField(KpIfcEntityBase& instance, KeptField field);
+    const std::vector<KeptField>* keptFields(const KpIfcEntityBase& instance) const;
+
+    /// Registers an instance whose destructor has to run.
+    void noteChange(KpIfcEntityBase& instance);
+    void noteHeap(KpIfcEntityBase& instance);
+
+    /// Calls `visit(KpIfcEntityBase*)` or `visit(KeptRecord&)` for everything in file order.
+    template <class VisitInstance, class VisitRecord>
+    void visitInFileOrder(VisitInstance visitInstance, VisitRecord visitRecord) const {
+        if (!m_explicitOrder) {
+            for (KpIfcEntityBase* instance : model.instances()) visitInstance(instance);
+            return;
+        }
+        for (const OrderEntry& entry : m_order) {
+            if (KeptRecord* record = entry.record())
+                visitRecord(*record);
+            else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject())
+                visitInstance(instance);
+        }
+    }
+
+    KpIfcModel& model;
+    KpArena arena;
+    InstanceTable table;
+    bool utf8 = true;
+    std::size_t instanceCount = 0;
+    std::size_t keptCount = 0;
+    std::uint64_t highestName = 0;
+
+private:
+    void makeOrderExplicit();
+
+    std::shared_ptr<KpIfcModule> m_module;
+    // The order of a file is that of its names until something in it says otherwise.
+    bool m_explicitOrder = false;
+    std::vector<OrderEntry> m_order;
+    std::unordered_map<KpIfcSlot*, std::size_t> m_positions;  ///< in m_order; filled when a name comes twice
+    std::deque<KeptRecord> m_kept;
+    std::unordered_map<const KpIfcEntityBase*, std::vector<KeptField>> m_keptFields;
+    std::vector<KpIfcEntityBase*> m_toDestroy;
+};
+
+}  // namespace KP_SDAI

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcSchema.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+namespace KP_SDAI {
+
+/// Entity types by the keywords of records: a flat table that is asked once per record.
+class EntityNames {
+public:
+    explicit EntityNames(const KpIfcSchema& schema) : m_table(kSize) {
+        for (const Dictionary::Entry& entry : schema.entities().entries()) {
+            std::size_t at = hash(entry.name);
+            while (m_table[at].type) at = (at + 1) & (kSize - 1);
+            m_table[at] = {entry.name, static_cast<KpIfcEntityType*>(entry.object.get())};
+        }
+    }
+    /// Null where no entity has that keyword; keywords in upper case are the fast ones.
+    KpIfcEntityType* find(std::string_view keyword, const KpIfcSchema& schema) const {
+        for (std::size_t at = hash(keyword); m_table[at].type; at = (at + 1) & (kSize - 1))
+            if (m_table[at].name == keyword) return m_table[at].type;
+        for (const char c : keyword)
+            if (c >= 'a' && c <= 'z') return schema.findEntity(keyword);
+        return nullptr;
+    }
+
+private:
+    static constexpr std::size_t kSize = 4096;
+    struct Row {
+        std::string_view name;
+        KpIfcEntityType* type = nullptr;
+    };
+    /// Of the length, the eight characters behind the common prefix and the last eight.
+    static std::size_t hash(std::string_view name) {
+        std::uint64_t head = 0;
+        std::uint64_t tail = 0;
+        if (name.size() >= 11) {
+            std::memcpy(&head, name.data() + 3, 8);
+            std::memcpy(&tail, name.data() + name.size() - 8, 8);
+        } else {
+            std::memcpy(&head, name.data(), name.size() < 8 ? name.size() : 8);
+            if (name.size() > 8) std::memcpy(&tail, name.data() + 8, name.size() - 8);
+        }
+        const std::uint64_t mixed = (head ^ (tail * 0x9E3779B97F4A7C15u) ^ name.size()) * 0xFF51AFD7ED558CCDu;
+        return (mixed >> 40) & (kSize - 1);
+    }
+    std::vector<Row> m_table;
+};
+
+}  // namespace KP_SDAI

@@ -1,0 +1,235 @@
+#include "part21/FileReader.h"
+
+#include "part21/Lexer.h"
+#include "part21/RecordReader.h"
+#include "part21/StepValueText.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace KP_SDAI {
+
+namespace {
+
+/// The keyword at the start of a statement, in upper case.
+std::string keywordOf(const char* begin) {
+    std::string keyword(begin, lexer::keywordEnd(begin));
+    std::transform(keyword.begin(), keyword.end(), keyword.begin(), upperAscii);
+    return keyword;
+}
+
+}  // namespace
+
+void FileReader::report(KpIfcFinding finding, KpIfcSeverity severity, std::string message) {
+    m_report.add(findingAt(finding, severity, m_window.offsetOf(m_place), std::move(message)));
+}
+
+bool FileReader::skipBlanks() {
+    for (;;) {
+        m_place = lexer::skipBlanks(m_place, m_window.end());
+        const bool cut = m_place == m_window.end() || (*m_place == '/' && m_place[1] == '*');
+        if (!cut) return true;
+        if (!m_window.refill(m_place)) return false;
+    }
+}
+
+bool FileReader::nextStatement(const char*& end) {
+    if (!skipBlanks()) return false;
+    while (!(end = lexer::recordEnd(m_place, m_window.end())))
+        if (!m_window.refill(m_place)) return false;
+    return true;
+}
+
+std::string FileReader::statement(const char* end) const {
+    return std::string(m_place, end);
+}
+
+bool FileReader::readHeader(std::string& schema) {
+    m_place = m_window.begin();
+    if (!m_window.refill(m_place)) {
+        m_error = m_source.error().empty() ? "is empty" : m_source.error();
+        return false;
+    }
+    if (m_window.end() - m_place >= 3 && std::memcmp(m_place, "\xEF\xBB\xBF", 3) == 0) {
+        report(KpIfcFinding::sectionStructure, KpIfcSeverity::note, "a byte order mark before the start of the file");
+        m_place += 3;
+    }
+    const char* end = nullptr;
+    if (!skipBlanks() || keywordOf(m_place) != "ISO-10303-21") {
+        m_error = "is no STEP file: expected ISO-10303-21; at its start, found '" +
+                  excerpt({m_place, static_cast<std::size_t>(m_window.end() - m_place)}) + "'";
+        return false;
+    }
+    if (!nextStatement(end)) {
+        m_error = "ends before its header section";
+        return false;
+    }
+    m_place = end;
+    bool inHeader = false;
+    while (nextStatement(end)) {
+        const std::string keyword = keywordOf(m_place);
+        if (keyword == "DATA" || keyword == "END-ISO-10303-21" || *m_place == '#') {
+            report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, "the header section has no ENDSEC");
+            break;
+        }
+        if (keyword == "ENDSEC") {
+            m_place = end;
+            break;
+        }
+        if (keyword == "HEADER" && !inHeader) {
+            inHeader = true;
+        } else if (!readHeaderRecord(end)) {
+            report(KpIfcFinding::header, KpIfcSeverity::warning,
+                   "expected a header record, found '" +
+                       excerpt({m_place, static_cast<std::size_t>(end - m_place)}) + "'; kept as text");
+            m_header.append({keyword, {}}, std::string(m_place, end - 1));
+        }
+        m_place = end;
+    }
+    for (const char* keyword : {"FILE_DESCRIPTION", "FILE_NAME", "FILE_SCHEMA"})
+        if (!m_header.find(keyword))
+            report(KpIfcFinding::header, KpIfcSeverity::warning, std::string("the header has no ") + keyword);
+    schema = m_header.text("FILE_SCHEMA", 0);
+    if (schema.empty()) {
+        m_error = "names no schema: expected FILE_SCHEMA(('IFC2X3')) in its header section";
+        return false;
+    }
+    return true;
+}
+
+bool FileReader::readHeaderRecord(const char* end) {
+    const char* p = lexer::keywordEnd(m_place);
+    KpIfcHeaderRecord record{keywordOf(m_place), {}};
+    p = lexer::skipBlanks(p, end);
+    if (record.keyword.empty() || *p != '(') return false;
+    p = readStepValues(p + 1, end, record.parameters);
+    if (!p) return false;
+    if (*lexer::skipBlanks(p, end) != ';') return false;
+    m_header.append(std::move(record), std::string(m_place, p));
+    return true;
+}
+
+std::uint64_t FileReader::readData(ModelData& data) {
+    RecordReader records(data, m_window, m_report);
+    const char* end = nullptr;
+    bool ended = false;
+    while (!ended) {
+        if (!nextStatement(end)) {
+            report(KpIfcFinding::truncated, KpIfcSeverity::error, "the file ends before END-ISO-10303-21");
+            break;
+        }
+        const std::string keyword = keywordOf(m_place);
+        if (keyword == "DATA" || *m_place == '#') {
+            std::string opening = *m_place == '#' ? std::string() : statement(end);
+            if (opening.empty())
+                report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, "instances outside a data section");
+            else
+                m_place = end;
+            if (m_frame.dataOpening.empty())
+                m_frame.dataOpening = opening.empty() ? "DATA;" : std::move(opening);
+            else if (!opening.empty())
+                data.keep("ENDSEC;\n" + opening, nullptr);
+            if (!records.readSection(m_place)) {
+                report(KpIfcFinding::truncated, KpIfcSeverity::error, "the file ends inside its data section");
+                std::string tail(m_place, m_window.end());
+                while (!tail.empty() && static_cast<unsigned char>(tail.back()) <= ' ') tail.pop_back();
+                // What is left of a record has no end of its own: a comment keeps it apart from what is written next.
+                if (!tail.empty() && tail.find("*/") == std::string::npos)
+                    data.keep("/* cut off: " + tail + " */", nullptr);
+                break;
+            }
+        } else if (keyword == "END-ISO-10303-21") {
+            m_place = end;
+            readTrailing(&data);
+            ended = true;
+        } else {
+            readOtherSection(&data, m_place, end);
+        }
+    }
+    records.finish();
+    const std::uint64_t size = m_window.offsetOf(m_window.end());
+    locateFindings();
+    return size;
+}
+
+/// Keeps the text of a section that is neither HEADER nor DATA (anchors and references of the third edition).
+void FileReader::readOtherSection(ModelData* data, const char*, const char* end) {
+    const std::string keyword = keywordOf(m_place);
+    const bool known = keyword == "ANCHOR" || keyword == "REFERENCE";
+    report(KpIfcFinding::sectionStructure, known ? KpIfcSeverity::note : KpIfcSeverity::warning,
+           known ? "section " + keyword + " is kept as text and not resolved"
+                 : "expected a section, found '" + excerpt({m_place, static_cast<std::size_t>(end - m_place)}) +
+                       "'; kept as text");
+    std::string text = statement(end);
+    m_place = end;
+    while (known && nextStatement(end)) {
+        const bool last = keywordOf(m_place) == "ENDSEC";
+        text += '\n' + statement(end);
+        m_place = end;
+        if (last) break;
+    }
+    if (m_frame.dataOpening.empty())
+        m_frame.beforeData += text + '\n';
+    else
+        data->keep(std::move(text), nullptr);
+}
+
+/// What follows the end mark: signatures are kept, all else is no part of the file.
+void FileReader::readTrailing(ModelData*) {
+    if (!skipBlanks()) return;
+    if (keywordOf(m_place) == "SIGNATURE") {
+        report(KpIfcFinding::sectionStructure, KpIfcSeverity::note, "a signature is kept and not checked");
+        const char* end = nullptr;
+        while (nextStatement(end)) {
+            m_frame.behindEnd += statement(end) + '\n';
+            m_place = end;
+        }
+        return;
+    }
+    report(KpIfcFinding::trailingText, KpIfcSeverity::warning,
+           "text behind the end of the file, left out: '" +
+               excerpt({m_place, static_cast<std::size_t>(m_window.end() - m_place)}) + "'");
+    while (m_window.refill(m_place = m_window.end())) {
+    }
+}
+
+/// Counts lines, which costs a second walk and is done only where there is something to report.
+void FileReader::locateFindings() {
+    std::vector<KpIfcReportEntry*> entries;
+    for (KpIfcReportEntry& entry : m_report.located()) entries.push_back(&entry);
+    if (entries.empty() || !m_source.rewind()) return;
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const auto* a, const auto* b) { return a->offset < b->offset; });
+    std::vector<char> buffer(256 * 1024);
+    std::uint64_t offset = 0;
+    std::uint64_t line = 1;
+    std::uint64_t lineStart = 0;
+    auto next = entries.begin();
+    for (std::size_t got; next != entries.end() && (got = m_source.read(buffer.data(), buffer.size())) != 0;) {
+        const char* p = buffer.data();
+        for (; next != entries.end() && (*next)->offset < offset + got; ++next) {
+            const char* const place = buffer.data() + ((*next)->offset - offset);
+            while (const void* found = std::memchr(p, '\n', static_cast<std::size_t>(place - p))) {
+                p = static_cast<const char*>(found) + 1;
+                ++line;
+                lineStart = offset + static_cast<std::uint64_t>(p - buffer.data());
+            }
+            p = place;
+            (*next)->line = line;
+            (*next)->column = (*next)->offset - lineStart + 1;
+        }
+        const char* const behind = buffer.data() + got;
+        while (const void* found = std::memchr(p, '\n', static_cast<std::size_t>(behind - p))) {
+            p = static_cast<const char*>(found) + 1;
+            ++line;
+            lineStart = offset + static_cast<std::uint64_t>(p - buffer.data());
+        }
+        offset += got;
+    }
+    for (; next != entries.end(); ++next) {
+        (*next)->line = line;
+        (*next)->column = (*next)->offset - lineStart + 1;
+    }
+}
+
+}  // namespace KP_SDAI

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcHeader.h>
+#include <KpIfcCore/KpIfcReport.h>
+
+#include "part21/ByteSource.h"
+#include "part21/RecordWriter.h"
+
+#include <cstdint>
+#include <string>
+
+namespace KP_SDAI {
+
+/// Reads the frame of a STEP file: its marks, header and sections.
+class FileReader {
+public:
+    FileReader(ByteSource& source, KpIfcHeader& header, FileFrame& frame, KpIfcReport& report)
+        : m_source(source), m_window(source), m_header(header), m_frame(frame), m_report(report) {}
+
+    /// Reads up to the end of the header section. False, with error(), where the bytes are no STEP file or name no
+    /// schema.
+    bool readHeader(std::string& schema);
+    /// Reads all that follows; returns the number of bytes read.
+    std::uint64_t readData(ModelData& data);
+
+    const std::string& error() const { return m_error; }
+
+private:
+    /// Moves to the next statement and finds its end, behind its semicolon; false at the end of the source.
+    bool nextStatement(const char*& end);
+    bool skipBlanks();
+    bool readHeaderRecord(const char* end);
+    void readOtherSection(ModelData* data, const char* begin, const char* end);
+    void readTrailing(ModelData* data);
+    void locateFindings();
+    std::string statement(const char* end) const;
+    void report(KpIfcFinding finding, KpIfcSeverity severity, std::string message);
+
+    ByteSource& m_source;
+    Window m_window;
+    const char* m_place = nullptr;
+    KpIfcHeader& m_header;
+    FileFrame& m_frame;
+    KpIfcReport& m_report;
+    std::string m_error;
+};
+
+}  // namespace KP_SDAI

@@ -1,0 +1,233 @@
+#include <KpIfcCore/Consts.h>
+#include <KpIfcCore/KpIfcGUID.h>
+#include <KpIfcCore/KpSpfFilerBase.h>
+#include <KpIfcCore/KpStepText.h>
+
+#include "model/ModelData.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+using namespace KP_SDAI;
+
+/// Room for `bytes` more; the caller moves m_written.
+char* KpSpfFilerBase::room(std::size_t bytes) {
+    if (m_buffer.size() - m_written < bytes) m_buffer.resize(m_buffer.size() * 2 + bytes + 4096);
+    return m_buffer.data() + m_written;
+}
+
+void KpSpfFilerBase::put(char c) {
+    *room(1) = c;
+    ++m_written;
+}
+
+void KpSpfFilerBase::put(std::string_view text) {
+    if (text.empty()) return;
+    std::memcpy(room(text.size()), text.data(), text.size());
+    m_written += text.size();
+}
+
+void KpSpfFilerBase::putInt(std::int64_t value) {
+    char* to = room(24);
+    m_written += static_cast<std::size_t>(std::to_chars(to, to + 24, value).ptr - to);
+}
+
+void KpSpfFilerBase::putName(std::uint64_t name) {
+    char* to = room(24);
+    *to = '#';
+    m_written += static_cast<std::size_t>(std::to_chars(to + 1, to + 24, name).ptr - to);
+}
+
+void KpSpfFilerBase::putReal(double value) {
+    if (value == Consts::KpRealUnset) return put('$');
+    if (!std::isfinite(value)) {
+        m_notFinite = true;
+        return put('$');
+    }
+    char* to = room(KpStepText::kRealRoom);
+    // Whole numbers are frequent and have a shorter way to their shortest text.
+    if (std::fabs(value) < 1e6 && value == std::trunc(value) && !(value == 0 && std::signbit(value))) {
+        char* end = std::to_chars(to, to + 16, static_cast<int>(value)).ptr;
+        *end++ = '.';
+        if (end - to <= 5) {  // longer ones may be shorter with an exponent
+            m_written += static_cast<std::size_t>(end - to);
+            return;
+        }
+    }
+    m_written += static_cast<std::size_t>(KpStepText::writeReal(value, to) - to);
+}
+
+void KpSpfFilerBase::putText(std::string_view text) {
+    char* const start = room(text.size() + 2);
+    char* to = start;
+    *to++ = '\'';
+    bool plain = true;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < ' ' || byte >= 0x7F || c == '\'' || c == '\\') {
+            plain = false;
+            break;
+        }
+        *to++ = c;
+    }
+    if (plain) {
+        *to++ = '\'';
+        m_written += static_cast<std::size_t>(to - start);
+        return;
+    }
+    put('\'');
+    if (!m_data.utf8 && KpStepText::isEncoded(text)) {
+        put(text);
+    } else {
+        m_encoded.clear();
+        KpStepText::encode(text, m_encoded);
+        put(m_encoded);
+    }
+    put('\'');
+}
+
+void KpSpfFilerBase::wrChar(char c) {
+    put(c);
+}
+
+void KpSpfFilerBase::wrKpAnsiString(const KpAnsiString& value, bool, bool separator) {
+    separate(separator);
+    wrPrimitive(value);
+}
+
+void KpSpfFilerBase::wrLimitedString(const char* text, int length, bool, bool separator) {
+    separate(separator);
+    const std::size_t used = strnlen(text, static_cast<std::size_t>(length));
+    const std::string_view view(text, used);
+    if (view == Consts::KpStringUnset) return put('$');
+    putText(view);
+}
+
+void KpSpfFilerBase::wrDouble(const double& value, bool, bool separator) {
+    separate(separator);
+    putReal(value);
+}
+
+void KpSpfFilerBase::wrInt(const int& value, bool, bool separator) {
+    separate(separator);
+    wrPrimitive(value);
+}
+
+void KpSpfFilerBase::wrPrimitive(const KpIfcBoolean& value, bool, bool separator) {
+    separate(separator);
+    put(!value.isSet() ? "$" : value.isTrue() ? ".T." : ".F.");
+}
+
+void KpSpfFilerBase::wrPrimitive(const KpIfcLogical& value, bool, bool separator) {
+    separate(separator);
+    static constexpr std::string_view kLiterals[] = {".F.", ".T.", ".U."};
+    put(value.code() < 3 ? kLiterals[value.code()] : "$");
+}
+
+void KpSpfFilerBase::wrReference(const KpDbObjectId& value, bool separator) {
+    separate(separator);
+    wrPrimitive(value);
+}
+
+void KpSpfFilerBase::wrSelect(const KpIfcSelect& value, bool, bool separator) {
+    separate(separator);
+    putSelect(value);
+}
+
+void KpSpfFilerBase::wrEnumerationStr(const KpAnsiString& literal, bool, bool separator) {
+    wrEnumeration(literal.isEmpty() ? nullptr : literal.constStr(), separator);
+}
+
+void KpSpfFilerBase::wrEnumeration(const char* literal, bool separator) {
+    separate(separator);
+    if (!literal) return put('$');
+    put('.');
+    put(literal);
+    put('.');
+}
+
+void KpSpfFilerBase::wrDerive(bool separator) {
+    separate(separator);
+    put('*');
+}
+
+void KpSpfFilerBase::wrPrimitive(const double& value) {
+    putReal(value);
+}
+
+void KpSpfFilerBase::wrPrimitive(const int& value) {
+    if (value == Consts::KpIntUnset) return put('$');
+    putInt(value);
+}
+
+void KpSpfFilerBase::wrPrimitive(const KpAnsiString& value) {
+    if (value.isUnset()) return put('$');
+    putText(value.view());
+}
+
+void KpSpfFilerBase::wrBinary(const KpAnsiString& value) {
+    if (value.isUnset()) return put('$');
+    put('"');
+    put(value.view());
+    put('"');
+}
+
+void KpSpfFilerBase::wrPrimitive(const KpDbObjectId& value) {
+    if (value.isNull()) return put('$');
+    putName(value.instanceName());
+}
+
+void KpSpfFilerBase::wrPrimitive(const KpIfcSelect& value) {
+    putSelect(value);
+}
+
+void KpSpfFilerBase::putSelect(const KpIfcSelect& value) {
+    switch (value.valueKind()) {
+        case kTypeNone: return put('$');
+        case kTypeEntity: {
+            KpDbObjectId handle;
+            value.getHandle(handle);
+            return wrPrimitive(handle);
+        }
+        default: break;
+    }
+    const std::size_t before = m_written;
+    for (const char* name = value.underlyingTypeName(); *name; ++name) put(upperAscii(*name));
+    put('(');
+    const std::size_t start = m_written;
+    switch (value.valueKind()) {
+        case kTypeReal: {
+            double number = 0;
+            value.getDouble(number);
+            putReal(number);
+            break;
+        }
+        case kTypeInteger: {
+            int number = 0;
+            value.getInt(number);
+            wrPrimitive(number);
+            break;
+        }
+        case kTypeBoolean: {
+            KpIfcBoolean code;
+            value.getBoolean(code);
+            wrPrimitive(code, false, false);
+            break;
+        }
+        case kTypeLogical: {
+            KpIfcLogical code;
+            value.getLogical(code);
+            wrPrimitive(code, false, false);
+            break;
+        }
+        case kTypeString: wrPrimitive(*value.getString()); break;
+        // Writing changes nothing; the operation is not const because reading shares its shape.
+        default: const_cast<KpIfcSelect&>(value).writeTypedField(this); break;
+    }
+    if (m_written == start + 1 && m_buffer[start] == '$') {  // an alternative without a value is no value
+        m_written = before;
+        return put('$');
+    }
+    put(')');
+}

@@ -1,0 +1,404 @@
+#include "part21/RecordReader.h"
+
+#include "part21/Lexer.h"
+#include "part21/RecordWriter.h"
+
+#include <KpIfcCore/KpIfcEntityType.h>
+
+#include <charconv>
+#include <cstring>
+
+namespace KP_SDAI {
+
+KpIfcReportEntry findingAt(KpIfcFinding finding, KpIfcSeverity severity, std::uint64_t offset, std::string message) {
+    KpIfcReportEntry entry;
+    entry.finding = finding;
+    entry.severity = severity;
+    entry.offset = offset;
+    entry.line = 1;  // counted when everything is read
+    entry.message = std::move(message);
+    return entry;
+}
+
+std::string excerpt(std::string_view text) {
+    constexpr std::size_t kLongest = 40;
+    std::string out;
+    for (const char c : text.substr(0, kLongest)) out += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+    if (text.size() > kLongest) out += "...";
+    return out;
+}
+
+namespace {
+
+/// The start of a line in [p, end) that looks like the next record or the end of the section; null where there is none.
+/// There a record without end is cut.
+const char* nextRecordLine(const char* p, const char* end) {
+    while (p < end) {
+        p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
+        if (!p) return nullptr;
+        const char* q = ++p;
+        while (*q == ' ' || *q == '\t') ++q;
+        if (*q == '#' && lexer::isDigit(q[1])) {
+            ++q;
+            while (lexer::isDigit(*q)) ++q;
+            while (*q == ' ') ++q;
+            if (*q == '=') return p;
+        } else if (end - q >= 7 && std::memcmp(q, "ENDSEC;", 7) == 0) {
+            return p;
+        }
+    }
+    return nullptr;
+}
+
+bool isStatement(const char* begin, const char* end, std::string_view name) {
+    return end - begin >= static_cast<std::ptrdiff_t>(name.size()) &&
+           equalNoCase(begin, name.size(), std::string(name).c_str()) &&
+           !lexer::isKeywordPart(begin[name.size()]);
+}
+
+}  // namespace
+
+RecordReader::RecordReader(ModelData& data, Window& window, KpIfcReport& report)
+    : m_data(data), m_window(window), m_report(report), m_names(data.schema()), m_filer(data) {}
+
+bool RecordReader::readSection(const char*& place) {
+    Failure failure;
+    for (;;) {
+        place = lexer::skipBlanks(place, m_window.end());
+        if (place == m_window.end() || (*place == '/' && place[1] == '*')) {
+            if (m_window.refill(place)) continue;
+            return false;
+        }
+        if (*place == '#' && readRecord(place, failure)) continue;
+
+        const char* const begin = place;
+        const char* end = lexer::recordEnd(begin, m_window.end());
+        if (!end && begin != m_window.begin() && m_window.refill(place)) continue;
+        if (*begin == '#') {
+            // A missing semicolon or apostrophe must not take the records behind it along.
+            if (const char* line = nextRecordLine(begin + 1, end ? end : m_window.end())) end = line;
+        }
+        if (!end && m_window.refill(place)) continue;
+        if (!end) return false;
+        if (*begin == '#') {
+            keepRecord(begin, end, failure);
+        } else if (isStatement(begin, end, "ENDSEC")) {
+            place = end;
+            return true;
+        } else if (isStatement(begin, end, "END-ISO-10303-21")) {
+            m_report.add(findingAt(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, m_window.offsetOf(begin),
+                                   "the data section has no ENDSEC before the end of the file"));
+            return true;
+        } else if (*begin == ';') {
+            m_report.add(findingAt(KpIfcFinding::unreadableRecord, KpIfcSeverity::warning, m_window.offsetOf(begin),
+                                   "a semicolon without a record, left out"));
+        } else {
+            failure = Failure{};
+            failure.place = begin;
+            failure.message = "expected '#' and an instance name";
+            keepRecord(begin, end, failure);
+        }
+        place = end;
+    }
+}
+
+/// Reads one record. False, with the reason, where it is not bound; `place` then has not moved.
+bool RecordReader::readRecord(const char*& place, Failure& failure) {
+    const char* const end = m_window.end();
+    const auto fail = [&](const char* at, std::string message) {
+        failure.place = at;
+        failure.message = std::move(message);
+        return false;
+    };
+    failure.finding = KpIfcFinding::unreadableRecord;
+    failure.severity = KpIfcSeverity::error;
+    failure.name = 0;
+    failure.entity.clear();
+
+    const char* p = place + 1;
+    const char* const digits = p;
+    std::uint64_t name = 0;
+    while (lexer::isDigit(*p)) name = name * 10 + static_cast<unsigned>(*p++ - '0');
+    if (p == digits) return fail(p, "expected the digits of an instance name");
+    if (p - digits > 18 && std::from_chars(digits, p, name).ec != std::errc()) {
+        failure.finding = KpIfcFinding::instanceName;
+        return fail(digits, "expected an instance name below 2^64");
+    }
+    failure.name = name;
+    p = lexer::skipBlanks(p, end);
+    if (*p != '=') return fail(p, "expected '=' behind the instance name");
+    p = lexer::skipBlanks(p + 1, end);
+    if (name == 0) {
+        failure.finding = KpIfcFinding::instanceName;
+        failure.severity = KpIfcSeverity::warning;
+        return fail(digits, "expected an instance name above 0");
+    }
+    const char* const keyword = p;
+    if (*p == '(') {
+        failure.finding = KpIfcFinding::complexRecord;
+        failure.severity = KpIfcSeverity::warning;
+        return fail(p, "an instance of several entities, which the schema does not have");
+    }
+    p = lexer::keywordEnd(p);
+    if (p == keyword) return fail(p, "expected the name of an entity");
+    const std::string_view entity(keyword, static_cast<std::size_t>(p - keyword));
+    const KpIfcEntityType* type = m_names.find(entity, m_data.schema());
+    if (!type) {
+        failure.entity = entity;
+        failure.finding = KpIfcFinding::unknownEntity;
+        failure.severity = KpIfcSeverity::warning;
+        return fail(keyword, "schema " + std::string(m_data.schema().name()) + " has no entity " + excerpt(entity));
+    }
+    p = lexer::skipBlanks(p, end);
+    if (*p != '(') {
+        failure.entity = entity;
+        return fail(p, "expected '(' behind the name of the entity");
+    }
+    m_filer.m_recordOffset = m_window.offsetOf(place);
+    const char* behind = p + 1;
+    if (!readFields(*type, m_data.table.slot(name), behind, failure)) {
+        failure.entity = type->name();
+        return false;
+    }
+    place = behind;
+    return true;
+}
+
+bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, const char*& place, Failure& failure) {
+    KpIfcEntityBase* instance = m_data.construct(*type.facts());
+    const std::size_t pending = m_filer.m_pending.size();
+    m_filer.m_issues.clear();
+    m_filer.m_instance = instance;
+    m_filer.m_cur = place;
+    m_filer.m_end = m_window.end();
+    m_filer.m_field = 0;
+    m_filer.m_broken = m_filer.m_missing = m_filer.m_ownsHeap = false;
+    instance->inFields(&m_filer);
+
+    const char* const begin = place;
+    m_tooManyParameters = false;
+    if (!m_filer.m_broken) {
+        m_filer.skipBlanks();
+        if (*m_filer.m_cur != ')') {
+            // More parameters than attributes: the record is bound, its text is kept.
+            const char* p = m_filer.m_cur;
+            if (type.recordFields().empty() || *p == ',') {
+                m_tooManyParameters = true;
+                for (p = *p == ',' ? p + 1 : p; p; ++p) {
+                    p = lexer::parameterEnd(p, m_filer.m_end);
+                    if (!p || *p == ')') break;
+                }
+            }
+            if (m_tooManyParameters && p)
+                m_filer.m_cur = p;
+            else
+                m_filer.broken("')' behind the last parameter");
+        }
+    }
+    if (!m_filer.m_broken) {
+        const char* const close = m_filer.m_cur;
+        const char* p = lexer::skipBlanks(close + 1, m_filer.m_end);
+        if (*p == ';') {
+            bind(type, slot, instance, {begin, static_cast<std::size_t>(close - begin)});
+            place = p + 1;
+            return true;
+        }
+        m_filer.m_cur = p;
+        m_filer.broken("';' behind the record");
+    }
+    failure.place = m_filer.m_cur;
+    failure.message = std::string("expected ") + m_filer.m_brokenExpected;
+    m_filer.m_pending.resize(pending);
+    if (m_filer.m_ownsHeap) instance->~KpIfcEntityBase();
+    return false;
+}
+
+void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance,
+                        std::string_view parameters) {
+    if (slot->word != 0) {
+        KpIfcReportEntry entry = findingAt(KpIfcFinding::duplicateName, KpIfcSeverity::warning, m_filer.m_recordOffset,
+                                           "the instance name stands before; this record counts, the other is kept as text");
+        entry.instanceName = KpDbObjectId(slot).instanceName();
+        entry.entity = type.name();
+        m_report.add(std::move(entry));
+        if (KpIfcEntityBase* former = KpDbObjectId(slot).openObject())
+            m_data.demote(slot, RecordWriter(m_data).record(*former));
+    }
+    m_data.bind(slot, instance);
+    if (m_filer.m_ownsHeap) m_data.noteHeap(*instance);
+    if (type.isAbstract()) {
+        KpIfcReportEntry entry = findingAt(KpIfcFinding::abstractEntity, KpIfcSeverity::warning,
+                                           m_filer.m_recordOffset, "the entity is abstract; read all the same");
+        entry.instanceName = KpDbObjectId(slot).instanceName();
+        entry.entity = type.name();
+        m_report.add(std::move(entry));
+    }
+    if (!m_filer.m_issues.empty() || m_filer.m_missing || m_tooManyParameters) takeIssues(type, *instance, parameters);
+}
+
+void RecordReader::reportField(KpIfcFinding finding, KpIfcSeverity severity, const KpIfcEntityBase& instance,
+                               std::uint32_t field, std::uint64_t offset, std::string message) {
+    KpIfcReportEntry entry = findingAt(finding, severity, offset, std::move(message));
+    entry.instanceName = instance.instanceName();
+    const KpIfcEntityType* type = instance.getInstanceType();
+    entry.entity = type->name();
+    if (field < type->recordFields().size()) entry.attribute = type->recordFields()[field]->name;
+    m_report.add(std::move(entry));
+}
+
+/// Reports what the fields of a record gave to say and keeps the texts that their members cannot hold.
+void RecordReader::takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::string_view parameters) {
+    std::string normal;
+    std::vector<std::string_view> parts;
+    const auto keep = [&](std::uint32_t field, std::string_view source) {
+        if (parts.empty()) {
+            normal = RecordWriter(m_data).parameters(instance);
+            parts = splitParameters(normal);
+        }
+        if (field == KeptField::kWholeRecord)
+            m_data.keepField(instance, {field, std::string(source), normal});
+        else if (field < parts.size())
+            m_data.keepField(instance, {field, std::string(source), std::string(parts[field])});
+    };
+    for (const KpSpfFilerBase::FieldIssue& issue : m_filer.m_issues) {
+        const std::string_view source(issue.begin, static_cast<std::size_t>(issue.end - issue.begin));
+        std::string message;
+        switch (issue.finding) {
+            case KpIfcFinding::textEncoding: message = issue.expected; break;
+            case KpIfcFinding::wrongReference:
+                message = "refers to an instance of another entity than " + std::string(issue.expected);
+                break;
+            default:
+                message = "found " + excerpt(source) + ", expected " + issue.expected;
+                if (issue.keep) message += "; the text is kept";
+        }
+        reportField(issue.finding, issue.severity, instance, issue.field, m_window.offsetOf(issue.begin),
+                    std::move(message));
+        if (issue.keep) {
+            const char* const end = lexer::parameterEnd(issue.begin, m_filer.m_end);
+            keep(issue.field, end ? std::string_view(issue.begin, static_cast<std::size_t>(end - issue.begin)) : source);
+        }
+    }
+    if (m_filer.m_missing || m_tooManyParameters) {
+        reportField(KpIfcFinding::attributeCount, KpIfcSeverity::warning, instance, KeptField::kWholeRecord,
+                    m_filer.m_recordOffset,
+                    std::string(m_tooManyParameters ? "more" : "fewer") + " parameters than " +
+                        std::to_string(type.recordFields().size()) + "; the text of the record is kept");
+        keep(KeptField::kWholeRecord, parameters);
+    }
+}
+
+void RecordReader::keepRecord(const char* begin, const char* end, Failure& failure) {
+    KpIfcReportEntry entry = findingAt(failure.finding, failure.severity, m_window.offsetOf(failure.place),
+                                       failure.message + ", found '" +
+                                           excerpt({failure.place, static_cast<std::size_t>(end - failure.place)}) +
+                                           "'; the record is kept as text");
+    entry.instanceName = failure.name;
+    entry.entity = excerpt(failure.entity);
+    m_report.add(std::move(entry));
+    std::string text(begin, end);
+    while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.pop_back();
+    KpIfcSlot* slot = failure.name ? m_data.table.slot(failure.name) : nullptr;
+    if (slot && slot->word != 0) {
+        entry = findingAt(KpIfcFinding::duplicateName, KpIfcSeverity::warning, m_window.offsetOf(begin),
+                          "the instance name stands before; the other record counts");
+        entry.instanceName = failure.name;
+        m_report.add(std::move(entry));
+    }
+    m_data.keep(std::move(text), slot);
+}
+
+// -- references to instances that came later ---------------------------------------------------------------------------
+
+namespace {
+
+/// What is left to say about the references of one field.
+struct FieldCheck {
+    const KpIfcEntityType* declared = nullptr;
+    bool dangling = false;
+    bool wrong = false;
+
+    void look(KpDbObjectId& handle) {
+        if (handle.isNull()) return;
+        if (!handle.isDefined()) {
+            dangling = true;
+        } else if (const KpIfcEntityBase* instance = handle.openObject()) {
+            wrong |= !instance->getInstanceType()->isKindOf(declared);
+        }
+    }
+};
+
+template <class Visit>
+void visitHandles(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Visit visit) {
+    if (row.kind == KpIfcFieldKind::reference) {
+        visit(instance.*row.member.reference);
+    } else if (row.kind == KpIfcFieldKind::aggregate && row.aggregate->element == KpIfcElementKind::reference) {
+        auto& elements =
+            static_cast<KpIfcAggrElements<KpDbObjectId>&>(*row.member.aggregate(instance).implementation());
+        for (KpDbObjectId& element : elements) visit(element);
+    }
+}
+
+template <class Visit>
+void visitSelects(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Visit visit) {
+    if (row.kind == KpIfcFieldKind::select) {
+        visit(row.member.select(instance));
+    } else if (row.kind == KpIfcFieldKind::aggregate && row.aggregate->element == KpIfcElementKind::select) {
+        KpIfcAggr& aggregate = row.member.aggregate(instance);
+        for (std::size_t i = 0; i < aggregate.size(); ++i)
+            visit(const_cast<KpIfcSelect&>(row.aggregate->selectAt(aggregate, i)));
+    }
+}
+
+}  // namespace
+
+void RecordReader::finish() {
+    for (const KpSpfFilerBase::PendingField& pending : m_filer.m_pending) {
+        // A record that was displaced by a later one of its name is text by now.
+        if (pending.instance->objectId().openObject() != pending.instance) continue;
+        resolve(*pending.instance, static_cast<std::uint32_t>(pending.offsetAndField & 0xFFFF),
+                pending.offsetAndField >> 16);
+    }
+    m_filer.m_pending.clear();
+    m_data.table.sortSparse();
+}
+
+void RecordReader::resolve(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset) {
+    const KpIfcAttributeFacts& row = *instance.getInstanceType()->recordFields()[field];
+    FieldCheck check;
+    if (row.target) check.declared = *row.target;
+    visitHandles(instance, row, [&](KpDbObjectId& handle) { check.look(handle); });
+    visitSelects(instance, row, [&](KpIfcSelect& select) {
+        KpDbObjectId handle;
+        if (!select.getHandle(handle) || handle.isNull()) return;
+        if (!handle.isDefined())
+            check.dangling = true;
+        else if (handle.openObject() && !m_filer.resolveSelect(select))
+            check.wrong = true;
+    });
+    if (check.wrong)
+        reportField(KpIfcFinding::wrongReference, KpIfcSeverity::warning, instance, field, offset,
+                    check.declared ? "refers to an instance of another entity than " +
+                                         std::string(check.declared->displayName())
+                                   : std::string("refers to an instance of none of the alternatives"));
+    if (!check.dangling) return;
+
+    // The members hold null from now on; what the file has is kept as text.
+    RecordWriter writer(m_data);
+    const std::string before = writer.parameters(instance);
+    visitHandles(instance, row, [](KpDbObjectId& handle) {
+        if (!handle.isDefined()) handle.setNull();
+    });
+    visitSelects(instance, row, [](KpIfcSelect& select) {
+        KpDbObjectId handle;
+        if (select.getHandle(handle) && !handle.isDefined()) select.nullify();
+    });
+    if (row.kind == KpIfcFieldKind::aggregate) row.aggregate->rearrange(row.member.aggregate(instance));
+    const std::string after = writer.parameters(instance);
+    const std::string source(splitParameters(before)[field]);
+    reportField(KpIfcFinding::danglingReference, KpIfcSeverity::warning, instance, field, offset,
+                "refers to no instance: " + excerpt(source) + "; the text is kept");
+    m_data.keepField(instance, {field, source, std::string(splitParameters(after)[field])});
+}
+
+}  // namespace KP_SDAI

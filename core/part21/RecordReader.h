@@ -1,0 +1,63 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcReport.h>
+#include <KpIfcCore/KpSpfFilerBase.h>
+
+#include "model/ModelData.h"
+#include "part21/ByteSource.h"
+#include "part21/EntityNames.h"
+
+#include <string>
+#include <string_view>
+
+namespace KP_SDAI {
+
+/// Reads the records of data sections into a model.
+///
+/// A record is parsed where it stands in the window. Only when that fails is it looked at whether the window cut it; so
+/// sound files are walked once.
+class RecordReader {
+public:
+    RecordReader(ModelData& data, Window& window, KpIfcReport& report);
+
+    /// Reads from `place`, which stands behind the opening of a data section, to its end or the end of the source, and
+    /// moves `place` there. False where the section has no end.
+    bool readSection(const char*& place);
+    /// What can only be done when everything is read: references to instances that came later or not at all.
+    void finish();
+
+private:
+    /// Why a record could not be bound.
+    struct Failure {
+        KpIfcFinding finding = KpIfcFinding::unreadableRecord;
+        KpIfcSeverity severity = KpIfcSeverity::error;
+        std::string message;
+        const char* place = nullptr;
+        std::uint64_t name = 0;
+        std::string entity;
+    };
+
+    bool readRecord(const char*& place, Failure& failure);
+    bool readFields(const KpIfcEntityType& type, KpIfcSlot* slot, const char*& place, Failure& failure);
+    void bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance, std::string_view parameters);
+    void takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::string_view parameters);
+    void keepRecord(const char* begin, const char* end, Failure& failure);
+    void resolve(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset);
+    void reportField(KpIfcFinding finding, KpIfcSeverity severity, const KpIfcEntityBase& instance,
+                     std::uint32_t field, std::uint64_t offset, std::string message);
+
+    ModelData& m_data;
+    Window& m_window;
+    KpIfcReport& m_report;
+    EntityNames m_names;
+    KpSpfFilerBase m_filer;
+    bool m_tooManyParameters = false;
+};
+
+/// Begins a report entry at a place of the source.
+KpIfcReportEntry findingAt(KpIfcFinding finding, KpIfcSeverity severity, std::uint64_t offset, std::string message);
+
+/// A short piece of source text for a message.
+std::string excerpt(std::string_view text);
+
+}  // namespace KP_SDAI

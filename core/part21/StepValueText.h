@@ -1,0 +1,16 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcHeader.h>
+
+#include <string>
+
+namespace KP_SDAI {
+
+/// Reads the parameters of a record without a schema, from behind its '(' at `p` to its ')'. Returns the place behind
+/// that; null where the text is not well formed.
+const char* readStepValues(const char* p, const char* end, std::vector<KpStepValue>& values);
+
+/// Writes values, separated by commas, as files have them.
+void writeStepValues(const std::vector<KpStepValue>& values, std::string& out);
+
+}  // namespace KP_SDAI

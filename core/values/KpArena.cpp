@@ -1,0 +1,45 @@
+#include <KpIfcCore/KpArena.h>
+
+#include <cstdlib>
+#include <new>
+
+namespace KP_SDAI {
+
+struct KpArena::Block {
+    Block* previous;
+};
+
+namespace {
+constexpr std::size_t kFirstBlock = 16 * 1024;
+constexpr std::size_t kLargestBlock = 1024 * 1024;
+constexpr std::size_t kHeader = 16;
+}  // namespace
+
+KpArena::~KpArena() {
+    while (m_blocks) {
+        Block* previous = m_blocks->previous;
+        std::free(m_blocks);
+        m_blocks = previous;
+    }
+}
+
+void* KpArena::allocateSlow(std::size_t size) {
+    if (size > SIZE_MAX - kHeader) throw std::bad_alloc();
+    // Blocks grow with the arena, so that small models stay small and large ones ask the system rarely.
+    std::size_t room = m_reserved < kFirstBlock ? kFirstBlock : m_reserved;
+    if (room > kLargestBlock) room = kLargestBlock;
+    const bool own = size > room / 4;
+    const std::size_t bytes = (own ? size : room) + kHeader;
+    auto* block = static_cast<Block*>(std::malloc(bytes));
+    if (!block) throw std::bad_alloc();
+    m_reserved += bytes;
+    block->previous = m_blocks;
+    m_blocks = block;
+    char* start = reinterpret_cast<char*>(block) + kHeader;
+    if (own) return start;  // a large piece has its block to itself; the current one goes on
+    m_next = start + size;
+    m_end = start + room;
+    return start;
+}
+
+}  // namespace KP_SDAI

@@ -1,0 +1,137 @@
+#pragma once
+
+#include <IFC2X3/Entity.h>
+#include <IFC2X3/Enumeration.h>
+#include <IFC2X3/Select.h>
+#include <KpIfcCore/KpIfcEntityType.h>
+#include <KpIfcCore/KpSpfAggregates.h>
+#include <KpIfcCore/KpSpfFilerBase.h>
+
+#include <new>
+#include <span>
+#include <type_traits>
+
+/// What the classes of all entities share: their rows of facts and the operations that walk them.
+namespace IFC2X3 {
+
+using KP_SDAI::KpIfcAggr;
+using KP_SDAI::KpIfcAttributeFacts;
+using KP_SDAI::KpIfcFieldKind;
+using KP_SDAI::KpIfcSelect;
+using KP_SDAI::KpIfcUniqueFacts;
+
+inline constexpr std::uint8_t kOptional = KpIfcAttributeFacts::kOptional;
+inline constexpr std::uint8_t kFirst = KpIfcAttributeFacts::kFirst;
+inline constexpr std::uint8_t kBinary = KpIfcAttributeFacts::kBinary;
+
+namespace detail {
+
+template <class Class, class Type>
+Class classOf(Type Class::*);
+template <class Class, class Type>
+Type typeOf(Type Class::*);
+
+/// Addresses of members whose pointers have no common type. Each instance that they are given is of the member's class.
+template <auto member>
+void* codeAddress(KpIfcEntityBase& instance) {
+    return &(static_cast<decltype(classOf(member))&>(instance).*member);
+}
+template <auto member>
+KpIfcSelect& selectOf(KpIfcEntityBase& instance) {
+    return static_cast<decltype(classOf(member))&>(instance).*member;
+}
+template <auto member>
+KpIfcAggr& aggregateOf(KpIfcEntityBase& instance) {
+    return static_cast<decltype(classOf(member))&>(instance).*member;
+}
+
+template <class T>
+constexpr KpIfcFieldKind fieldKind() {
+    if constexpr (std::is_same_v<T, KpAnsiString>) return KpIfcFieldKind::string;
+    if constexpr (std::is_same_v<T, KpIfcGUID>) return KpIfcFieldKind::guid;
+    if constexpr (std::is_same_v<T, double>) return KpIfcFieldKind::real;
+    if constexpr (std::is_same_v<T, int>) return KpIfcFieldKind::integer;
+    if constexpr (std::is_same_v<T, KpIfcBoolean>) return KpIfcFieldKind::boolean;
+    if constexpr (std::is_same_v<T, KpIfcLogical>) return KpIfcFieldKind::logical;
+    if constexpr (std::is_same_v<T, KpDbObjectId>) return KpIfcFieldKind::reference;
+    if constexpr (std::is_enum_v<T>) return KpIfcFieldKind::enumeration;
+    if constexpr (std::is_base_of_v<KpIfcSelect, T>) return KpIfcFieldKind::select;
+    if constexpr (std::is_base_of_v<KpIfcAggr, T>) return KpIfcFieldKind::aggregate;
+}
+
+}  // namespace detail
+
+/// The row of an explicit attribute. `target` is given for references and aggregates of references.
+template <auto member>
+constexpr KpIfcAttributeFacts field(const char* name, std::uint8_t flags, KpIfcEntityType* const* target = nullptr) {
+    using Type = decltype(detail::typeOf(member));
+    constexpr KpIfcFieldKind kind = detail::fieldKind<Type>();
+    if constexpr (kind == KpIfcFieldKind::enumeration) {
+        return {name, kind, flags, detail::codeAddress<member>, nullptr, &EnumFacts<Type>::value, nullptr};
+    } else if constexpr (kind == KpIfcFieldKind::select) {
+        return {name, kind, flags, detail::selectOf<member>, nullptr, nullptr, nullptr};
+    } else if constexpr (kind == KpIfcFieldKind::aggregate) {
+        const KP_SDAI::KpIfcAggrFacts* facts =
+            flags & kBinary ? &KP_SDAI::kBinaryAggregateFacts : &KP_SDAI::kAggregateFacts<Type>;
+        return {name, kind, flags, detail::aggregateOf<member>, target, nullptr, facts};
+    } else {
+        return {name, kind, flags, static_cast<Type KpIfcEntityBase::*>(member), target, nullptr, nullptr};
+    }
+}
+
+/// The row of an inherited attribute that the entity redeclares as derived.
+constexpr KpIfcAttributeFacts derived(const char* name, std::uint8_t flags) {
+    return {name, KpIfcFieldKind::derived, flags, {}};
+}
+
+/// The row of a field that files have and instances do not keep.
+constexpr KpIfcAttributeFacts notKept(const char* name, std::uint8_t flags) {
+    return {name, KpIfcFieldKind::notKept, flags, {}};
+}
+
+inline constexpr std::span<const KpIfcAttributeFacts> noAttributes;
+inline constexpr std::span<const KpIfcUniqueFacts> noUniqueRules;
+
+template <class T>
+KpIfcEntityBase* constructEntity(void* memory) {
+    return ::new (memory) T;
+}
+
+/// The facts of one entity class. `record` is given where the entity redeclares attributes as derived.
+template <class T>
+constexpr KpIfcEntityFacts entityFacts(const char* name, bool isAbstract,
+                                       std::span<const KpIfcAttributeFacts> attributes,
+                                       std::span<const KpIfcAttributeFacts> record,
+                                       std::span<const KpIfcUniqueFacts> uniqueRules) {
+    static_assert(alignof(T) <= 8);
+    return {name,
+            isAbstract,
+            sizeof(T),
+            constructEntity<T>,
+            attributes.data(),
+            static_cast<std::uint32_t>(attributes.size()),
+            record.data(),
+            static_cast<std::uint32_t>(record.size()),
+            uniqueRules.data(),
+            static_cast<std::uint32_t>(uniqueRules.size())};
+}
+
+/// Reads the fields of `rows` into the members of an instance of their class, in order; always eOk.
+KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
+                           std::span<const KpIfcAttributeFacts> rows);
+/// Writes the members of an instance as the fields of `rows`, in order; always eOk.
+KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
+                            std::span<const KpIfcAttributeFacts> rows);
+
+/// The instance behind a handle, converted unchecked.
+template <class T>
+T* opened(const KpDbObjectId& handle) {
+    return static_cast<T*>(handle.openObject(KP_SDAI::kForRead, false));
+}
+
+/// True where a type exists and has that name in any letter case.
+inline bool isNamed(const KpIfcEntityType* type, const char* name) {
+    return type && name && KP_SDAI::compareNoCase(type->name(), name) == 0;
+}
+
+}  // namespace IFC2X3

@@ -1,0 +1,40 @@
+#include "schema/KpIFC2X3SchemaBuilder.h"
+
+#include <IFC2X3/Types.h>
+#include <KpIfcCore/KpIfcModule.h>
+
+using namespace KP_SDAI;
+
+namespace {
+
+/// The module's schema; null before initialise and after unload.
+KpIfcSchema* g_schema = nullptr;
+
+class Schema : public KpIfcSchema {};
+
+class KpIfcModuleLifeCycleApp : public KpIfcModuleLifeCycle {
+public:
+    bool initialise() override {
+        if (g_schema) return true;
+        g_schema = new Schema;
+        KpIFC2X3SchemaBuilder builder(g_schema, KpAnsiString("IFC2X3"));
+        builder.build();
+        return true;
+    }
+    void unload() override {
+        delete g_schema;
+        g_schema = nullptr;
+    }
+};
+
+KpIfcModuleLifeCycleApp g_lifeCycle;
+
+}  // namespace
+
+extern "C" KPIFC2X3_EXPORT KpIfcModuleLifeCycle* kpGetModuleLifeCycleApp() {
+    return &g_lifeCycle;
+}
+
+extern "C" KPIFC2X3_EXPORT KpIfcSchema* kpifcGetSchemaPointer() {
+    return g_schema;
+}
