@@ -139,6 +139,14 @@ bool KpIfcSelect::getInt(int& value) const {
     return true;
 }
 
+const char* KpIfcSelect::literal(int) const {
+    return nullptr;
+}
+
+const char* KpIfcSelect::getLiteral() const {
+    return m_kind == kTypeEnumeration ? literal(m_value.integer) : nullptr;
+}
+
 bool KpIfcSelect::getBoolean(KpIfcBoolean& value) const {
     if (m_kind != kTypeBoolean) return false;
     value = static_cast<KpIfcBoolean::Code>(m_value.code);

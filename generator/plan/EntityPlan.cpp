@@ -12,6 +12,12 @@ std::string quoted(std::string_view text) {
     return "\"" + std::string(text) + "\"";
 }
 
+/// True for a defined type that stands for an aggregation.
+bool isDefinedAggregate(const facts::TypeRef& type) {
+    const auto* defined = std::get_if<const facts::DefinedType*>(&type);
+    return defined && std::holds_alternative<const facts::Aggregation*>((*defined)->underlying);
+}
+
 /// Flags of a field; `fields` is the record it stands in.
 std::string flags(const facts::ExplicitAttribute& attribute, const std::vector<facts::RecordField>& fields,
                   bool isBinary, bool isDerived) {
@@ -25,6 +31,9 @@ std::string flags(const facts::ExplicitAttribute& attribute, const std::vector<f
     }
     if (isBinary && !isDerived) {
         add("kBinary");
+    }
+    if (isDefinedAggregate(attribute.type)) {
+        add("kDefinedType");
     }
     return text.empty() ? "0" : text;
 }

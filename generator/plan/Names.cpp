@@ -156,7 +156,7 @@ const Words& moduleNames() {
     static const Words words = {
         "EnumFacts",       "InverseMembers", "Select",    "SelectAlternative", "SelectFacts", "as",
         "constructEntity", "derived",        "detail",    "entityFacts",       "field",       "isNamed",
-        "kBinary",         "kFirst",         "kOptional", "literalCode",       "literalText", "noAttributes",
+        "kBinary",         "kDefinedType",   "kFirst",         "kOptional", "literalCode",       "literalText", "noAttributes",
         "noUniqueRules",   "notKept",        "opened",    "readFields",        "typeOf",      "unsetText",
         "writeFields"};
     return words;

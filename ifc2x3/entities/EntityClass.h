@@ -23,6 +23,7 @@ using KP_SDAI::KpIfcUniqueFacts;
 inline constexpr std::uint8_t kOptional = KpIfcAttributeFacts::kOptional;
 inline constexpr std::uint8_t kFirst = KpIfcAttributeFacts::kFirst;
 inline constexpr std::uint8_t kBinary = KpIfcAttributeFacts::kBinary;
+inline constexpr std::uint8_t kDefinedType = KpIfcAttributeFacts::kDefinedType;
 
 namespace detail {
 

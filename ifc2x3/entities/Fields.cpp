@@ -9,13 +9,6 @@ using KP_SDAI::KpIfcElementKind;
 
 namespace {
 
-/// The code of an enumeration member. The members' types are enumerations over int.
-int loadCode(const void* member) {
-    int code;
-    std::memcpy(&code, member, sizeof code);
-    return code;
-}
-
 void readEnumeration(KpSpfFilerBase& filer, void* member, const KpIfcAttributeFacts& row) {
     const std::string_view literal = filer.rdEnumeration(row.isOptional(), !row.isFirst());
     const int code = literal.empty() ? row.enumeration->count
@@ -82,7 +75,7 @@ KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
             case KpIfcFieldKind::boolean: filer.wrPrimitive(instance.*row.member.boolean, optional, separator); break;
             case KpIfcFieldKind::logical: filer.wrPrimitive(instance.*row.member.logical, optional, separator); break;
             case KpIfcFieldKind::enumeration:
-                filer.wrEnumeration(row.enumeration->text(loadCode(row.member.enumeration(instance))), separator);
+                filer.wrEnumeration(row.enumeration->text(row.enumerationCode(instance)), separator);
                 break;
             case KpIfcFieldKind::reference: filer.wrReference(instance.*row.member.reference, separator); break;
             case KpIfcFieldKind::select: filer.wrSelect(row.member.select(instance), optional, separator); break;

@@ -64,6 +64,10 @@ void Select::unset() {
     m_tag = facts().count;
 }
 
+const char* Select::literal(int code) const {
+    return m_tag >= 0 && m_tag < facts().count ? facts().alternatives[m_tag].enumeration->text(code) : nullptr;
+}
+
 void Select::setDouble(std::int32_t tag, double value) {
     if (setUnderlyingType(tag) == KP::eOk) storeDouble(value);
 }
@@ -116,9 +120,7 @@ KP::ErrorStatus Select::writeTypedField(KpSpfFilerBase* filer) {
     if (m_tag < 0 || m_tag >= select.count) return KP::eNotHandled;
     const SelectAlternative& alternative = select.alternatives[m_tag];
     if (alternative.kind == kTypeEnumeration) {
-        int code = 0;
-        getInt(code);
-        filer->wrEnumeration(alternative.enumeration->text(code), false);
+        filer->wrEnumeration(getLiteral(), false);
         return KP::eOk;
     }
     if (alternative.kind != kTypeAggregate) return KP::eNotHandled;

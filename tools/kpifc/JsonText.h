@@ -12,14 +12,19 @@ namespace kpifc::json {
 /// A quoted text. Bytes that are not UTF-8 become U+FFFD.
 void appendText(std::string& out, std::string_view text);
 
-/// The shortest number that reads back equal; null for infinities and what is no number.
+/// The shortest number that reads back equal, never without a point or exponent, so that readers that tell integers
+/// from reals take it for a real; null for infinities and what is no number.
 inline void appendNumber(std::string& out, double value) {
     if (!std::isfinite(value)) {
         out += "null";
         return;
     }
     char digits[32];
-    out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+    const std::string_view text(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+    out += text;
+    if (text.find_first_of(".e") == std::string_view::npos) {
+        out += ".0";
+    }
 }
 
 template <std::integral T>

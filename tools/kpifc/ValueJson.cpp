@@ -32,12 +32,15 @@ void ValueJson::attribute(KpIfcEntityBase& instance, const KpIfcAttributeFacts& 
     case KpIfcFieldKind::logical:
         return value(instance.*member.logical);
     case KpIfcFieldKind::enumeration:
-        return literal(facts.enumeration->text(*static_cast<const std::int32_t*>(member.enumeration(instance))));
+        return literal(facts.enumeration->text(facts.enumerationCode(instance)));
     case KpIfcFieldKind::reference:
         return value(instance.*member.reference);
     case KpIfcFieldKind::select:
         return value(member.select(instance));
     case KpIfcFieldKind::aggregate:
+        if ((facts.flags & KpIfcAttributeFacts::kDefinedType) && member.aggregate(instance).empty()) {
+            return null(); // a value of a defined type is there or not; it has no members missing
+        }
         return aggregate(member.aggregate(instance), *facts.aggregate);
     case KpIfcFieldKind::derived:
     case KpIfcFieldKind::notKept:
@@ -97,6 +100,8 @@ void ValueJson::typedValue(const KpIfcSelect& select) {
     KpIfcLogical logical;
     if (select.getDouble(real)) {
         value(real);
+    } else if (select.valueKind() == kTypeEnumeration) {
+        literal(select.getLiteral());
     } else if (select.getInt(integer)) {
         value(integer);
     } else if (select.getBoolean(boolean)) {
@@ -106,8 +111,9 @@ void ValueJson::typedValue(const KpIfcSelect& select) {
     } else if (const KpAnsiString* string = select.getString()) {
         value(*string);
     } else if (const KpIfcAggr* aggregate = select.getAggregate()) {
-        dynamic_cast<const KpIfcAggrElements<int>*>(aggregate->implementation()) ? elements<int>(*aggregate)
-                                                                                 : elements<double>(*aggregate);
+        // The aggregate alternatives of the schema are arrays of reals and lists of integers.
+        aggregate->containerType() == KpIfcAggrContainerType::array ? elements<double>(*aggregate)
+                                                                    : elements<int>(*aggregate);
     } else {
         null();
     }

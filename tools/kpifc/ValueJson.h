@@ -14,6 +14,7 @@ namespace kpifc {
 ///     enumeration                its literal         reference {"ref":15}
 ///     select of a defined type   {"type":"IfcLabel","value":"Oak"}, of an entity: as a reference
 ///     aggregate                  an array, empty where the attribute is unset
+///     aggregate as defined type  an array
 ///
 /// null stands for no value, and for references to no instance.
 class ValueJson {

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 class KpSpfFilerBase;
 
@@ -73,7 +74,8 @@ struct KpIfcAttributeFacts {
     enum Flag : std::uint8_t {
         kOptional = 1,  ///< may be without a value in files
         kFirst = 2,     ///< the first field of the record
-        kBinary = 4     ///< a text that files write as a binary
+        kBinary = 4,      ///< a text that files write as a binary
+        kDefinedType = 8  ///< an aggregate declared by the name of a defined type
     };
     union Member {
         KpAnsiString KpIfcEntityBase::*string;
@@ -108,6 +110,12 @@ struct KpIfcAttributeFacts {
     const KpIfcEnumFacts* enumeration = nullptr;  ///< of enumerations
     const KpIfcAggrFacts* aggregate = nullptr;    ///< of aggregates
 
+    /// The code that an enumeration attribute holds. The member's type is an enumeration over int.
+    int enumerationCode(KpIfcEntityBase& instance) const {
+        int code;
+        std::memcpy(&code, member.enumeration(instance), sizeof code);
+        return code;
+    }
     bool isOptional() const { return (flags & kOptional) != 0; }
     bool isFirst() const { return (flags & kFirst) != 0; }
 };

@@ -84,6 +84,8 @@ public:
     bool getInt(int& value) const;  ///< an integer, or the code of an enumeration
     bool getBoolean(KpIfcBoolean& value) const;
     bool getLogical(KpIfcLogical& value) const;
+    /// The literal of an enumeration; null where none is held.
+    const char* getLiteral() const;
     const KpAnsiString* getString() const;    ///< null where no text is held
     const KpIfcAggr* getAggregate() const;    ///< null where no aggregate is held
 
@@ -102,6 +104,8 @@ protected:
     /// Resolves a handle that was held on load; false where no alternative fits (it stays unresolved).
     virtual bool refreshSelectHandle();
     virtual void unset() = 0;
+    /// The literal of a code of the enumeration that is held; null for no literal's code.
+    virtual const char* literal(int code) const;
     /// Reads or writes the value of an alternative that is an aggregate; eNotHandled for any other.
     virtual KP::ErrorStatus readTypedField(const KpAnsiString& typeName, KpSpfFilerBase* filer);
     virtual KP::ErrorStatus writeTypedField(KpSpfFilerBase* filer);

@@ -39,6 +39,7 @@ protected:
     void setHandleOnLoad(const KpDbObjectId& handle) override;
     bool refreshSelectHandle() override;
     void unset() override;
+    const char* literal(int code) const override;
     KP::ErrorStatus readTypedField(const KpAnsiString& typeName, KpSpfFilerBase* filer) override;
     KP::ErrorStatus writeTypedField(KpSpfFilerBase* filer) override;
 
