@@ -1,3 +1,4 @@
+#include "ChildProcess.h"
 #include "Workloads.h"
 
 #include <KpIfcCore/KpIfcFile.h>
@@ -89,12 +90,17 @@ ModuleFigures measureModule(int runs) {
     std::vector<double> initialise;
     std::vector<double> unload;
     for (int run = 0; run < runs; ++run) {
-        const double start = cpuSeconds();
-        std::shared_ptr<KpIfcModule> module = loadModule();
-        const double loaded = cpuSeconds();
-        module.reset();
-        unload.push_back(cpuSeconds() - loaded);
-        initialise.push_back(loaded - start);
+        const auto times = measuredInChild<ModuleFigures>("the module", [](ModuleFigures& result) {
+            const double start = cpuSeconds();
+            std::shared_ptr<KpIfcModule> module = loadModule();
+            const double loaded = cpuSeconds();
+            module.reset();
+            result.unload = cpuSeconds() - loaded;
+            result.initialise = loaded - start;
+            return true;
+        });
+        initialise.push_back(times.initialise);
+        unload.push_back(times.unload);
     }
     return {median(initialise), median(unload)};
 }

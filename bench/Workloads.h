@@ -21,4 +21,5 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
 /// Fills in how much memory an open file takes, seen in a fresh child process. Counts what this process holds in memory
 /// when it is called, so it should be called before any other work.
 void measureMemory(const std::string& path, FileFigures& figures);
+/// Each run in a process that has not had the module before.
 ModuleFigures measureModule(int runs);

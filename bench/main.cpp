@@ -82,7 +82,7 @@ int main(int argc, char** argv) {
     Arguments arguments;
     app.add_option("FILE", arguments.files, "STEP files, also compressed (.gz); else the samples that are found");
     app.add_option("--only", arguments.only, "Workloads: open, write, close, memory, module; else all")
-        ->expected(1)
+        ->allow_extra_args(false)
         ->delimiter(',')
         ->check(CLI::IsMember({"open", "write", "close", "memory", "module"}));
     app.add_option("--runs", arguments.runs, "Runs, of which medians are taken")->check(CLI::PositiveNumber);

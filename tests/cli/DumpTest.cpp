@@ -47,12 +47,11 @@ const Case kCases[] = {
      R"({"Id":"007","FamilyName":"Zoë \"X\" C:\\","GivenName":"","MiddleNames":[],"PrefixTitles":["Dr.","α"],)"
      R"("SuffixTitles":[],"Roles":[],"Addresses":[]})"},
     {"ControlCharacters", "IFCMATERIAL('\\X\\00\\X\\01\\X\\08\\X\\09\\X\\0A\\X\\0D\\X\\1F\\X\\7F');", "IfcMaterial",
-     R"({"Name":"\u0000\u0001\u0008\t\n\r\u001f)"
-     "\x7f\"}"},
+     R"({"Name":"\u0000\u0001\u0008\t\n\r\u001f\u007f"})"},
     {"CharactersBeyondTheBasicPlane", "IFCMATERIAL('\\X4\\0001F600\\X0\\');", "IfcMaterial",
      "{\"Name\":\"\U0001F600\"}"},
     {"BytesThatAreNotUtf8", "IFCMATERIAL('\xfc');", "IfcMaterial", "{\"Name\":\"ü\"}"},
-    {"Reals", "IFCCARTESIANPOINT((0.1,-2.,1.E-07));", "IfcCartesianPoint", R"({"Coordinates":[0.1,-2,1e-07]})"},
+    {"Reals", "IFCCARTESIANPOINT((0.1,-2.,1.E-07));", "IfcCartesianPoint", R"({"Coordinates":[0.1,-2.0,1e-07]})"},
     {"RealAtTheEdge", "IFCDIRECTION((1.7976931348623157E308,5.E-324));", "IfcDirection",
      R"({"DirectionRatios":[1.7976931348623157e+308,5e-324]})"},
     {"Integers", "IFCDIMENSIONALEXPONENTS(1,-2,0,2147483646,-2147483648,0,0);", "IfcDimensionalExponents",
@@ -85,7 +84,7 @@ const Case kCases[] = {
      R"({"Name":"a","Description":null,"ListValues":[{"type":"IfcBoolean","value":false},)"
      R"({"type":"IfcLogical","value":"UNKNOWN"},{"type":"IfcInteger","value":7},{"type":"IfcLabel","value":"x"},)"
      R"({"type":"IfcCompoundPlaneAngleMeasure","value":[47,30,15]},)"
-     R"({"type":"IfcComplexNumber","value":[1,0.5]}],"Unit":null})"},
+     R"({"type":"IfcComplexNumber","value":[1.0,0.5]}],"Unit":null})"},
     {"TypedEnumeration", "IFCPRESENTATIONSTYLEASSIGNMENT((IFCNULLSTYLE(.NULL.)));", "IfcPresentationStyleAssignment",
      R"({"Styles":[{"type":"IfcNullStyle","value":"NULL"}]})"},
     {"TypedValueOfNoAlternative", "IFCCURVESTYLE('a',$,IFCLABEL('thick'),$);", "IfcCurveStyle",
@@ -96,7 +95,7 @@ const Case kCases[] = {
      "IfcSite",
      R"({"GlobalId":"23emzg5$r6fA3IIhCrx3ZR","OwnerHistory":{"ref":2},"Name":null,"Description":null,)"
      R"("ObjectType":null,"ObjectPlacement":null,"Representation":null,"LongName":null,"CompositionType":"ELEMENT",)"
-     R"("RefLatitude":[47,30,15,250000],"RefLongitude":[],"RefElevation":1.5,"LandTitleNumber":null,)"
+     R"("RefLatitude":[47,30,15,250000],"RefLongitude":null,"RefElevation":1.5,"LandTitleNumber":null,)"
      R"("SiteAddress":null})"},
     {"NothingSet", "IFCPERSON($,$,$,$,$,$,$,$);", "IfcPerson",
      R"({"Id":null,"FamilyName":null,"GivenName":null,"MiddleNames":[],"PrefixTitles":[],"SuffixTitles":[],)"

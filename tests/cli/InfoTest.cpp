@@ -85,7 +85,7 @@ TEST(InfoJsonTest, ListsProblemsWithTheirPlace) {
     const Json& first = problems["listed"][0];
     EXPECT_EQ(first["kind"], "unknown-entity");
     EXPECT_EQ(first["line"], 9);
-    EXPECT_EQ(first["column"], 3);
+    EXPECT_EQ(first["column"], 6); // of the keyword
     EXPECT_EQ(first["instance"], 7);
     EXPECT_EQ(first["entity"], "IFCNOSUCHTHING");
     EXPECT_EQ(first["attribute"], nullptr);

@@ -55,8 +55,8 @@ void addConvert(CLI::App& app, Action& action) {
     CLI::App* command = app.add_subcommand("convert", "Read a file and write it anew");
     command->add_option("IN", arguments->input, "STEP file to read")->required();
     command->add_option("-o,--output", arguments->output, "File to write; not the input")->required();
-    command->footer("Everything that was read is written, also what could not be understood. What was done is told\n"
-                    "in one line on standard error.\n\n"
+    command->footer("Everything that was read is written, also what could not be understood. What was\n"
+                    "done is told in one line on standard error.\n\n"
                     "Example:\n"
                     "  kpifc convert house.ifc -o house_new.ifc");
     command->callback([arguments, &action] { action = [arguments] { return convert(*arguments); }; });

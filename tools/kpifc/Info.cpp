@@ -81,26 +81,29 @@ void addInfo(CLI::App& app, Action& action) {
     CLI::App* command = app.add_subcommand("info", "Tell what is in a file and what is wrong with it");
     command->add_option("FILE", *path, "STEP file")->required();
     command->add_flag("--json", *asJson, "One JSON object, for programs");
-    command->footer(
-        "Problems are listed as LINE:COLUMN: SEVERITY: #INSTANCE ENTITY.ATTRIBUTE: what was found; columns count\n"
-        "bytes. Of each kind the first hundred are listed, and all are counted.\n\n"
-        "Keys of the JSON object:\n"
-        "  file, size                  path as given, bytes\n"
-        "  schema                      name of the schema that the file was read with\n"
-        "  header                      description[], implementationLevel, name, timeStamp, author[],\n"
-        "                              organization[], preprocessorVersion, originatingSystem,\n"
-        "                              authorization, schemaIdentifiers[]\n"
-        "  header.otherRecords[]       keyword, text as the file writes it\n"
-        "  instances                   number of instances\n"
-        "  types                       entity name: number of its instances, most frequent first\n"
-        "  keptRecords                 number of records that are kept as text\n"
-        "  problems                    errors, warnings, notes (numbers); truncated (the file ends early)\n"
-        "  problems.kinds              kind: number, most frequent first\n"
-        "  problems.listed[]           severity, kind, offset (bytes), line, column, instance, entity,\n"
-        "                              attribute, message; null where it has none\n\n"
-        "Examples:\n"
-        "  kpifc info house.ifc\n"
-        "  kpifc info --json house.ifc | python3 -c 'import json,sys; print(json.load(sys.stdin)[\"types\"])'");
+    command->footer("Problems are listed as\n"
+                    "  LINE:COLUMN: SEVERITY: #INSTANCE ENTITY.ATTRIBUTE: what was found\n"
+                    "where columns count bytes. Of each kind the first hundred are listed, and all\n"
+                    "are counted.\n\n"
+                    "Keys of the JSON object:\n"
+                    "  file, size              path as given, bytes\n"
+                    "  schema                  name of the schema that the file was read with\n"
+                    "  header                  description[], implementationLevel, name, timeStamp,\n"
+                    "                          author[], organization[], preprocessorVersion,\n"
+                    "                          originatingSystem, authorization, schemaIdentifiers[]\n"
+                    "  header.otherRecords[]   keyword, text as the file writes it\n"
+                    "  instances               number of instances\n"
+                    "  types                   entity name: number of its instances, most first\n"
+                    "  keptRecords             number of records that are kept as text\n"
+                    "  problems                errors, warnings, notes: numbers\n"
+                    "  problems.truncated      whether the file ends before its end mark\n"
+                    "  problems.kinds          kind: number, most first\n"
+                    "  problems.listed[]       severity, kind, offset in bytes, line, column,\n"
+                    "                          instance, entity, attribute, message; null where it\n"
+                    "                          has none\n\n"
+                    "Examples:\n"
+                    "  kpifc info house.ifc\n"
+                    "  kpifc info --json house.ifc | python3 -m json.tool");
     command->callback([path, asJson, &action] { action = [path, asJson] { return info(*path, *asJson); }; });
 }
 

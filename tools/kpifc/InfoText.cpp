@@ -30,14 +30,16 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t width) {
             text.remove_prefix(1);
         }
     }
+    for (std::string& line : lines) {
+        line.erase(line.find_last_not_of(' ') + 1);
+    }
     return lines;
 }
 
 /// A label and one or more values, each from a line of its own.
 void field(std::string& out, std::string_view label, const std::vector<std::string>& values) {
     for (const std::string& value : values) {
-        for (std::string& line : wrapped(printable(value), kColumns - kIndent)) {
-            line.erase(line.find_last_not_of(' ') + 1);
+        for (const std::string& line : wrapped(printable(value), kColumns - kIndent)) {
             if (!line.empty()) {
                 out += fmt::format("{:<{}}{}\n", label, kIndent, line);
                 label = "";

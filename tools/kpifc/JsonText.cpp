@@ -2,6 +2,8 @@
 
 #include "Utf8.h"
 
+#include <cmath>
+
 namespace kpifc::json {
 
 /// True for the bytes that stand for themselves: ASCII without controls, quotes and backslashes.
@@ -58,6 +60,20 @@ void appendText(std::string& out, std::string_view text) {
         text.remove_prefix(length == 0 ? 1 : length);
     }
     out += '"';
+}
+
+void appendNumber(std::string& out, double value) {
+    if (!std::isfinite(value)) {
+        out += "null";
+        return;
+    }
+    char digits[32];
+    const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    const std::string_view text(digits, static_cast<std::size_t>(end - digits));
+    out += text;
+    if (text.find_first_of(".e") == std::string_view::npos) {
+        out += ".0";
+    }
 }
 
 } // namespace kpifc::json

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <charconv>
-#include <cmath>
 #include <concepts>
 #include <string>
 #include <string_view>
@@ -12,20 +11,9 @@ namespace kpifc::json {
 /// A quoted text. Bytes that are not UTF-8 become U+FFFD.
 void appendText(std::string& out, std::string_view text);
 
-/// The shortest number that reads back equal, never without a point or exponent, so that readers that tell integers
-/// from reals take it for a real; null for infinities and what is no number.
-inline void appendNumber(std::string& out, double value) {
-    if (!std::isfinite(value)) {
-        out += "null";
-        return;
-    }
-    char digits[32];
-    const std::string_view text(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
-    out += text;
-    if (text.find_first_of(".e") == std::string_view::npos) {
-        out += ".0";
-    }
-}
+/// The shortest number that reads back equal, with a point or an exponent, so that it is seen to be a real; null for
+/// infinities and what is no number.
+void appendNumber(std::string& out, double value);
 
 template <std::integral T>
 void appendNumber(std::string& out, T value) {

@@ -9,14 +9,16 @@ namespace kpifc {
 
 /// Attribute values of a model as JSON, appended to a text:
 ///
-///     string, GlobalId, binary   a string            boolean   true, false
-///     real, integer              a number            logical   true, false, "UNKNOWN"
-///     enumeration                its literal         reference {"ref":15}
-///     select of a defined type   {"type":"IfcLabel","value":"Oak"}, of an entity: as a reference
+///     string, GlobalId, binary   a string
+///     real                       a number with a point or an exponent
+///     integer                    a number without
+///     boolean, logical           true, false, "UNKNOWN"
+///     enumeration                its literal
+///     reference                  {"ref":15}
+///     select of a defined type   {"type":"IfcLabel","value":"Oak"}; of an entity, a reference
 ///     aggregate                  an array, empty where the attribute is unset
-///     aggregate as defined type  an array
 ///
-/// null stands for no value, and for references to no instance.
+/// null stands for no value, also of a defined type that is an aggregate, and for references to no instance.
 class ValueJson {
 public:
     /// `isUtf8`: whether texts of the model are UTF-8, else they are encoded as in files.

@@ -14,11 +14,12 @@
 using namespace kpifc;
 
 static int run(int argc, char** argv) {
-    CLI::App app("Reads and writes building models in STEP files (ISO 10303-21) of schema IFC2X3.", "kpifc");
+    CLI::App app("Reads and writes building models in STEP files (ISO 10303-21), schema IFC2X3.", "kpifc");
     app.set_version_flag("--version", "kpifc " KPIFC_VERSION);
     app.set_help_all_flag("--help-all", "Print the help of all subcommands and exit");
     app.require_subcommand(1);
-    app.footer("Exit codes: 0 fine; 1 done, but the file has problems (kpifc info lists them); 2 could not be done.\n"
+    app.footer("Exit codes: 0 fine; 1 done, but the file has problems, which kpifc info lists;\n"
+               "2 could not be done.\n"
                "Results go to standard output, messages to standard error.\n\n"
                "Examples:\n"
                "  kpifc info house.ifc\n"
