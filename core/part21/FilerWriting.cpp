@@ -5,21 +5,15 @@
 
 #include "model/ModelData.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstring>
 
 using namespace KP_SDAI;
 
-/// Room for `bytes` more; the caller moves m_written.
-char* KpSpfFilerBase::room(std::size_t bytes) {
-    if (m_buffer.size() - m_written < bytes) m_buffer.resize(m_buffer.size() * 2 + bytes + 4096);
-    return m_buffer.data() + m_written;
-}
-
-void KpSpfFilerBase::put(char c) {
-    *room(1) = c;
-    ++m_written;
+void KpSpfFilerBase::makeRoom(std::size_t bytes) {
+    m_buffer.resize(m_buffer.size() * 2 + bytes + 4096);
 }
 
 void KpSpfFilerBase::put(std::string_view text) {
@@ -33,10 +27,33 @@ void KpSpfFilerBase::putInt(std::int64_t value) {
     m_written += static_cast<std::size_t>(std::to_chars(to, to + 24, value).ptr - to);
 }
 
+/// Names are half of what most files consist of: two digits at a time, from the end.
 void KpSpfFilerBase::putName(std::uint64_t name) {
-    char* to = room(24);
-    *to = '#';
-    m_written += static_cast<std::size_t>(std::to_chars(to + 1, to + 24, name).ptr - to);
+    static constexpr auto kPairs = [] {
+        std::array<char, 200> pairs{};
+        for (std::size_t i = 0; i < 100; ++i) {
+            pairs[2 * i] = static_cast<char>('0' + i / 10);
+            pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+        }
+        return pairs;
+    }();
+    char digits[24];
+    char* p = digits + sizeof digits;
+    while (name >= 100) {
+        p -= 2;
+        std::memcpy(p, &kPairs[2 * (name % 100)], 2);
+        name /= 100;
+    }
+    if (name >= 10) {
+        p -= 2;
+        std::memcpy(p, &kPairs[2 * name], 2);
+    } else {
+        *--p = static_cast<char>('0' + name);
+    }
+    *--p = '#';
+    const auto length = static_cast<std::size_t>(digits + sizeof digits - p);
+    std::memcpy(room(sizeof digits), p, length);
+    m_written += length;
 }
 
 void KpSpfFilerBase::putReal(double value) {

@@ -127,6 +127,7 @@ KP::ErrorStatus KpIfcFile::saveToMemory(std::string& out) {
         m_state->error = "no model to write";
         return KP::eNotAvailable;
     }
+    out.reserve(m_state->size + m_state->size / 16);  // mostly, what was read is about what is written
     m_state->write([&](std::string_view piece) {
         out.append(piece);
         return true;

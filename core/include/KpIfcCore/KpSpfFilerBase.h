@@ -170,9 +170,17 @@ private:
     std::vector<KP_SDAI::KpAnsiString>& scratch(KP_SDAI::KpAnsiString*) { return m_texts; }
     std::vector<KP_SDAI::KpDbObjectId>& scratch(KP_SDAI::KpDbObjectId*) { return m_references; }
 
-    void put(char c);
+    void put(char c) {
+        *room(1) = c;
+        ++m_written;
+    }
     void put(std::string_view text);
-    char* room(std::size_t bytes);
+    /// Room for `bytes` more; the caller moves m_written.
+    char* room(std::size_t bytes) {
+        if (m_buffer.size() - m_written < bytes) makeRoom(bytes);
+        return m_buffer.data() + m_written;
+    }
+    void makeRoom(std::size_t bytes);
     void putText(std::string_view text);
     void putInt(std::int64_t value);
     void putReal(double value);
