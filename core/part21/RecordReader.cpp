@@ -38,6 +38,7 @@ const char* nextRecordLine(const char* p, const char* end) {
         if (!p) return nullptr;
         const char* q = ++p;
         while (*q == ' ' || *q == '\t') ++q;
+        if (q >= end) return nullptr;
         if (*q == '#' && lexer::isDigit(q[1])) {
             ++q;
             while (lexer::isDigit(*q)) ++q;
@@ -48,6 +49,19 @@ const char* nextRecordLine(const char* p, const char* end) {
         }
     }
     return nullptr;
+}
+
+/// Where a record that could not be bound ends: behind its ';', or before a line that looks like the next record, so that
+/// a missing semicolon or apostrophe does not take the records behind it along. Null where neither comes before `end`.
+/// Looks as far as it must, so that many damaged records cost no more than their length.
+const char* damagedRecordEnd(const char* begin, const char* end) {
+    for (std::ptrdiff_t reach = 256;; reach *= 4) {
+        const char* const limit = end - begin > reach ? begin + reach : end;
+        const char* const semicolon = lexer::recordEnd(begin, limit);
+        const char* const line = nextRecordLine(begin + 1, semicolon ? semicolon : limit);
+        if (line) return line;
+        if (semicolon || limit == end) return semicolon;
+    }
 }
 
 bool isStatement(const char* begin, const char* end, std::string_view name) {
@@ -72,12 +86,8 @@ bool RecordReader::readSection(const char*& place) {
         if (*place == '#' && readRecord(place, failure)) continue;
 
         const char* const begin = place;
-        const char* end = lexer::recordEnd(begin, m_window.end());
-        if (!end && begin != m_window.begin() && m_window.refill(place)) continue;
-        if (*begin == '#') {
-            // A missing semicolon or apostrophe must not take the records behind it along.
-            if (const char* line = nextRecordLine(begin + 1, end ? end : m_window.end())) end = line;
-        }
+        const char* const end = *begin == '#' ? damagedRecordEnd(begin, m_window.end())
+                                              : lexer::recordEnd(begin, m_window.end());
         if (!end && m_window.refill(place)) continue;
         if (!end) return false;
         if (*begin == '#') {
