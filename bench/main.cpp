@@ -77,7 +77,7 @@ Figures measure(const Arguments& arguments) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+static int run(int argc, char** argv) {
     CLI::App app("Measures reading and writing of STEP files.", "kpifc_bench");
     Arguments arguments;
     app.add_option("FILE", arguments.files, "STEP files, also compressed (.gz); else the samples that are found");
@@ -88,12 +88,16 @@ int main(int argc, char** argv) {
     app.add_option("--runs", arguments.runs, "Runs, of which medians are taken")->check(CLI::PositiveNumber);
     app.add_flag("--json", arguments.json, "Print one JSON object");
     CLI11_PARSE(app, argc, argv);
+    const Figures figures = measure(arguments);
+    fmt::print("{}", arguments.json ? jsonOf(figures) : tableOf(figures));
+    return 0;
+}
+
+int main(int argc, char** argv) {
     try {
-        const Figures figures = measure(arguments);
-        fmt::print("{}", arguments.json ? jsonOf(figures) : tableOf(figures));
-        return 0;
+        return run(argc, argv);
     } catch (const std::exception& failure) {
-        fmt::print(stderr, "kpifc_bench: {}\n", failure.what());
-        return 1;
+        std::fprintf(stderr, "kpifc_bench: %s\n", failure.what());
     }
+    return 1;
 }

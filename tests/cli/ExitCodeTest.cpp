@@ -64,14 +64,14 @@ class DamageTest : public TestWithParam<Damage> {};
 TEST_P(DamageTest, HasTheSameCodeInEveryCommand) {
     const WorkFolder folder;
     const std::string file = folder.write("damaged.ifc", GetParam().content);
-    for (const std::string command : {"info", "info --json"}) {
-        const Outcome outcome = folder.run("kpifc " + command + " " + file);
+    for (const std::string command : {"kpifc info ", "kpifc info --json "}) {
+        const Outcome outcome = folder.run(command + file);
         EXPECT_EQ(outcome.exitCode, GetParam().exitCode) << command << ": " << outcome.err;
         const std::string& text = GetParam().exitCode == 2 ? outcome.err : outcome.out;
         EXPECT_NE(text.find(GetParam().said), std::string::npos) << command << ": " << text;
     }
-    for (const std::string command : {"dump", "convert -o new.ifc"}) {
-        const Outcome outcome = folder.run("kpifc " + command + " " + file);
+    for (const std::string command : {"kpifc dump ", "kpifc convert -o new.ifc "}) {
+        const Outcome outcome = folder.run(command + file);
         EXPECT_EQ(outcome.exitCode, GetParam().exitCode) << command << ": " << outcome.err;
         EXPECT_NE(outcome.err, "") << command;
     }
