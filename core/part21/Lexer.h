@@ -82,6 +82,25 @@ inline const char* recordEnd(const char* p, const char* end) {
     return nullptr;
 }
 
+/// What must be written behind a record's text so that it ends there and takes nothing that follows along: its ';', and
+/// the end of a text or comment that it leaves open.
+inline const char* missingEnd(const char* p, const char* end) {
+    const char* missing = ";";
+    while (p < end) {
+        missing = ";";
+        if (*p == '\'') {
+            p = KpStepText::stringEnd(p + 1, end);
+            if (!p) return "';";
+        } else if (*p == '/' && p[1] == '*') {
+            p = commentEnd(p, end);
+            if (!p) return "*/;";
+        } else if (*p++ == ';') {
+            missing = "";
+        }
+    }
+    return missing;
+}
+
 inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
 inline bool isKeywordStart(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '!'; }
 inline bool isKeywordPart(char c) { return isKeywordStart(c) || isDigit(c) || c == '-'; }

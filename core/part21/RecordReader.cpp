@@ -208,9 +208,13 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
     if (!m_filer.m_broken) {
         const char* const close = m_filer.m_cur;
         const char* p = lexer::skipBlanks(close + 1, m_filer.m_end);
-        if (*p == ';') {
+        const bool ends = *p == ';';
+        if (ends || *p == '#' || isStatement(p, m_filer.m_end, "ENDSEC")) {
             bind(type, slot, instance, {begin, static_cast<std::size_t>(close - begin)});
-            place = p + 1;
+            if (!ends)
+                reportField(KpIfcFinding::unreadableRecord, KpIfcSeverity::warning, *instance, KeptField::kWholeRecord,
+                            m_window.offsetOf(close) + 1, "expected ';' behind the record; read as if it stood there");
+            place = ends ? p + 1 : p;
             return true;
         }
         m_filer.m_cur = p;
@@ -308,6 +312,7 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     m_report.add(std::move(entry));
     std::string text(begin, end);
     while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.pop_back();
+    text += lexer::missingEnd(text.data(), text.data() + text.size());
     KpIfcSlot* slot = failure.name ? m_data.table.slot(failure.name) : nullptr;
     if (slot && slot->word != 0) {
         entry = findingAt(KpIfcFinding::duplicateName, KpIfcSeverity::warning, m_window.offsetOf(begin),
