@@ -131,8 +131,6 @@ T* opened(const KpDbObjectId& handle) {
 }
 
 /// True where a type exists and has that name in any letter case.
-inline bool isNamed(const KpIfcEntityType* type, const char* name) {
-    return type && name && KP_SDAI::compareNoCase(type->name(), name) == 0;
-}
+bool isNamed(const KpIfcEntityType* type, const char* name);
 
 }  // namespace IFC2X3

@@ -26,6 +26,10 @@ void readAggregate(KpSpfFilerBase& filer, KpIfcAggr& aggregate, const KpIfcAttri
 
 }  // namespace
 
+bool isNamed(const KpIfcEntityType* type, const char* name) {
+    return type && name && KP_SDAI::compareNoCase(type->name(), name) == 0;
+}
+
 KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
                            std::span<const KpIfcAttributeFacts> rows) {
     for (const KpIfcAttributeFacts& row : rows) {
