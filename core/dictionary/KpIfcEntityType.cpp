@@ -27,6 +27,37 @@ bool KpIfcEntityType::isKindOf(const KpIfcEntityType* other) const {
     return false;
 }
 
+void KpIfcEntityType::appendAttribute(KpIfcAttributeDefinition* attribute) {
+    std::unique_ptr<KpIfcAttributeDefinition> owned(attribute);
+    attribute->m_owner = this;
+    if (attribute->kind() == KpIfcAttributeKind::explicitAttribute)
+        static_cast<KpIfcExplicitAttributeDefinition*>(attribute)->m_index = m_explicitCount++;
+    m_attributes.push_back(std::move(owned));
+}
+
+std::vector<const KpIfcAttributeDefinition*> KpIfcEntityType::allAttributes() const {
+    std::vector<const KpIfcAttributeDefinition*> all;
+    if (m_supertype) all = m_supertype->allAttributes();
+    for (const auto& attribute : m_attributes) all.push_back(attribute.get());
+    return all;
+}
+
+const KpIfcAttributeDefinition* KpIfcEntityType::findAttribute(std::string_view name) const {
+    for (const KpIfcEntityType* type = this; type; type = type->m_supertype)
+        for (const auto& attribute : type->m_attributes)
+            if (equalNoCase(name.data(), name.size(), attribute->name())) return attribute.get();
+    return nullptr;
+}
+
+const KpIfcDerivedAttributeDefinition* KpIfcEntityType::redeclarationOf(
+    const KpIfcAttributeDefinition& attribute) const {
+    for (const KpIfcEntityType* type = this; type && type != attribute.owner(); type = type->m_supertype)
+        for (const auto& own : type->m_attributes)
+            if (const auto* derived = own->as<KpIfcDerivedAttributeDefinition>())
+                if (derived->redeclaredAttribute() == &attribute) return derived;
+    return nullptr;
+}
+
 void KpIfcEntityType::facts(const KpIfcEntityFacts* facts) {
     m_facts = facts;
     m_recordFields.clear();

@@ -1,48 +1,10 @@
 #include <KpIfcCore/KpIfcSchema.h>
 
-namespace {
+#include <KpIfcCore/KpIfcAggregationType.h>
+#include <KpIfcCore/KpIfcEnumerationType.h>
+#include <KpIfcCore/KpIfcSelectType.h>
 
-std::uint32_t hashNoCase(std::string_view name) {
-    std::uint32_t hash = 2166136261u;
-    for (const char c : name) hash = (hash ^ static_cast<unsigned char>(KP_SDAI::lowerAscii(c))) * 16777619u;
-    return hash;
-}
-
-}  // namespace
-
-Dictionary::~Dictionary() = default;
-
-/// Where a name stands in the table, or the free place where it would stand.
-std::size_t Dictionary::place(std::string_view name) const {
-    const std::size_t mask = m_table.size() - 1;
-    std::size_t at = hashNoCase(name) & mask;
-    while (m_table[at] && !KP_SDAI::equalNoCase(name.data(), name.size(), m_entries[m_table[at] - 1].name.c_str()))
-        at = (at + 1) & mask;
-    return at;
-}
-
-void Dictionary::grow() {
-    m_table.assign(m_table.empty() ? 64 : m_table.size() * 2, 0);
-    for (std::uint32_t i = 0; i < m_entries.size(); ++i) m_table[place(m_entries[i].name)] = i + 1;
-}
-
-void Dictionary::putAt(const char* name, KP_SDAI::DictionaryInstance* object) {
-    std::unique_ptr<KP_SDAI::DictionaryInstance> owned(object);
-    if ((m_entries.size() + 1) * 2 > m_table.size()) grow();
-    std::uint32_t& entry = m_table[place(name)];
-    if (entry) {
-        m_entries[entry - 1] = {name, std::move(owned)};
-        return;
-    }
-    m_entries.push_back({name, std::move(owned)});
-    entry = static_cast<std::uint32_t>(m_entries.size());
-}
-
-KP_SDAI::DictionaryInstance* Dictionary::at(std::string_view name) const {
-    if (m_table.empty()) return nullptr;
-    const std::uint32_t entry = m_table[place(name)];
-    return entry ? m_entries[entry - 1].object.get() : nullptr;
-}
+#include <algorithm>
 
 namespace KP_SDAI {
 
@@ -55,6 +17,60 @@ KpIfcEntityType* KpIfcSchema::findEntity(std::string_view name) const {
 
 KpIfcDefinedType* KpIfcSchema::findType(std::string_view name) const {
     return static_cast<KpIfcDefinedType*>(m_types.at(name));
+}
+
+const KpIfcNameType* KpIfcSchema::find(std::string_view name) const {
+    if (const KpIfcDefinedType* type = findType(name)) return type;
+    return findEntity(name);
+}
+
+KpIfcSchemaCounts KpIfcSchema::counts() const {
+    KpIfcSchemaCounts counts;
+    counts.entities = m_entities.count();
+    for (const Dictionary::Entry& entry : m_entities.entries()) {
+        const auto& entity = static_cast<const KpIfcEntityType&>(*entry.object);
+        counts.abstractEntities += entity.isAbstract();
+        for (const auto& attribute : entity.attributes()) {
+            switch (attribute->kind()) {
+            case KpIfcAttributeKind::explicitAttribute: ++counts.explicitAttributes; break;
+            case KpIfcAttributeKind::derivedAttribute: ++counts.derivedAttributes; break;
+            case KpIfcAttributeKind::inverseAttribute: ++counts.inverseAttributes; break;
+            }
+        }
+    }
+    for (const Dictionary::Entry& entry : m_types.entries()) {
+        const auto& type = static_cast<const KpIfcDefinedType&>(*entry.object);
+        if (const KpIfcEnumerationType* enumeration = type.enumeration()) {
+            ++counts.enumerations;
+            counts.literals += enumeration->literals().size();
+        } else {
+            ++(type.select() ? counts.selects : counts.definedTypes);
+        }
+    }
+    for (const Dictionary::Entry& entry : m_anonymousTypes.entries())
+        counts.anonymousAggregations += static_cast<const KpIfcDefinedType&>(*entry.object).aggregation() != nullptr;
+    return counts;
+}
+
+std::vector<const KpIfcAttributeDefinition*> KpIfcSchema::attributesOver(const DictionaryInstance& type) const {
+    std::vector<const KpIfcAttributeDefinition*> attributes;
+    for (const Dictionary::Entry& entry : m_entities.entries())
+        for (const auto& attribute : static_cast<const KpIfcEntityType&>(*entry.object).attributes())
+            if (attribute->isOver(type)) attributes.push_back(attribute.get());
+    return attributes;
+}
+
+std::vector<const KpIfcDefinedType*> KpIfcSchema::typesOver(const DictionaryInstance& type) const {
+    std::vector<const KpIfcDefinedType*> types;
+    for (const Dictionary::Entry& entry : m_types.entries()) {
+        const auto& named = static_cast<const KpIfcDefinedType&>(*entry.object);
+        bool isOver = named.underlyingType() == &type;
+        if (const KpIfcAggregationType* aggregation = named.aggregation()) isOver = aggregation->elementType() == &type;
+        if (const KpIfcSelectType* select = named.select())
+            isOver = std::find(select->members().begin(), select->members().end(), &type) != select->members().end();
+        if (isOver) types.push_back(&named);
+    }
+    return types;
 }
 
 }  // namespace KP_SDAI

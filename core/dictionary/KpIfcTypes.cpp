@@ -1,4 +1,8 @@
-#include <KpIfcCore/KpIfcTypes.h>
+#include <KpIfcCore/KpIfcAggregationType.h>
+#include <KpIfcCore/KpIfcEnumerationType.h>
+#include <KpIfcCore/KpIfcSelectType.h>
+
+#include <cstring>
 
 namespace KP_SDAI {
 
@@ -10,6 +14,27 @@ KpIfcDefinedType::~KpIfcDefinedType() = default;
 
 KpIfcDefinedType::KpIfcDefinedType(const char* name, DictionaryInstance* underlying, bool declared)
     : KpIfcNameType(name), m_owned(underlying), m_underlying(underlying), m_declared(declared) {}
+
+const char* KpIfcDefinedType::displayName() const {
+    const KpIfcEnumerationType* type = enumeration();
+    return type && type->facts() ? type->facts()->name : name();
+}
+
+bool KpIfcDefinedType::isAnonymous() const {
+    return std::strpbrk(name(), " (") != nullptr;  // neither stands in an identifier
+}
+
+const KpIfcEnumerationType* KpIfcDefinedType::enumeration() const {
+    return m_owned ? m_owned->as<KpIfcEnumerationType>() : nullptr;
+}
+
+const KpIfcSelectType* KpIfcDefinedType::select() const {
+    return m_owned ? m_owned->as<KpIfcSelectType>() : nullptr;
+}
+
+const KpIfcAggregationType* KpIfcDefinedType::aggregation() const {
+    return m_owned ? m_owned->as<KpIfcAggregationType>() : nullptr;
+}
 
 KpIfcSimpleType* KpIfcSimpleType::find(const char* name) {
     static KpIfcSimpleType types[] = {{"real", kTypeReal},       {"integer", kTypeInteger}, {"string", kTypeString},

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <KpIfcCore/KpIfcAttributeDefinition.h>
 #include <KpIfcCore/KpIfcCoreApi.h>
 #include <KpIfcCore/KpIfcFacts.h>
 #include <KpIfcCore/KpIfcTypes.h>
 
+#include <memory>
+#include <string_view>
 #include <vector>
 
 namespace KP_SDAI {
@@ -29,8 +32,21 @@ public:
     const KpIfcEntityType* superType() const { return m_supertype; }
     /// The direct subtypes, in the order of their registration.
     const std::vector<const KpIfcEntityType*>& subTypes() const { return m_subtypes; }
-    /// True for this type and all of its subtypes.
+    /// True where this is `other` or one of its subtypes, direct or not.
     bool isKindOf(const KpIfcEntityType* other) const;
+
+    /// Appends to the attributes that the entity itself declares, and takes ownership: explicit ones in the order of its
+    /// record, then derived, then inverse ones.
+    void appendAttribute(KpIfcAttributeDefinition* attribute);
+    /// The attributes that the entity itself declares, in the order in which they were appended.
+    const std::vector<std::unique_ptr<KpIfcAttributeDefinition>>& attributes() const { return m_attributes; }
+    /// All attributes, inherited ones first: those of the root, then those of each subtype down to this one.
+    std::vector<const KpIfcAttributeDefinition*> allAttributes() const;
+    /// The attribute of a name in any letter case, own or inherited; null where there is none. A redeclared attribute is
+    /// found under its own name as the inherited one.
+    const KpIfcAttributeDefinition* findAttribute(std::string_view name) const;
+    /// The derived attribute by which this entity or a supertype redeclares an explicit one; null where none does.
+    const KpIfcDerivedAttributeDefinition* redeclarationOf(const KpIfcAttributeDefinition& attribute) const;
 
     /// A new instance that belongs to no model; the caller owns it.
     KpIfcEntityBase* createInstance() const { return m_factory(); }
@@ -40,8 +56,8 @@ public:
     void facts(const KpIfcEntityFacts* facts);
     const KpIfcEntityFacts* facts() const { return m_facts; }
     /// The published name in mixed case ("IfcWall").
-    const char* displayName() const { return m_facts ? m_facts->name : name(); }
-    /// Abstract entities have classes, but files hold no instances of them.
+    const char* displayName() const override { return m_facts ? m_facts->name : name(); }
+    /// Abstract entities have classes, but files hold no instances of them. (Rules of uniqueness: facts().)
     bool isAbstract() const { return m_facts && m_facts->isAbstract; }
     /// The fields of a record of this entity: all explicit attributes, inherited ones first.
     const std::vector<const KpIfcAttributeFacts*>& recordFields() const { return m_recordFields; }
@@ -57,6 +73,8 @@ private:
     std::vector<const KpIfcEntityType*> m_subtypes;
     const KpIfcEntityFacts* m_facts = nullptr;
     std::vector<const KpIfcAttributeFacts*> m_recordFields;
+    std::vector<std::unique_ptr<KpIfcAttributeDefinition>> m_attributes;
+    std::uint32_t m_explicitCount = 0;
 };
 
 }  // namespace KP_SDAI

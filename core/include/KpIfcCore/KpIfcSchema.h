@@ -44,6 +44,22 @@ namespace KP_SDAI {
 enum IfcSchemaMajorVersion : int { kIfcSchemaMajor2 = 2, kIfcSchemaMajor4 = 4 };
 enum IfcSchemaMinorVersion : int { kIfcSchemaMinor0 = 0, kIfcSchemaMinor3 = 3 };
 
+class KpIfcAttributeDefinition;
+
+/// How much a schema declares.
+struct KpIfcSchemaCounts {
+    std::size_t entities = 0;
+    std::size_t abstractEntities = 0;
+    std::size_t explicitAttributes = 0;
+    std::size_t derivedAttributes = 0;
+    std::size_t inverseAttributes = 0;
+    std::size_t definedTypes = 0;  ///< named types that are neither enumerations nor selects
+    std::size_t enumerations = 0;
+    std::size_t literals = 0;
+    std::size_t selects = 0;
+    std::size_t anonymousAggregations = 0;
+};
+
 /// One schema: its dictionaries. Made by a module's initialise, freed with all that it owns by its unload.
 class KPIFCCORE_EXPORT KpIfcSchema {
 public:
@@ -57,14 +73,29 @@ public:
     int majorVersion() const { return m_major; }
     int minorVersion() const { return m_minor; }
 
+    /// KpIfcEntityType objects, keyed in upper case, each after its supertype.
     const Dictionary& entities() const { return m_entities; }
+    /// KpIfcDefinedType objects of what the schema names: enumerations keyed in lower case, all others as published.
     const Dictionary& types() const { return m_types; }
+    /// KpIfcDefinedType objects of what the schema writes without a name, keyed by its text.
     const Dictionary& anonymousTypes() const { return m_anonymousTypes; }
     /// The entity of a name in any letter case; null where there is none.
     KpIfcEntityType* findEntity(std::string_view name) const;
     /// The named type (defined type, enumeration, select) of a name in any letter case; null where there is none.
     KpIfcDefinedType* findType(std::string_view name) const;
-    /// Names that could not be resolved when the schema was built; empty for a sound module.
+    /// The entity or named type of a name in any letter case; null where there is none.
+    const KpIfcNameType* find(std::string_view name) const;
+
+    KpIfcSchemaCounts counts() const;
+    /// Attributes whose type is the given one or an anonymous aggregation of it, and inverse attributes that hold the
+    /// given entity, in the order of the entities. Looks at the whole dictionary.
+    std::vector<const KpIfcAttributeDefinition*> attributesOver(const DictionaryInstance& type) const;
+    /// Named types that stand for the given one or an aggregation of it, and selects that have it as a member, in the
+    /// order of the types. Looks at the whole dictionary.
+    std::vector<const KpIfcDefinedType*> typesOver(const DictionaryInstance& type) const;
+
+    /// Names that could not be resolved when the schema was built, each as "who: name" ("IFCROOT.Name: IFCLABEL"),
+    /// sorted; empty for a sound module.
     const std::vector<std::string>& unresolvedNames() const { return m_unresolved; }
 
 private:

@@ -13,6 +13,10 @@
 
 namespace KP_SDAI {
 
+class KpIfcAggregationType;
+class KpIfcEnumerationType;
+class KpIfcSelectType;
+
 /// A parameter of a type code: a name.
 class KpAny {
 public:
@@ -52,6 +56,14 @@ public:
     const KpTypeCode* type() const { return m_type.get(); }
     virtual void type(KpTypeCode* code) { m_type.reset(code); }
 
+    /// This object as one of a class of dictionary objects; null where it is none.
+    ///
+    ///     if (const auto* select = type.as<KpIfcSelectType>()) ...
+    template <class T>
+    const T* as() const {
+        return dynamic_cast<const T*>(this);
+    }
+
 private:
     std::unique_ptr<KpTypeCode> m_type;
 };
@@ -61,7 +73,11 @@ class KPIFCCORE_EXPORT KpIfcNameType : public DictionaryInstance {
 public:
     explicit KpIfcNameType(const char* name) : m_name(name) {}
     ~KpIfcNameType() override;
+    /// The name under which the dictionary knows the type: upper case for entities, lower case for enumerations and
+    /// simple types, as published for all others.
     const char* name() const { return m_name.c_str(); }
+    /// The name as it is published ("IfcWall", "IfcRoleEnum").
+    virtual const char* displayName() const { return name(); }
 
 private:
     std::string m_name;
@@ -94,7 +110,8 @@ private:
     int m_width;
 };
 
-/// A named type: the name and what it stands for.
+/// A type under a name: what is declared as a type, an enumeration or a select, and types that the schema leaves unnamed
+/// under their text ("list [1:?] of IfcActorRole"). What it is, its underlying type tells.
 class KPIFCCORE_EXPORT KpIfcDefinedType : public KpIfcNameType {
 public:
     /// Takes over `underlying`, which may be null until it is resolved by name. The flag tells that the name is
@@ -102,11 +119,20 @@ public:
     KpIfcDefinedType(const char* name, DictionaryInstance* underlying, bool declared);
     ~KpIfcDefinedType() override;
 
-    /// The type that this one stands for: a simple type, another defined type, or what was handed over at construction.
+    /// The type that this one stands for: a simple type, another defined type, or what was handed over at construction
+    /// (string type, enumeration, select, aggregation). Null only where its name could not be resolved.
     DictionaryInstance* underlyingType() const { return m_underlying; }
     /// Links to a type that somebody else owns.
     void underlyingType(DictionaryInstance* type) { m_underlying = type; }
     bool isDeclared() const { return m_declared; }
+    const char* displayName() const override;
+    /// True where the name is no name but the text of a type that the schema leaves unnamed.
+    bool isAnonymous() const;
+
+    /// What the name is declared as; null where it is something else.
+    const KpIfcEnumerationType* enumeration() const;
+    const KpIfcSelectType* select() const;
+    const KpIfcAggregationType* aggregation() const;
 
 private:
     std::unique_ptr<DictionaryInstance> m_owned;
