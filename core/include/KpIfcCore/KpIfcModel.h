@@ -42,7 +42,8 @@ public:
     bool textIsUtf8() const;
 
     /// A new instance of an entity by its name in any letter case; null where the schema has no such entity or it is
-    /// abstract. It gets the name after the highest one in use, or `instanceName`; null where that one is taken.
+    /// abstract. It gets the name after the highest one in use, or `instanceName`; null where that one is taken or the
+    /// highest one is 2^64 - 1.
     KpIfcEntityBase* create(std::string_view entityName, std::uint64_t instanceName = 0);
     KpIfcEntityBase* create(const KpIfcEntityType* type, std::uint64_t instanceName = 0);
     template <class T>
@@ -108,7 +109,8 @@ public:
             using difference_type = std::ptrdiff_t;
             using pointer = T* const*;
             using reference = T*;
-            explicit TypedIterator(Iterator it = {}) : m_it(it) {}
+            TypedIterator() {}
+            explicit TypedIterator(const Iterator& it) : m_it(it) {}
             T* operator*() const { return static_cast<T*>(*m_it); }
             TypedIterator& operator++() {
                 ++m_it;
