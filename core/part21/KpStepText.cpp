@@ -155,54 +155,49 @@ bool hexNumber(std::string_view text, std::size_t digits, std::uint32_t& value) 
     return true;
 }
 
-/// Decodes a run of code units of `digits` digits each that begins behind its opening directive. Returns the number of
-/// characters up to and with \X0\; 0 where the run is not well formed.
-std::size_t decodeRun(std::string_view text, std::size_t digits, std::string& out, unsigned& issues) {
-    const std::size_t before = out.size();
-    unsigned found = 0;
+/// Length of a run of code units of `digits` hexadecimal digits up to and with \X0\; 0 where it is not well formed.
+std::size_t runLength(std::string_view text, std::size_t digits) {
+    std::size_t length = 0;
+    while (length < text.size() && hexDigit(text[length]) >= 0) ++length;
+    return length % digits == 0 && text.substr(length, 4) == "\\X0\\" ? length + 4 : 0;
+}
+
+/// Decodes a well-formed run of code units of `digits` digits, its \X0\ included.
+void decodeRun(std::string_view run, std::size_t digits, std::string& out, unsigned& issues) {
+    run.remove_suffix(4);
     std::uint32_t high = 0;  // the first half of a surrogate pair, waiting for the second
-    for (std::size_t i = 0;;) {
+    const auto replace = [&] {
+        appendUtf8(out, 0xFFFD);
+        issues |= kBadCodePoint;
+    };
+    for (; !run.empty(); run.remove_prefix(digits)) {
         std::uint32_t unit = 0;
-        const bool end = text.substr(i, 4) == "\\X0\\";
-        if (!end && !hexNumber(text.substr(i), digits, unit)) {
-            out.resize(before);
-            return 0;
-        }
-        if (high && (end || unit < 0xDC00 || unit > 0xDFFF)) {
-            appendUtf8(out, 0xFFFD);
-            found |= kBadCodePoint;
-            high = 0;
-        }
-        if (end) {
-            issues |= found;
-            return i + 4;
-        }
-        i += digits;
-        if (high) {
+        hexNumber(run, digits, unit);
+        if (high && unit >= 0xDC00 && unit < 0xE000) {
             appendUtf8(out, 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00));
             high = 0;
-        } else if (unit >= 0xD800 && unit < 0xDC00) {
-            high = unit;
-        } else if ((unit >= 0xDC00 && unit < 0xE000) || unit > 0x10FFFF) {
-            appendUtf8(out, 0xFFFD);
-            found |= kBadCodePoint;
-        } else {
-            appendUtf8(out, unit);
+            continue;
         }
+        if (high) replace();
+        high = unit >= 0xD800 && unit < 0xDC00 ? unit : 0;
+        if (high) continue;
+        if ((unit >= 0xDC00 && unit < 0xE000) || unit > 0x10FFFF)
+            replace();
+        else
+            appendUtf8(out, unit);
     }
+    if (high) replace();
 }
 
 /// Length of the directive at the start of `text`, which is a reverse solidus; 0 where there is none.
 std::size_t directiveLength(std::string_view text) {
     if (text.substr(0, 2) == "\\\\") return 2;
-    if (text.size() >= 4 && text.substr(0, 3) == "\\S\\") return 4;
+    if (text.size() >= 4 && text.substr(0, 3) == "\\S\\") return text[3] >= ' ' && text[3] <= '~' ? 4 : 0;
     if (text.size() >= 4 && text[1] == 'P' && text[2] >= 'A' && text[2] <= 'I' && text[3] == '\\') return 4;
     std::uint32_t value = 0;
     if (text.substr(0, 3) == "\\X\\") return hexNumber(text.substr(3), 2, value) ? 5 : 0;
     if (text.substr(0, 4) != "\\X2\\" && text.substr(0, 4) != "\\X4\\") return 0;
-    std::string ignored;
-    unsigned issues = 0;
-    const std::size_t run = decodeRun(text.substr(4), text[2] == '2' ? 4 : 8, ignored, issues);
+    const std::size_t run = runLength(text.substr(4), text[2] == '2' ? 4 : 8);
     return run ? run + 4 : 0;
 }
 
@@ -250,7 +245,7 @@ void decode(std::string_view encoded, std::string& out, unsigned& issues) {
                 hexNumber(rest.substr(3), 2, value);
                 appendUtf8(out, value);
             } else {
-                decodeRun(rest.substr(4), rest[2] == '2' ? 4 : 8, out, issues);
+                decodeRun(rest.substr(4, length - 4), rest[2] == '2' ? 4 : 8, out, issues);
             }
             i += length;
         }
@@ -314,11 +309,9 @@ const char* stringEnd(const char* begin, const char* end) {
         if (*p == '\'') {
             if (p + 1 == end || p[1] != '\'') return p + 1;
             ++p;
-        } else if (*p == '\\' && end - p >= 2) {
-            if (p[1] == '\\')
-                ++p;
-            else if (end - p >= 4 && p[1] == 'S' && p[2] == '\\')
-                p += 3;
+        } else if (*p == '\\') {
+            const std::size_t length = directiveLength({p, static_cast<std::size_t>(end - p)});
+            if (length) p += length - 1;
         }
     }
     return nullptr;
