@@ -47,7 +47,9 @@ public:
 
 private:
     static constexpr std::size_t kPage = 256;
-    static constexpr std::uint64_t kDirectNames = std::uint64_t{1} << 31;
+    /// From here on names are scattered. Begins a stretch, so that none is kept both ways.
+    static constexpr std::uint64_t kDirectNames =
+        (std::uint64_t{1} << 31) / KpIfcSlotChunk::kSlots * KpIfcSlotChunk::kSlots;
     struct Page {
         KpIfcSlotChunk* chunks[kPage] = {};
     };
