@@ -38,6 +38,8 @@ public:
     virtual KpIfcAggrContainerType aggrContainerType() const = 0;
     /// A new implementation with a copy of the elements; of a placeholder, a new one without elements.
     virtual KpIfcAggrImp* clone() const = 0;
+    /// The one placeholder that stands behind nil aggregates of this class.
+    virtual KpIfcAggrImp* placeholder() const = 0;
 
     std::uint32_t count() const { return m_count; }
     bool isPlaceholder() const { return (m_room & kPlaceholder) != 0; }
@@ -233,11 +235,14 @@ protected:
     using KpIfcAggr::KpIfcAggr;
 };
 
-/// What every typed aggregate offers; `Imp` is the implementation class that its family shares.
+/// What every typed aggregate offers; `Imp` is the implementation class that its family shares. Assigning takes the
+/// elements and whether it is nil, and keeps the bounds.
 template <class T, class Base, class Imp>
 class KpIfcTypedAggr : public Base {
 public:
     using Element = T;
+    using value_type = T;
+    using const_iterator = const T*;
 
     const T* begin() const { return imp().begin(); }
     const T* end() const { return imp().end(); }
@@ -273,10 +278,13 @@ protected:
     KpIfcTypedAggr(const KpIfcTypedAggr& other) : Base(other.isNil() ? other.m_imp : other.m_imp->clone()) {}
     void copy(const KpIfcTypedAggr& other) {
         if (this == &other) return;
-        if (other.isNil())
-            this->clear();
-        else
+        if (!other.isNil()) {
             changeable().assign(other.begin(), other.size());
+        } else if (!this->isNil()) {
+            KpIfcAggrImp* const nil = this->m_imp->placeholder();
+            this->dispose();
+            this->m_imp = nil;
+        }
     }
 
     const Imp& imp() const { return static_cast<const Imp&>(*this->m_imp); }

@@ -24,6 +24,7 @@ public:
         int lowerBound() const override { return 0; }
         int upperBound() const override { return kOpenBound; }
         KpIfcAggrContainerType aggrContainerType() const override { return KpIfcAggrContainerType::array; }
+        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcArrayAggrImp, 1, 0>::get(); }
 
     protected:
         KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
@@ -51,6 +52,7 @@ public:
         constexpr explicit KpIfcArrayBoundedImp(KpIfcAggrImp::Room room) : KpIfcArrayAggr<T>::KpIfcArrayAggrImp(room) {}
         int lowerBound() const override { return lo; }
         int upperBound() const override { return hi; }
+        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcArrayBoundedImp, 1, 0>::get(); }
 
     protected:
         KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {

@@ -26,6 +26,7 @@ public:
         int lowerBound() const override { return 0; }
         int upperBound() const override { return kOpenBound; }
         KpIfcAggrContainerType aggrContainerType() const override { return KpIfcAggrContainerType::list; }
+        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcListAggrImp, 2, 0>::get(); }
 
     protected:
         KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
@@ -53,6 +54,7 @@ public:
         constexpr explicit KpIfcListAggrBoundedImp(KpIfcAggrImp::Room room) : KpIfcListAggr<T>::KpIfcListAggrImp(room) {}
         int lowerBound() const override { return lo; }
         int upperBound() const override { return hi; }
+        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcListAggrBoundedImp, 2, 0>::get(); }
 
     protected:
         KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {

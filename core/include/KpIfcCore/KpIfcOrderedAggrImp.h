@@ -54,10 +54,12 @@ class KpIfcPositionedAggr : public KpIfcTypedAggr<T, KpIfcOrderedAggr, KpIfcOrde
 public:
     /// The element at a position within the declared bounds and below count(); throws KpIfcException 470.
     const T& at(int position) const { return this->imp().at(position); }
-    T& at(int position) { return this->changeable().at(position); }
+    T& at(int position) { return const_cast<T&>(this->imp().at(position)); }
     void append(const T& value) { this->changeable().append(value); }
     /// eRefused unless 0 <= position < count().
-    KP::ErrorStatus removeAt(int position) { return this->changeable().removeAt(position); }
+    KP::ErrorStatus removeAt(int position) {
+        return this->isNil() ? KP::eRefused : this->changeable().removeAt(position);
+    }
 
     friend bool operator==(const KpIfcPositionedAggr& a, const KpIfcPositionedAggr& b) {
         if (a.size() != b.size()) return false;

@@ -90,6 +90,7 @@ public:
         int lowerBound() const override { return 0; }
         int upperBound() const override { return kOpenBound; }
         KpIfcAggrContainerType aggrContainerType() const override { return KpIfcAggrContainerType::set; }
+        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcSetAggrImp, 3, 1>::get(); }
 
     protected:
         KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
@@ -107,7 +108,7 @@ public:
     /// eOk also where an equal element is present; eRefused where the set is full.
     KP::ErrorStatus add(const T& value) { return this->changeable().add(value); }
     /// eRefused where absent or at the lower bound.
-    KP::ErrorStatus remove(const T& value) { return this->changeable().remove(value); }
+    KP::ErrorStatus remove(const T& value) { return this->isNil() ? KP::eRefused : this->changeable().remove(value); }
     bool contains(const T& value) const { return this->imp().contains(value); }
 
     friend bool operator==(const KpIfcSetAggr& a, const KpIfcSetAggr& b) {
@@ -127,6 +128,7 @@ public:
         constexpr explicit KpIfcSetAggrBoundedImp(KpIfcAggrImp::Room room) : KpIfcSetAggr<T>::KpIfcSetAggrImp(room) {}
         int lowerBound() const override { return lo; }
         int upperBound() const override { return hi; }
+        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcSetAggrBoundedImp, 3, 1>::get(); }
 
     protected:
         KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
