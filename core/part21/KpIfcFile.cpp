@@ -5,12 +5,8 @@
 #include "model/ModelData.h"
 #include "part21/ByteSource.h"
 #include "part21/FileReader.h"
+#include "part21/Output.h"
 #include "part21/RecordWriter.h"
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <filesystem>
 
 namespace KP_SDAI {
 
@@ -93,30 +89,10 @@ KP::ErrorStatus KpIfcFile::save(const std::string& path) {
         state.error = path + ": no model to write";
         return KP::eNotAvailable;
     }
-    // Written beside the target and renamed, so that a failure leaves what was there.
-    const std::string part = path + ".part";
-    std::FILE* file = std::fopen(part.c_str(), "wb");
-    bool ok = file != nullptr;
-    int reason = errno;
-    if (file) {
-        std::setvbuf(file, nullptr, _IONBF, 0);
-        ok = state.write([&](std::string_view piece) {
-            return std::fwrite(piece.data(), 1, piece.size(), file) == piece.size();
-        });
-        reason = errno;
-        if (std::fclose(file) != 0 && ok) {
-            ok = false;
-            reason = errno;
-        }
-    }
-    if (ok) {
-        std::error_code code;
-        std::filesystem::rename(part, path, code);
-        if (!code) return KP::eOk;
-        reason = code.value();
-    }
-    if (file) std::remove(part.c_str());
-    state.error = path + ": " + std::strerror(reason);
+    Output output(path);
+    const bool ok = state.write([&](std::string_view piece) { return output.write(piece); }) && output.finish();
+    if (ok) return KP::eOk;
+    state.error = path + ": " + output.error();
     return KP::eNotAvailable;
 }
 
