@@ -16,12 +16,23 @@ constexpr NotKept notKept[] = {
     {"IFC2X3", "IfcBlobTexture", "RasterCode"},
 };
 
+constexpr ExtraAggregation extra[] = {
+    // What IfcCompoundPlaneAngleMeasure is: attributes name it, but have it without its name too.
+    {"IFC2X3", "list", 3, 4, "integer"},
+};
+
 } // namespace
 
 bool isNotKept(std::string_view schema, std::string_view entity, std::string_view attribute) {
     return std::ranges::any_of(notKept, [&](const NotKept& one) {
         return one.schema == schema && one.entity == entity && one.attribute == attribute;
     });
+}
+
+std::vector<ExtraAggregation> extraAggregations(std::string_view schema) {
+    std::vector<ExtraAggregation> rows;
+    std::ranges::copy_if(extra, std::back_inserter(rows), [&](const auto& one) { return one.schema == schema; });
+    return rows;
 }
 
 } // namespace kpifcgen::plan

@@ -106,26 +106,40 @@ struct EntityPlan {
     std::vector<Row> uniqueRows;
 };
 
-/// The steps that register the schema in the dictionary.
+/// The steps that register the schema in the dictionary: a source with a table of rows each.
 struct SchemaPlan {
-    struct SimpleType {
-        std::string name;
-        std::string underlying;
+    /// Braces around the texts of a row; its parts are finished expressions.
+    using Row = std::vector<std::string>;
+
+    struct Step {
+        std::string path;
+        std::vector<std::string> includes;
     };
-    struct EntityType {
-        std::string upperName;
-        std::string className;
-        std::string supertype; ///< where its dictionary type is kept; empty for a root
+    struct EntityRow {
+        Row entity;
+        std::vector<Row> explicitAttributes;
+        std::vector<Row> derivedAttributes;
+        std::vector<Row> inverseAttributes;
+    };
+    struct SelectRow {
+        Row select;
+        std::vector<std::string> members;
     };
 
     std::string builderClass;
     std::string umbrellaPath;
-    std::string umbrellaInclude;
     std::vector<std::string> entityIncludes;
-    std::string simpleTypesPath;
-    std::vector<SimpleType> simpleTypes;
-    std::string entityTypesPath;
-    std::vector<EntityType> entityTypes; ///< each after its supertype
+    Step simpleTypesStep;
+    std::vector<Row> simpleTypes;
+    Step enumerationsStep;
+    std::vector<Row> enumerations; ///< in byte order of the names
+    Step entitiesStep;
+    std::vector<EntityRow> entities; ///< each after its supertype
+    Step selectsStep;
+    std::vector<SelectRow> selects;
+    Step aggregationsStep;
+    std::vector<Row> namedAggregations;
+    std::vector<Row> anonymousAggregations;
 };
 
 struct ModulePlan {

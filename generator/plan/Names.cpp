@@ -213,6 +213,10 @@ std::string enumLiteralTable(std::string_view enumeration) {
     return text("k", enumeration, "Literals");
 }
 
+std::string enumFacts(std::string_view enumeration) {
+    return text("EnumFacts<", className(enumeration), ">::value");
+}
+
 std::string selectTagType(std::string_view select) {
     return text("e", select);
 }
@@ -252,6 +256,10 @@ std::string instanceGetter(std::string_view attribute, const std::set<std::strin
         name += '_';
     }
     return name;
+}
+
+std::string selectTypeOf(std::string_view classOfSelect) {
+    return text(classOfSelect, "::g_pType");
 }
 
 std::string entityTypeOf(std::string_view classOfEntity) {

@@ -36,6 +36,8 @@ std::string className(std::string_view declaration);
 std::string enumConstant(std::string_view enumeration, std::string_view literal);
 std::string enumUnsetConstant(std::string_view enumeration);
 std::string enumLiteralTable(std::string_view enumeration);
+/// Where an enumeration keeps its facts.
+std::string enumFacts(std::string_view enumeration);
 
 // Selects.
 std::string selectTagType(std::string_view select);
@@ -44,6 +46,8 @@ std::string selectTester(std::string_view alternative);
 std::string selectSetter(std::string_view alternative);
 std::string selectAlternativeTable(std::string_view select);
 std::string selectFacts(std::string_view select);
+/// Where the class keeps its dictionary type.
+std::string selectTypeOf(std::string_view classOfSelect);
 
 // Entities.
 std::string member(std::string_view attribute);
