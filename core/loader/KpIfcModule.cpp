@@ -27,7 +27,7 @@ struct Loaded {
 };
 std::mutex g_lock;
 std::map<std::string, Loaded>& loadedLibraries() {
-    static std::map<std::string, Loaded> libraries;
+    static auto& libraries = *new std::map<std::string, Loaded>;  // never freed: static objects may hold modules
     return libraries;
 }
 
@@ -88,9 +88,10 @@ std::shared_ptr<KpIfcModule> KpIfcModule::loadFile(const std::string& path, std:
     const fs::path canonical = fs::canonical(path, code);
     const std::string key = code ? path : canonical.string();
 
-    std::unique_lock guard(g_lock);
-    std::map<std::string, Loaded>& libraries = loadedLibraries();
+    // Before the lock, so that one that fails to load lets go of the library, which takes the lock, after it.
     std::shared_ptr<KpIfcModule> module(new KpIfcModule);
+    const std::lock_guard guard(g_lock);
+    std::map<std::string, Loaded>& libraries = loadedLibraries();
     auto found = libraries.find(key);
     if (found == libraries.end()) {
         void* library = shared_library::open(key, error);
@@ -109,13 +110,12 @@ std::shared_ptr<KpIfcModule> KpIfcModule::loadFile(const std::string& path, std:
     module->m_path = key;
     module->m_library = loaded.library;
     module->m_lifeCycle = loaded.lifeCycle;
-    loaded.lifeCycle->initialise();
+    const bool built = loaded.lifeCycle->initialise();
     using SchemaPointer = KpIfcSchema* (*)();
     const auto schema = reinterpret_cast<SchemaPointer>(shared_library::symbol(loaded.library, "kpifcGetSchemaPointer"));
-    module->m_schema = schema ? schema() : nullptr;
+    module->m_schema = built && schema ? schema() : nullptr;
     if (!module->m_schema) {
         error = path + ": gives no schema";
-        guard.unlock();  // the destructor takes the lock and lets go of the library
         return nullptr;
     }
     return module;
