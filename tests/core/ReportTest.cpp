@@ -1,0 +1,79 @@
+#include <KpIfcCore/KpIfcReport.h>
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+namespace {
+
+using namespace KP_SDAI;
+
+KpIfcReportEntry entry(KpIfcSeverity severity, KpIfcFinding finding) {
+    KpIfcReportEntry made;
+    made.severity = severity;
+    made.finding = finding;
+    return made;
+}
+
+TEST(Report, CountsAllAndListsTheFirstOfEachKind) {
+    KpIfcReport report;
+    const auto limit = KpIfcReport::kListedPerKind;
+    for (std::size_t i = 0; i < limit + 5; ++i) {
+        KpIfcReportEntry unknown = entry(KpIfcSeverity::error, KpIfcFinding::unknownEntity);
+        unknown.instanceName = i + 1;
+        report.add(unknown);
+    }
+    report.add(entry(KpIfcSeverity::note, KpIfcFinding::textEncoding));
+    EXPECT_EQ(report.entries().size(), limit + 1);
+    EXPECT_EQ(report.entries()[limit - 1].instanceName, limit);
+    EXPECT_EQ(report.entries()[limit].finding, KpIfcFinding::textEncoding);
+    EXPECT_EQ(report.count(KpIfcFinding::unknownEntity), limit + 5);
+    EXPECT_EQ(report.count(KpIfcSeverity::error), limit + 5);
+    EXPECT_EQ(report.count(KpIfcSeverity::warning), 0u);
+    report.clear();
+    EXPECT_TRUE(report.entries().empty());
+    EXPECT_EQ(report.count(KpIfcSeverity::error), 0u);
+    EXPECT_EQ(report.count(KpIfcFinding::unknownEntity), 0u);
+}
+
+TEST(Report, IsCleanWithNotesOnly) {
+    KpIfcReport report;
+    EXPECT_TRUE(report.isClean());
+    report.add(entry(KpIfcSeverity::note, KpIfcFinding::textEncoding));
+    EXPECT_TRUE(report.isClean());
+    EXPECT_FALSE(report.isTruncated());
+    report.add(entry(KpIfcSeverity::warning, KpIfcFinding::truncated));
+    EXPECT_FALSE(report.isClean());
+    EXPECT_TRUE(report.isTruncated());
+    KpIfcReport failed;
+    failed.add(entry(KpIfcSeverity::error, KpIfcFinding::unreadableRecord));
+    EXPECT_FALSE(failed.isClean());
+}
+
+TEST(Report, EntriesSayWhereTheyBelong) {
+    KpIfcReportEntry one = entry(KpIfcSeverity::warning, KpIfcFinding::wrongValue);
+    one.message = "what";
+    EXPECT_EQ(one.text(), "warning: what");
+    one.line = 12;
+    one.column = 5;
+    EXPECT_EQ(one.text(), "12:5: warning: what");
+    one.instanceName = 7;
+    EXPECT_EQ(one.text(), "12:5: warning: #7: what");
+    one.entity = "IFCWALL";
+    one.attribute = "Name";
+    EXPECT_EQ(one.text(), "12:5: warning: #7 IFCWALL.Name: what");
+}
+
+TEST(Report, EveryFindingHasANameOfItsOwn) {
+    std::set<std::string> names;
+    const auto count = static_cast<std::size_t>(KpIfcFinding::count_);
+    for (std::size_t i = 0; i < count; ++i)
+        names.insert(findingName(static_cast<KpIfcFinding>(i)));
+    EXPECT_EQ(names.size(), count);
+    EXPECT_STREQ(findingName(KpIfcFinding::unknownEntity), "unknown-entity");
+    EXPECT_STREQ(findingName(KpIfcFinding::notFinite), "not-finite");
+    EXPECT_STREQ(findingName(KpIfcFinding::truncated), "truncated");
+}
+
+} // namespace
