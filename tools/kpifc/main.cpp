@@ -24,11 +24,13 @@ static int run(int argc, char** argv) {
                "Examples:\n"
                "  kpifc info house.ifc\n"
                "  kpifc convert house.ifc -o house_new.ifc\n"
-               "  kpifc dump house.ifc > house.jsonl");
+               "  kpifc dump house.ifc > house.jsonl\n"
+               "  kpifc schema IfcWall");
     Action action;
     addInfo(app, action);
     addConvert(app, action);
     addDump(app, action);
+    addSchema(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& stop) { // help and version too
