@@ -78,9 +78,9 @@ public:
     Steps(const SchemaPlan& schema, const plan::Frame& frame) : m_schema(schema), m_frame(frame) {}
 
     File simpleTypes() const {
-        return file(m_schema.simpleTypesStep, "addSimpleDefinedTypes",
-                    tableText("SimpleDefinedType", "types", rowLines(m_schema.simpleTypes),
-                              "addSimpleDefinedType(type)"));
+        return file(
+            m_schema.simpleTypesStep, "addSimpleDefinedTypes",
+            tableText("SimpleDefinedType", "types", rowLines(m_schema.simpleTypes), "addSimpleDefinedType(type)"));
     }
     File enumerations() const {
         return file(m_schema.enumerationsStep, "addEnumerationTypes",

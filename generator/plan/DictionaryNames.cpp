@@ -43,8 +43,7 @@ std::string memberTypeName(const facts::TypeRef& type) {
 }
 
 std::string derivedAttributeName(const facts::DerivedAttribute& attribute) {
-    return attribute.redeclared ? lowerCase(attribute.redeclared->owner->name + "_" + attribute.name)
-                                : attribute.name;
+    return attribute.redeclared ? lowerCase(attribute.redeclared->owner->name + "_" + attribute.name) : attribute.name;
 }
 
 } // namespace kpifcgen::plan

@@ -33,6 +33,10 @@ constexpr ErrorCase cases[] = {
      "f:6:3: attribute 'N': there is no class for a 'set [0:?] of list [1:2] of real'\n"
      "f:7:3: attribute 'F': there is no class for a 'list [0:?] of E'\n"
      "f:8:3: attribute 'L': there is no class for a 'list [0:?] of logical'\n"},
+    {"BagsInTheDictionary",
+     "schema S 1\nentity X\n  R: Y\n  derive B: bag [0:?] of real\nentity Y\n  inverse I: bag [0:?] of X for R\n",
+     "f:4:10: attribute 'B': the dictionary has no class for a 'bag [0:?] of real'\n"
+     "f:6:11: attribute 'I': the dictionary has no class for a 'bag [0:?] of X'\n"},
     {"SelectOfBinary", "schema S 1\ntype B = binary(32)\nselect X\n  B\n",
      "f:3:8: select 'X': there is no code for a value of 'B'\n"},
     {"HeadersOfTheModule", "schema S 1\nentity Types\nenum s\n  A\n",
