@@ -4,6 +4,7 @@
 #include "loader/SharedLibrary.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -26,6 +27,8 @@ struct Loaded {
     int users;
 };
 std::mutex g_lock;
+/// From then on nothing is unloaded: static objects of modules may be gone before those that hold a module.
+std::atomic<bool> g_processEnds{false};
 std::map<std::string, Loaded>& loadedLibraries() {
     static auto& libraries = *new std::map<std::string, Loaded>;  // never freed: static objects may hold modules
     return libraries;
@@ -96,6 +99,7 @@ std::shared_ptr<KpIfcModule> KpIfcModule::loadFile(const std::string& path, std:
     if (found == libraries.end()) {
         void* library = shared_library::open(key, error);
         if (!library) return nullptr;
+        std::atexit([] { g_processEnds = true; });  // runs before what the library registered while it was opened
         using LifeCycle = KpIfcModuleLifeCycle* (*)();
         const auto lifeCycle = reinterpret_cast<LifeCycle>(shared_library::symbol(library, "kpGetModuleLifeCycleApp"));
         if (!lifeCycle) {
@@ -122,7 +126,7 @@ std::shared_ptr<KpIfcModule> KpIfcModule::loadFile(const std::string& path, std:
 }
 
 KpIfcModule::~KpIfcModule() {
-    if (!m_library) return;
+    if (!m_library || g_processEnds) return;
     const std::lock_guard guard(g_lock);
     std::map<std::string, Loaded>& libraries = loadedLibraries();
     const auto found = libraries.find(m_path);
