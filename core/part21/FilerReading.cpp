@@ -174,9 +174,9 @@ bool KpSpfFilerBase::readReal(double& value) {
 }
 
 bool KpSpfFilerBase::readInt(int& value) {
-    const char* p = m_cur;
-    if (*p == '+') ++p;
-    if (!lexer::isDigit(*p) && (*p != '-' || !lexer::isDigit(p[1]))) return false;
+    const char* p = m_cur + (*m_cur == '+');
+    const bool isSigned = p == m_cur && *p == '-';
+    if (!lexer::isDigit(p[isSigned])) return false;
     const std::from_chars_result result = std::from_chars(p, m_end, value);
     if (result.ec != std::errc()) return false;
     m_cur = result.ptr;
@@ -224,7 +224,7 @@ bool KpSpfFilerBase::readText(std::string_view& text) {
         issue(KpIfcFinding::textEncoding, KpIfcSeverity::warning, false,
               "unencoded bytes in a text that are no UTF-8, taken as ISO 8859-1");
     if (issues & KpStepText::kBadDirective)
-        issue(KpIfcFinding::textEncoding, KpIfcSeverity::warning, false,
+        issue(KpIfcFinding::textEncoding, KpIfcSeverity::warning, !m_data.utf8 && !KpStepText::isEncoded(encoded),
               "a reverse solidus in a text that opens no directive, taken as it is");
     if (issues & KpStepText::kBadCodePoint)
         issue(KpIfcFinding::textEncoding, KpIfcSeverity::warning, m_data.utf8, "a code point that does not exist");
@@ -581,6 +581,7 @@ KP::ErrorStatus KpSpfFilerBase::rdPrimitive(KpAnsiString& value, bool separator)
     std::string_view text;
     if (readText(text)) {
         store(value, text);
+        if (value.isUnset()) issue(KpIfcFinding::wrongValue, KpIfcSeverity::note, true, "another text");
         return KP::eOk;
     }
     value = KpAnsiString::unset();
