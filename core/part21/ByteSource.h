@@ -66,12 +66,16 @@ public:
     std::uint64_t offsetOf(const char* place) const {
         return m_offset + static_cast<std::uint64_t>(place - m_buffer.data());
     }
-    /// Drops what stands before `place` and reads on behind the end; `place` moves along. False, and nothing changed,
-    /// where the source has ended.
+    /// Drops what stands before `place` and reads on behind the end; `place` moves along, all other places are gone.
+    /// False where the source has ended.
     bool refill(const char*& place);
+    /// True once a refill has found the end of the source: all that is left stands in the window.
+    bool hasEnded() const { return m_ended; }
+    /// So many bytes behind any place, at least, can be had by a refill.
+    static constexpr std::ptrdiff_t kReach = 256 * 1024;
 
 private:
-    static constexpr std::size_t kSize = 512 * 1024;
+    static constexpr std::size_t kSize = 2 * kReach;
     static constexpr std::size_t kZeros = 8;
     ByteSource& m_source;
     std::vector<char> m_buffer = std::vector<char>(kZeros);

@@ -7,6 +7,8 @@
 /// Steps over what separates tokens and over whole tokens, between `p` and `end`, where a zero stands.
 namespace KP_SDAI::lexer {
 
+inline bool isComment(const char* p) { return *p == '/' && p[1] == '*'; }
+
 /// Behind a comment that begins at `p`; null where it does not end.
 inline const char* commentEnd(const char* p, const char* end) {
     for (p += 2; p < end; ++p) {
@@ -33,16 +35,37 @@ inline const char* skipBlanks(const char* p, const char* end) {
     }
 }
 
+inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// True where a line begins like a record: "#12=".
+inline bool beginsRecord(const char* line, const char* end) {
+    while (*line == ' ' || *line == '\t') ++line;
+    if (line >= end || *line != '#' || !isDigit(line[1])) return false;
+    ++line;
+    while (isDigit(*line)) ++line;
+    while (*line == ' ') ++line;
+    return *line == '=';
+}
+
+/// True where a line in [p, end) begins like a record.
+inline bool holdsRecordLine(const char* p, const char* end) {
+    while ((p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)))))
+        if (beginsRecord(++p, end)) return true;
+    return false;
+}
+
 /// The ',' or ')' that ends the parameter that begins at `p`, at its own level of parentheses; null where a ';' or the
-/// end comes first.
+/// end comes first, or a line that looks like the next record, even in a text: there an apostrophe is missing.
 inline const char* parameterEnd(const char* p, const char* end) {
     int depth = 0;
     while (p < end) {
         switch (*p) {
-            case '\'':
+            case '\'': {
+                const char* const text = p;
                 p = KpStepText::stringEnd(p + 1, end);
-                if (!p) return nullptr;
+                if (!p || holdsRecordLine(text, p)) return nullptr;
                 continue;
+            }
             case '/':
                 if (p[1] == '*') {
                     p = commentEnd(p, end);
@@ -59,6 +82,9 @@ inline const char* parameterEnd(const char* p, const char* end) {
                 if (depth == 0) return p;
                 break;
             case ';': return nullptr;
+            case '\n':
+                if (beginsRecord(p + 1, end)) return nullptr;
+                break;
             default: break;
         }
         ++p;
@@ -101,7 +127,6 @@ inline const char* missingEnd(const char* p, const char* end) {
     return missing;
 }
 
-inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
 inline bool isKeywordStart(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '!'; }
 inline bool isKeywordPart(char c) { return isKeywordStart(c) || isDigit(c) || c == '-'; }
 

@@ -36,17 +36,11 @@ const char* nextRecordLine(const char* p, const char* end) {
     while (p < end) {
         p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
         if (!p) return nullptr;
-        const char* q = ++p;
+        ++p;
+        if (lexer::beginsRecord(p, end)) return p;
+        const char* q = p;
         while (*q == ' ' || *q == '\t') ++q;
-        if (q >= end) return nullptr;
-        if (*q == '#' && lexer::isDigit(q[1])) {
-            ++q;
-            while (lexer::isDigit(*q)) ++q;
-            while (*q == ' ') ++q;
-            if (*q == '=') return p;
-        } else if (end - q >= 7 && std::memcmp(q, "ENDSEC;", 7) == 0) {
-            return p;
-        }
+        if (end - q >= 7 && std::memcmp(q, "ENDSEC;", 7) == 0) return p;
     }
     return nullptr;
 }
@@ -79,15 +73,22 @@ bool RecordReader::readSection(const char*& place) {
     Failure failure;
     for (;;) {
         place = lexer::skipBlanks(place, m_window.end());
-        if (place == m_window.end() || (*place == '/' && place[1] == '*')) {
+        if (place == m_window.end() || lexer::isComment(place)) {
             if (m_window.refill(place)) continue;
             return false;
         }
-        if (*place == '#' && readRecord(place, failure)) continue;
+        if (*place == '#' && readRecordWithin(place, failure)) continue;
+        if (m_window.end() - place < Window::kReach && !m_window.hasEnded()) {
+            m_window.refill(place);  // what fails close to the end of the window may be whole behind it
+            continue;
+        }
+        if (*place == '#' && lexer::isComment(failure.place)) m_openComment = m_window.offsetOf(m_window.end());
 
         const char* const begin = place;
-        const char* const end = *begin == '#' ? damagedRecordEnd(begin, m_window.end())
-                                              : lexer::recordEnd(begin, m_window.end());
+        const bool isFrame = *begin == ';' || isStatement(begin, m_window.end(), "ENDSEC") ||
+                             isStatement(begin, m_window.end(), "END-ISO-10303-21");
+        const char* const end = isFrame ? lexer::recordEnd(begin, m_window.end())
+                                        : damagedRecordEnd(begin, m_window.end());
         if (!end && m_window.refill(place)) continue;
         if (!end) return false;
         if (*begin == '#') {
@@ -112,9 +113,19 @@ bool RecordReader::readSection(const char*& place) {
     }
 }
 
+/// Reads one record, looking for the ends of its texts and comments within the window. Where a comment was found that
+/// does not end there, later ones do not either: they are looked for within their own record only, so that many of them
+/// cost no more than their length.
+bool RecordReader::readRecordWithin(const char*& place, Failure& failure) {
+    m_end = m_window.end();
+    if (m_window.offsetOf(place) < m_openComment)
+        if (const char* line = nextRecordLine(place + 1, m_end)) m_end = line;
+    return readRecord(place, failure);
+}
+
 /// Reads one record. False, with the reason, where it is not bound; `place` then has not moved.
 bool RecordReader::readRecord(const char*& place, Failure& failure) {
-    const char* const end = m_window.end();
+    const char* const end = m_end;
     const auto fail = [&](const char* at, std::string message) {
         failure.place = at;
         failure.message = std::move(message);
@@ -180,7 +191,7 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
     m_filer.m_issues.clear();
     m_filer.m_instance = instance;
     m_filer.m_cur = place;
-    m_filer.m_end = m_window.end();
+    m_filer.m_end = m_end;
     m_filer.m_field = 0;
     m_filer.m_broken = m_filer.m_missing = m_filer.m_ownsHeap = false;
     instance->inFields(&m_filer);
@@ -321,6 +332,7 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
         m_report.add(std::move(entry));
     }
     m_data.keep(std::move(text), slot);
+    if (!slot) ++m_data.keptCount;  // a record all the same, of no name
 }
 
 // -- references to instances that came later ---------------------------------------------------------------------------
@@ -414,6 +426,11 @@ void RecordReader::resolve(KpIfcEntityBase& instance, std::uint32_t field, std::
     reportField(KpIfcFinding::danglingReference, KpIfcSeverity::warning, instance, field, offset,
                 "refers to no instance: " + excerpt(source) + "; the text is kept");
     m_data.keepField(instance, {field, source, std::string(splitParameters(after)[field])});
+    for (const KeptField& kept : *m_data.keptFields(instance))
+        if (kept.field == KeptField::kWholeRecord && kept.normal == before) {
+            m_data.keepField(instance, {KeptField::kWholeRecord, kept.source, after});
+            break;
+        }
 }
 
 }  // namespace KP_SDAI

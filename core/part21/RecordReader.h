@@ -37,6 +37,7 @@ private:
         std::string entity;
     };
 
+    bool readRecordWithin(const char*& place, Failure& failure);
     bool readRecord(const char*& place, Failure& failure);
     bool readFields(const KpIfcEntityType& type, KpIfcSlot* slot, const char*& place, Failure& failure);
     void bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance, std::string_view parameters);
@@ -52,6 +53,8 @@ private:
     EntityNames m_names;
     KpSpfFilerBase m_filer;
     bool m_tooManyParameters = false;
+    const char* m_end = nullptr;      ///< how far the record that is being read may look
+    std::uint64_t m_openComment = 0;  ///< a comment before this offset did not end before it
 };
 
 /// Begins a report entry at a place of the source.
