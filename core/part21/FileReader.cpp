@@ -27,9 +27,11 @@ void FileReader::report(KpIfcFinding finding, KpIfcSeverity severity, std::strin
 bool FileReader::skipBlanks() {
     for (;;) {
         m_place = lexer::skipBlanks(m_place, m_window.end());
-        const bool cut = m_place == m_window.end() || (*m_place == '/' && m_place[1] == '*');
-        if (!cut) return true;
-        if (!m_window.refill(m_place)) return false;
+        const bool cut = m_place == m_window.end() || lexer::isComment(m_place);
+        // A comment or a print control directive may begin with the last bytes of the window.
+        const bool mayBeCut = m_window.end() - m_place < 3 && (*m_place == '/' || *m_place == '\\');
+        if (!cut && !mayBeCut) return true;
+        if (!m_window.refill(m_place)) return !cut;
     }
 }
 
@@ -121,10 +123,18 @@ std::uint64_t FileReader::readData(ModelData& data) {
         const std::string keyword = keywordOf(m_place);
         if (keyword == "DATA" || *m_place == '#') {
             std::string opening = *m_place == '#' ? std::string() : statement(end);
-            if (opening.empty())
+            const char* const behindKeyword = lexer::keywordEnd(m_place);
+            const char next = *lexer::skipBlanks(behindKeyword, end);
+            if (opening.empty()) {
                 report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, "instances outside a data section");
-            else
+            } else if (next == ';' || next == '(') {
                 m_place = end;
+            } else {
+                report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
+                       "expected ';' behind DATA; read as if it stood there");
+                opening = "DATA;";
+                m_place = behindKeyword;
+            }
             if (m_frame.dataOpening.empty())
                 m_frame.dataOpening = opening.empty() ? "DATA;" : std::move(opening);
             else if (!opening.empty())
@@ -143,7 +153,7 @@ std::uint64_t FileReader::readData(ModelData& data) {
             readTrailing(&data);
             ended = true;
         } else {
-            readOtherSection(&data, m_place, end);
+            readOtherSection(end);
         }
     }
     records.finish();
@@ -153,7 +163,7 @@ std::uint64_t FileReader::readData(ModelData& data) {
 }
 
 /// Keeps the text of a section that is neither HEADER nor DATA (anchors and references of the third edition).
-void FileReader::readOtherSection(ModelData* data, const char*, const char* end) {
+void FileReader::readOtherSection(const char* end) {
     const std::string keyword = keywordOf(m_place);
     const bool known = keyword == "ANCHOR" || keyword == "REFERENCE";
     report(KpIfcFinding::sectionStructure, known ? KpIfcSeverity::note : KpIfcSeverity::warning,
@@ -168,10 +178,7 @@ void FileReader::readOtherSection(ModelData* data, const char*, const char* end)
         m_place = end;
         if (last) break;
     }
-    if (m_frame.dataOpening.empty())
-        m_frame.beforeData += text + '\n';
-    else
-        data->keep(std::move(text), nullptr);
+    (m_frame.dataOpening.empty() ? m_frame.beforeData : m_frame.behindData) += text + '\n';
 }
 
 /// What follows the end mark: signatures are kept, all else is no part of the file.

@@ -30,7 +30,7 @@ private:
     bool nextStatement(const char*& end);
     bool skipBlanks();
     bool readHeaderRecord(const char* end);
-    void readOtherSection(ModelData* data, const char* begin, const char* end);
+    void readOtherSection(const char* end);
     void readTrailing(ModelData* data);
     void locateFindings();
     std::string statement(const char* end) const;

@@ -109,7 +109,9 @@ bool RecordWriter::writeFile(const KpIfcHeader& header, const FileFrame& frame, 
             m_filer.put('\n');
             ok = flush(sink, kPiece);
         });
-    m_filer.put("ENDSEC;\nEND-ISO-10303-21;\n");
+    m_filer.put("ENDSEC;\n");
+    m_filer.put(frame.behindData);
+    m_filer.put("END-ISO-10303-21;\n");
     m_filer.put(frame.behindEnd);
     return ok && flush(sink, 0);
 }

@@ -17,6 +17,7 @@ namespace KP_SDAI {
 struct FileFrame {
     std::string beforeData;        ///< sections between HEADER and DATA, as text
     std::string dataOpening;       ///< "DATA;" or with parameters
+    std::string behindData;        ///< sections behind the first DATA that are no DATA, as text
     std::string behindEnd;         ///< signature sections
 };
 
