@@ -1,0 +1,121 @@
+#include "Expectation.h"
+#include "StepFiles.h"
+
+#include <KpIfcCore/KpIfcSettings.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <fstream>
+
+namespace fs = std::filesystem;
+using namespace KP_SDAI;
+
+namespace {
+
+const fs::path kCases = KP_SOURCE_DIR "/tests/conformance/cases";
+
+/// Every NAME.ifc below the folder of cases, with what reading it gives in NAME.expect and what writing it gives in
+/// NAME.out.ifc; without that, it is written as it is.
+std::vector<fs::path> cases() {
+    std::vector<fs::path> found;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(kCases)) {
+        const std::string name = entry.path().filename().string();
+        if (entry.path().extension() == ".ifc" && name.find(".out.ifc") == std::string::npos) {
+            found.push_back(entry.path());
+        }
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+std::string caseName(const testing::TestParamInfo<fs::path>& info) {
+    std::string name = fs::relative(info.param, kCases).replace_extension().string();
+    std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
+    return name;
+}
+
+/// Opens with a form of texts that only this file has: a model remembers its own.
+bool open(KpIfcFile& file, const std::string& content, bool textsEncoded) {
+    settings().set_useUTF8(!textsEncoded);
+    const bool isOpen = file.openMemory(content.data(), content.size()) == KP::eOk;
+    settings().set_useUTF8(true);
+    return isOpen;
+}
+
+class CasesTest : public testing::TestWithParam<fs::path> {
+protected:
+    fs::path beside(const char* extension) const { return fs::path(GetParam()).replace_extension(extension); }
+    std::string expectedOutput() const {
+        const fs::path path = beside(".out.ifc");
+        return contentOf(fs::exists(path) ? path : GetParam());
+    }
+    /// Writes down what is, to be reviewed: for new cases and deliberate changes.
+    void record(const Expectation& expected, const std::vector<std::string>& lines, const std::string& error,
+                const std::string& output) const {
+        std::ofstream expect(beside(".expect"));
+        expect << expected.comments << (expected.textsEncoded ? "texts encoded\n" : "");
+        for (const std::string& line : lines) {
+            expect << line << '\n';
+        }
+        if (!error.empty()) {
+            expect << "refused " << error.substr(error.find(": ") + 2) << '\n';
+        }
+        fs::remove(beside(".out.ifc"));
+        if (error.empty() && output != contentOf(GetParam())) {
+            std::ofstream(beside(".out.ifc"), std::ios::binary) << output;
+        }
+    }
+};
+
+TEST_P(CasesTest, ReadsAndWrites) {
+    const Expectation expected = Expectation::read(beside(".expect"));
+    const std::string content = contentOf(GetParam());
+    KpIfcFile file;
+    const bool isOpen = open(file, content, expected.textsEncoded);
+    const std::vector<std::string> lines = Expectation::linesOf(file, isOpen);
+    const std::string output = isOpen ? saved(file) : std::string();
+    if (std::getenv("KP_RECORD_CASES")) {
+        record(expected, lines, file.error(), output);
+        return;
+    }
+    EXPECT_THAT(lines, testing::ElementsAreArray(expected.lines)) << file.error() << findings(file.report());
+    EXPECT_THAT(file.error(), testing::HasSubstr(expected.error));
+    EXPECT_EQ(file.error().empty(), expected.error.empty()) << file.error();
+    if (!isOpen) {
+        EXPECT_EQ(file.model(), nullptr);
+        return;
+    }
+    EXPECT_EQ(output, expectedOutput());
+
+    // What was written reads as the same model, and once more gives the same bytes.
+    KpIfcFile again;
+    ASSERT_TRUE(open(again, output, expected.textsEncoded)) << again.error();
+    EXPECT_EQ(again.model()->count(), file.model()->count()) << findings(again.report());
+    EXPECT_EQ(again.model()->keptRecordCount(), file.model()->keptRecordCount()) << findings(again.report());
+    const bool cutOff = output.find("/* cut off: ") != std::string::npos; // comments are not part of the data
+    if (!cutOff) {
+        EXPECT_EQ(saved(again), output);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, CasesTest, testing::ValuesIn(cases()), caseName);
+
+TEST(Cases, HaveNoLeftovers) {
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(kCases)) {
+        std::string path = entry.path().string();
+        for (const char* suffix : {".out.ifc", ".expect"}) {
+            if (path.size() > std::string(suffix).size() &&
+                path.compare(path.size() - std::string(suffix).size(), std::string::npos, suffix) == 0) {
+                path.resize(path.size() - std::string(suffix).size());
+                EXPECT_TRUE(fs::exists(path + ".ifc")) << entry.path() << " belongs to no case";
+                break;
+            }
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,64 @@
+#include "SampleFiles.h"
+#include "StepFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+
+namespace fs = std::filesystem;
+using namespace KP_SDAI;
+
+namespace {
+
+const fs::path kSamples = fs::path(KP_SHARED_DIR) / "samples";
+
+class SamplesTest : public testing::TestWithParam<fs::path> {
+protected:
+    void SetUp() override {
+        if (GetParam().empty()) {
+            GTEST_SKIP() << "no sample files in " << kSamples;
+        }
+    }
+};
+
+/// However a file is read and however often it is written, the bytes are the same; what was written reads as the same.
+TEST_P(SamplesTest, AreWrittenAlikeWhereverTheyComeFrom) {
+    const UnpackedFile sample(GetParam());
+    KpIfcFile fromPath;
+    ASSERT_EQ(fromPath.open(sample.path().string()), KP::eOk) << fromPath.error();
+    const std::string written = saved(fromPath);
+    EXPECT_TRUE(saved(fromPath) == written) << "writing twice gives two files";
+    KpIfcFile fromMemory = opened(contentOf(sample.path()));
+    EXPECT_TRUE(saved(fromMemory) == written) << "reading from memory gives another model";
+    EXPECT_EQ(findings(fromMemory.report()), findings(fromPath.report()));
+
+    const fs::path copy = fs::path(testing::TempDir()) / ("kp_" + sample.path().filename().string());
+    ASSERT_EQ(fromPath.save(copy.string()), KP::eOk) << fromPath.error();
+    EXPECT_TRUE(contentOf(copy) == written) << "the file on disk differs";
+    fs::remove(copy);
+
+    KpIfcFile again = opened(written);
+    EXPECT_EQ(again.model()->count(), fromPath.model()->count());
+    EXPECT_EQ(again.model()->keptRecordCount(), fromPath.model()->keptRecordCount());
+    EXPECT_TRUE(saved(again) == written) << "what was written is not written alike again";
+}
+
+/// One case a file; an empty path, which is skipped, where there are none.
+std::vector<fs::path> samples() {
+    std::vector<fs::path> paths = findSamples(kSamples);
+    if (paths.empty()) {
+        paths.emplace_back();
+    }
+    return paths;
+}
+
+std::string nameOf(const testing::TestParamInfo<fs::path>& info) {
+    std::string name = info.param.empty() ? "absent" : info.param.filename().string();
+    std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, SamplesTest, testing::ValuesIn(samples()), nameOf);
+
+} // namespace

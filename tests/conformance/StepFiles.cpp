@@ -1,0 +1,53 @@
+#include "StepFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+using namespace KP_SDAI;
+
+namespace {
+
+constexpr std::string_view kBegin = "ISO-10303-21;\nHEADER;\nFILE_DESCRIPTION((''),'2;1');\n"
+                                    "FILE_NAME('','',(''),(''),'','','');\nFILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n";
+constexpr std::string_view kEnd = "ENDSEC;\nEND-ISO-10303-21;\n";
+
+} // namespace
+
+std::string contentOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file.is_open()) << path;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string stepFile(std::string_view records) {
+    return std::string(kBegin) + std::string(records) + std::string(kEnd);
+}
+
+std::string recordsOf(std::string_view content) {
+    const bool framed = content.size() >= kBegin.size() + kEnd.size() && content.substr(0, kBegin.size()) == kBegin &&
+                        content.substr(content.size() - kEnd.size()) == kEnd;
+    EXPECT_TRUE(framed) << content.substr(0, 1000);
+    return framed ? std::string(content.substr(kBegin.size(), content.size() - kBegin.size() - kEnd.size())) : "";
+}
+
+KpIfcFile opened(std::string_view content) {
+    KpIfcFile file;
+    EXPECT_EQ(file.openMemory(content.data(), content.size()), KP::eOk) << file.error();
+    return file;
+}
+
+std::string saved(KpIfcFile& file) {
+    std::string out;
+    EXPECT_EQ(file.saveToMemory(out), KP::eOk) << file.error();
+    return out;
+}
+
+std::string findings(const KpIfcReport& report) {
+    std::string out;
+    for (const KpIfcReportEntry& entry : report.entries()) {
+        out += entry.text() + '\n';
+    }
+    return out;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcFile.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+/// The bytes of a file; fails the test where it cannot be read.
+std::string contentOf(const std::filesystem::path& path);
+/// A file with these lines in its data section.
+std::string stepFile(std::string_view records);
+/// The records of such a file; fails the test where it has another frame.
+std::string recordsOf(std::string_view content);
+
+/// A file read from a text; fails the test where it cannot be.
+KP_SDAI::KpIfcFile opened(std::string_view content);
+/// What would be written; fails the test where it cannot be.
+std::string saved(KP_SDAI::KpIfcFile& file);
+/// Every finding, a line each.
+std::string findings(const KP_SDAI::KpIfcReport& report);
