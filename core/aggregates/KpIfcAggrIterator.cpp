@@ -5,4 +5,4 @@ namespace KP_SDAI {
 KpIfcAggrConstIterator::~KpIfcAggrConstIterator() = default;
 KpIfcAggrIterator::~KpIfcAggrIterator() = default;
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -7,4 +7,4 @@ namespace KP_SDAI {
 /// "[0:?]" for 0 and Consts::KpIntUnset.
 std::string boundsText(int lower, int upper);
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -8,7 +8,7 @@ std::uint32_t hashNoCase(std::string_view name) {
     return hash;
 }
 
-}  // namespace
+} // namespace
 
 Dictionary::~Dictionary() = default;
 

@@ -22,4 +22,4 @@ KpIfcListType::~KpIfcListType() = default;
 KpIfcSetType::~KpIfcSetType() = default;
 KpIfcArrayType::~KpIfcArrayType() = default;
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -44,8 +44,8 @@ const char* KpIfcDerivedAttributeDefinition::displayName() const {
 
 KpIfcInverseAttributeDefinition::KpIfcInverseAttributeDefinition(const char* name, const KpIfcEntityType* owner,
                                                                  DictionaryInstance* domain,
-                                                                 KpIfcExplicitAttributeDefinition* inverted, int minimum,
-                                                                 int maximum, bool)
+                                                                 KpIfcExplicitAttributeDefinition* inverted,
+                                                                 int minimum, int maximum, bool)
     : KpIfcAttributeDefinition(name, domain, owner), m_inverted(inverted), m_minimum(minimum), m_maximum(maximum) {}
 
 bool KpIfcInverseAttributeDefinition::isSingleValued() const {
@@ -65,4 +65,4 @@ std::string KpIfcInverseAttributeDefinition::declarationText() const {
     return typeText() + " FOR " + (m_inverted ? m_inverted->name() : "?");
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

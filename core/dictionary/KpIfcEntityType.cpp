@@ -4,11 +4,7 @@ namespace KP_SDAI {
 
 KpIfcEntityType::KpIfcEntityType(KpIfcSchema* schema, const char* name, Factory factory, PropertyBuilder builder,
                                  const KpIfcEntityType* supertype)
-    : KpIfcNameType(name),
-      m_schema(schema),
-      m_factory(factory),
-      m_propertyBuilder(builder),
-      m_supertype(supertype) {}
+    : KpIfcNameType(name), m_schema(schema), m_factory(factory), m_propertyBuilder(builder), m_supertype(supertype) {}
 
 KpIfcEntityType::~KpIfcEntityType() = default;
 
@@ -49,8 +45,8 @@ const KpIfcAttributeDefinition* KpIfcEntityType::findAttribute(std::string_view 
     return nullptr;
 }
 
-const KpIfcDerivedAttributeDefinition* KpIfcEntityType::redeclarationOf(
-    const KpIfcAttributeDefinition& attribute) const {
+const KpIfcDerivedAttributeDefinition*
+KpIfcEntityType::redeclarationOf(const KpIfcAttributeDefinition& attribute) const {
     for (const KpIfcEntityType* type = this; type && type != attribute.owner(); type = type->m_supertype)
         for (const auto& own : type->m_attributes)
             if (const auto* derived = own->as<KpIfcDerivedAttributeDefinition>())
@@ -74,4 +70,4 @@ void KpIfcEntityType::facts(const KpIfcEntityFacts* facts) {
     for (std::uint32_t i = 0; i < facts->attributeCount; ++i) m_recordFields.push_back(&facts->attributes[i]);
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -9,4 +9,4 @@ KpIfcEnumerationType::KpIfcEnumerationType(KpTypeCode* code, const std::list<KpA
 
 KpIfcEnumerationType::~KpIfcEnumerationType() = default;
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

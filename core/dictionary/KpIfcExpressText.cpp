@@ -52,7 +52,7 @@ std::string listText(const char* head, const Items& items, Name name) {
     return text + ')';
 }
 
-}  // namespace
+} // namespace
 
 std::string expressText(const DictionaryInstance* type) {
     if (!type) return "?";
@@ -75,4 +75,4 @@ std::string definitionText(const KpIfcDefinedType& type) {
     return expressText(type.underlyingType());
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -73,4 +73,4 @@ std::vector<const KpIfcDefinedType*> KpIfcSchema::typesOver(const DictionaryInst
     return types;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

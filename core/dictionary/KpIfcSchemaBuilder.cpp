@@ -6,9 +6,7 @@
 using namespace KP_SDAI;
 
 KpIfcSchemaBuilder::KpIfcSchemaBuilder(KpIfcSchema* s, const KpAnsiString& name)
-    : schema(s),
-      entityDictionary(&s->m_entities),
-      typeDictionary(&s->m_types),
+    : schema(s), entityDictionary(&s->m_entities), typeDictionary(&s->m_types),
       anonymousTypeDictionary(&s->m_anonymousTypes) {
     s->m_name = name.constStr();
 }
@@ -54,7 +52,7 @@ std::string nameOf(const KpIfcAttributeDefinition& attribute) {
     return std::string(attribute.owner() ? attribute.owner()->name() : "?") + '.' + attribute.name();
 }
 
-}  // namespace
+} // namespace
 
 void KpIfcSchemaBuilder::linkTypes() {
     for (const auto& [type, name] : pendingUnderlyingTypes) {

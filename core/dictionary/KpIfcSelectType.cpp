@@ -26,7 +26,7 @@ void flatten(const KpIfcSelectType& type, std::vector<const KpIfcSelectType*>& s
     }
 }
 
-}  // namespace
+} // namespace
 
 std::vector<const KpIfcNameType*> KpIfcSelectType::flattenedMembers() const {
     std::vector<const KpIfcSelectType*> selects;
@@ -35,4 +35,4 @@ std::vector<const KpIfcNameType*> KpIfcSelectType::flattenedMembers() const {
     return flattened;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

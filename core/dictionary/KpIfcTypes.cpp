@@ -21,7 +21,7 @@ const char* KpIfcDefinedType::displayName() const {
 }
 
 bool KpIfcDefinedType::isAnonymous() const {
-    return std::strpbrk(name(), " (") != nullptr;  // neither stands in an identifier
+    return std::strpbrk(name(), " (") != nullptr; // neither stands in an identifier
 }
 
 const KpIfcEnumerationType* KpIfcDefinedType::enumeration() const {
@@ -44,4 +44,4 @@ KpIfcSimpleType* KpIfcSimpleType::find(const char* name) {
     return nullptr;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -75,4 +75,4 @@ bool KpIfcEntityBase::isKindOf(const char*) const {
     return false;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

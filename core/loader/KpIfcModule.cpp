@@ -30,7 +30,7 @@ std::mutex g_lock;
 /// From then on nothing is unloaded: static objects of modules may be gone before those that hold a module.
 std::atomic<bool> g_processEnds{false};
 std::map<std::string, Loaded>& loadedLibraries() {
-    static auto& libraries = *new std::map<std::string, Loaded>;  // never freed: static objects may hold modules
+    static auto& libraries = *new std::map<std::string, Loaded>; // never freed: static objects may hold modules
     return libraries;
 }
 
@@ -68,7 +68,7 @@ bool isSchemaName(std::string_view name) {
     });
 }
 
-}  // namespace
+} // namespace
 
 std::shared_ptr<KpIfcModule> KpIfcModule::load(const std::string& schemaName, std::string& error) {
     const std::string name = moduleName(schemaName);
@@ -99,7 +99,7 @@ std::shared_ptr<KpIfcModule> KpIfcModule::loadFile(const std::string& path, std:
     if (found == libraries.end()) {
         void* library = shared_library::open(key, error);
         if (!library) return nullptr;
-        std::atexit([] { g_processEnds = true; });  // runs before what the library registered while it was opened
+        std::atexit([] { g_processEnds = true; }); // runs before what the library registered while it was opened
         using LifeCycle = KpIfcModuleLifeCycle* (*)();
         const auto lifeCycle = reinterpret_cast<LifeCycle>(shared_library::symbol(library, "kpGetModuleLifeCycleApp"));
         if (!lifeCycle) {
@@ -116,7 +116,8 @@ std::shared_ptr<KpIfcModule> KpIfcModule::loadFile(const std::string& path, std:
     module->m_lifeCycle = loaded.lifeCycle;
     const bool built = loaded.lifeCycle->initialise();
     using SchemaPointer = KpIfcSchema* (*)();
-    const auto schema = reinterpret_cast<SchemaPointer>(shared_library::symbol(loaded.library, "kpifcGetSchemaPointer"));
+    const auto schema =
+        reinterpret_cast<SchemaPointer>(shared_library::symbol(loaded.library, "kpifcGetSchemaPointer"));
     module->m_schema = built && schema ? schema() : nullptr;
     if (!module->m_schema) {
         error = path + ": gives no schema";
@@ -155,4 +156,4 @@ std::vector<std::string> KpIfcModule::available() {
     return names;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -33,4 +33,4 @@ std::string ownFolder() {
     return slash == std::string::npos ? "." : path.substr(0, slash);
 }
 
-}  // namespace KP_SDAI::shared_library
+} // namespace KP_SDAI::shared_library

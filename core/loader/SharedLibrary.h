@@ -19,4 +19,4 @@ extern const char* const kSuffix;
 /// What separates the folders of a search path.
 extern const char kPathSeparator;
 
-}  // namespace KP_SDAI::shared_library
+} // namespace KP_SDAI::shared_library

@@ -16,9 +16,9 @@ std::uint64_t nextSerial() {
 }
 
 constexpr std::size_t kFirstSlab = 4;
-constexpr std::size_t kLargestSlab = 256;  // chunks: 1 MiB
+constexpr std::size_t kLargestSlab = 256; // chunks: 1 MiB
 
-}  // namespace
+} // namespace
 
 InstanceTable::InstanceTable(KpIfcModel& model) : m_model(model), m_serial(nextSerial()) {}
 
@@ -50,8 +50,7 @@ KpIfcSlot* InstanceTable::slotSlow(std::uint64_t name) {
     if (name >= kDirectNames) return sparseSlot(name);
 
     const std::size_t page = stretch / kPage;
-    KpIfcSlotChunk* chunk =
-        page < m_pages.size() && m_pages[page] ? m_pages[page]->chunks[stretch % kPage] : nullptr;
+    KpIfcSlotChunk* chunk = page < m_pages.size() && m_pages[page] ? m_pages[page]->chunks[stretch % kPage] : nullptr;
     if (!chunk) {
         const bool affordable = m_denseChunks < m_budget + m_instances * 4 / KpIfcSlotChunk::kSlots;
         if (m_sparseStretches.count(stretch)) return sparseSlot(name);
@@ -104,4 +103,4 @@ void InstanceTable::sortSparse() {
     m_sparseSorted = true;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -61,11 +61,11 @@ private:
     KpIfcModel& m_model;
     std::uint64_t m_serial;
     std::uint64_t m_lastFirst = 0;
-    KpIfcSlotChunk* m_last = nullptr;  ///< the dense chunk used last
+    KpIfcSlotChunk* m_last = nullptr; ///< the dense chunk used last
 
     std::vector<std::unique_ptr<Page>> m_pages;
     std::uint64_t m_denseChunks = 0;
-    std::uint64_t m_budget = 16;    ///< dense chunks allowed besides those that the instances are worth
+    std::uint64_t m_budget = 16; ///< dense chunks allowed besides those that the instances are worth
     std::uint64_t m_instances = 0;
 
     std::unordered_map<std::uint64_t, KpIfcSlot*> m_sparseByName;
@@ -81,4 +81,4 @@ private:
     std::vector<std::unique_ptr<std::uint64_t[]>> m_sparseNames;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

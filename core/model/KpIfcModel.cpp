@@ -24,7 +24,7 @@ KpIfcEntityBase* KpIfcModel::create(std::string_view entityName, std::uint64_t i
 KpIfcEntityBase* KpIfcModel::create(const KpIfcEntityType* type, std::uint64_t instanceName) {
     if (!type || !type->facts() || type->isAbstract()) return nullptr;
     if (instanceName == 0) instanceName = m_data->highestName + 1;
-    if (instanceName == 0) return nullptr;  // the highest name is in use
+    if (instanceName == 0) return nullptr; // the highest name is in use
     KpIfcSlot* slot = m_data->table.slot(instanceName);
     m_data->table.sortSparse();
     if (slot->word != 0) return nullptr;
@@ -92,11 +92,11 @@ void KpIfcModel::Iterator::advance() {
         }
         m_current = KpDbObjectId(next).openObject();
         if (!next) return;
-        if (!m_current) continue;  // a record kept as text
+        if (!m_current) continue; // a record kept as text
         if (!m_type) return;
         const KpIfcEntityType* type = m_current->getInstanceType();
         if (type == m_type || (m_withSubtypes && m_current->isKindOf(m_type))) return;
     }
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -54,7 +54,7 @@ void ModelData::keepField(KpIfcEntityBase& instance, KeptField field) {
     instance.m_self |= KpIfcEntityBase::kKeptText;
     for (KeptField& kept : fields) {
         if (kept.field != field.field) continue;
-        kept.normal = std::move(field.normal);  // the source text is the one that was read first
+        kept.normal = std::move(field.normal); // the source text is the one that was read first
         return;
     }
     fields.push_back(std::move(field));
@@ -82,4 +82,4 @@ void ModelData::makeOrderExplicit() {
     m_explicitOrder = true;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

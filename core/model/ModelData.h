@@ -18,13 +18,13 @@ namespace KP_SDAI {
 
 /// The source text of something that has no class: a record, or structure of the file between records.
 struct alignas(8) KeptRecord {
-    std::string text;  ///< with its semicolon
+    std::string text; ///< with its semicolon
 };
 
 /// The source text of a field whose attribute cannot hold it. It is written as long as the attribute would be written
 /// as `normal`: as it was right after reading.
 struct KeptField {
-    static constexpr std::uint32_t kWholeRecord = UINT32_MAX;  ///< all parameters, where their number is wrong
+    static constexpr std::uint32_t kWholeRecord = UINT32_MAX; ///< all parameters, where their number is wrong
     std::uint32_t field;
     std::string source;
     std::string normal;
@@ -55,9 +55,7 @@ public:
     const KpIfcSchema& schema() const { return m_module->schema(); }
 
     /// Makes an instance in the model's memory that is in no slot yet.
-    KpIfcEntityBase* construct(const KpIfcEntityFacts& facts) {
-        return facts.construct(arena.allocate(facts.size));
-    }
+    KpIfcEntityBase* construct(const KpIfcEntityFacts& facts) { return facts.construct(arena.allocate(facts.size)); }
     /// Puts an instance into its empty slot, as the last in file order.
     void bind(KpIfcSlot* slot, KpIfcEntityBase* instance);
     /// Puts a record that stays text into the file order, and into its slot where it has one (an empty one).
@@ -101,10 +99,10 @@ private:
     // The order of a file is that of its names until something in it says otherwise.
     bool m_explicitOrder = false;
     std::vector<OrderEntry> m_order;
-    std::unordered_map<KpIfcSlot*, std::size_t> m_positions;  ///< in m_order; filled when a name comes twice
+    std::unordered_map<KpIfcSlot*, std::size_t> m_positions; ///< in m_order; filled when a name comes twice
     std::deque<KeptRecord> m_kept;
     std::unordered_map<const KpIfcEntityBase*, std::vector<KeptField>> m_keptFields;
     std::vector<KpIfcEntityBase*> m_toDestroy;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

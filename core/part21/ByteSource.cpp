@@ -26,7 +26,7 @@ std::unique_ptr<FileSource> FileSource::open(const std::string& path, std::strin
         error = path + ": " + std::strerror(errno);
         return nullptr;
     }
-    std::setvbuf(source->m_file, nullptr, _IONBF, 0);  // the window is the buffer
+    std::setvbuf(source->m_file, nullptr, _IONBF, 0); // the window is the buffer
     const std::uintmax_t size = std::filesystem::file_size(path, code);
     source->m_size = code ? 0 : size;
     return source;
@@ -65,4 +65,4 @@ bool Window::refill(const char*& place) {
     return got != 0;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -84,4 +84,4 @@ private:
     bool m_ended = false;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

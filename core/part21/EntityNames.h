@@ -51,4 +51,4 @@ private:
     std::vector<Row> m_table;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -18,7 +18,7 @@ std::string keywordOf(const char* begin) {
     return keyword;
 }
 
-}  // namespace
+} // namespace
 
 void FileReader::report(KpIfcFinding finding, KpIfcSeverity severity, std::string message) {
     m_report.add(findingAt(finding, severity, m_window.offsetOf(m_place), std::move(message)));
@@ -82,8 +82,8 @@ bool FileReader::readHeader(std::string& schema) {
             inHeader = true;
         } else if (!readHeaderRecord(end)) {
             report(KpIfcFinding::header, KpIfcSeverity::warning,
-                   "expected a header record, found '" +
-                       excerpt({m_place, static_cast<std::size_t>(end - m_place)}) + "'; kept as text");
+                   "expected a header record, found '" + excerpt({m_place, static_cast<std::size_t>(end - m_place)}) +
+                       "'; kept as text");
             m_header.append({keyword, {}}, std::string(m_place, end - 1));
         }
         m_place = end;
@@ -239,4 +239,4 @@ void FileReader::locateFindings() {
     }
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -45,4 +45,4 @@ private:
     std::string m_error;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -45,7 +45,7 @@ bool endsParameter(char c) {
     return c == ',' || c == ')';
 }
 
-}  // namespace
+} // namespace
 
 KpSpfFilerBase::KpSpfFilerBase(ModelData& data) : m_data(data) {}
 KpSpfFilerBase::~KpSpfFilerBase() = default;
@@ -229,7 +229,8 @@ bool KpSpfFilerBase::readText(std::string_view& text) {
     if (issues & KpStepText::kBadCodePoint)
         issue(KpIfcFinding::textEncoding, KpIfcSeverity::warning, m_data.utf8, "a code point that does not exist");
     if (issues & KpStepText::kControl)
-        issue(KpIfcFinding::textEncoding, KpIfcSeverity::note, false, "a control character or line end in a text, kept");
+        issue(KpIfcFinding::textEncoding, KpIfcSeverity::note, false,
+              "a control character or line end in a text, kept");
     return true;
 }
 
@@ -322,7 +323,7 @@ KP::ErrorStatus KpSpfFilerBase::rdInt(int& value, bool, bool separator) {
     if (!beginField(separator)) return KP::eInvalidInput;
     if (readInt(value)) {
         if (endsParameter(*m_cur) && value != Consts::KpIntUnset) return KP::eOk;
-        if (*m_cur == '.') {  // a whole number with a point: held, its text kept
+        if (*m_cur == '.') { // a whole number with a point: held, its text kept
             const char* p = m_cur + 1;
             while (*p == '0') ++p;
             if (endsParameter(*p)) {
@@ -365,10 +366,10 @@ KP::ErrorStatus KpSpfFilerBase::rdPrimitive(KpIfcLogical& value, bool, bool sepa
     }
     if (!endField(".T., .F. or .U.")) return KP::eInvalidInput;
     switch (literal.size() == 1 ? upperAscii(literal[0]) : ' ') {
-        case 'T': value = KpIfcLogical::True; return KP::eOk;
-        case 'F': value = KpIfcLogical::False; return KP::eOk;
-        case 'U': value = KpIfcLogical::Unknown; return KP::eOk;
-        default: return wrongValue(".T., .F. or .U.");
+    case 'T': value = KpIfcLogical::True; return KP::eOk;
+    case 'F': value = KpIfcLogical::False; return KP::eOk;
+    case 'U': value = KpIfcLogical::Unknown; return KP::eOk;
+    default: return wrongValue(".T., .F. or .U.");
     }
 }
 
@@ -433,7 +434,8 @@ bool KpSpfFilerBase::readSelect(KpIfcSelect& value) {
         value.setHandleOnLoad(handle);
         if (handle.openObject()) {
             if (!value.setHandleD(handle))
-                issue(KpIfcFinding::wrongReference, KpIfcSeverity::warning, false, "an instance of one of the alternatives");
+                issue(KpIfcFinding::wrongReference, KpIfcSeverity::warning, false,
+                      "an instance of one of the alternatives");
         } else if (!handle.isDefined()) {
             deferField();
         }
@@ -482,41 +484,39 @@ bool KpSpfFilerBase::readTyped(KpIfcSelect& value) {
 
 bool KpSpfFilerBase::readTypedValue(KpIfcSelect& value, const KpAnsiString& name) {
     switch (value.valueKind()) {
-        case kTypeReal: {
-            double number = 0;
-            if (!readReal(number) || number == Consts::KpRealUnset) return false;
-            value.storeDouble(number);
-            return true;
-        }
-        case kTypeInteger: {
-            int number = 0;
-            if (!readInt(number) || number == Consts::KpIntUnset) return false;
-            value.storeInt(number);
-            return true;
-        }
-        case kTypeString: {
-            std::string_view text;
-            if (!readText(text)) return false;
-            store(value.text(), text);
-            return !value.text().isUnset();
-        }
-        case kTypeBoolean: {
-            KpIfcBoolean code;
-            if (rdPrimitive(code, false, false) != KP::eOk || !code.isSet()) return false;
-            value.storeBoolean(code);
-            return true;
-        }
-        case kTypeLogical: {
-            KpIfcLogical code;
-            if (rdPrimitive(code, false, false) != KP::eOk || !code.isSet()) return false;
-            value.storeLogical(code);
-            return true;
-        }
-        case kTypeEnumeration: return value.readTypedField(name, this) == KP::eOk && m_cur[-1] != '$';
-        case kTypeAggregate:
-            m_ownsHeap = true;
-            return *m_cur == '(' && value.readTypedField(name, this) == KP::eOk;
-        default: return false;
+    case kTypeReal: {
+        double number = 0;
+        if (!readReal(number) || number == Consts::KpRealUnset) return false;
+        value.storeDouble(number);
+        return true;
+    }
+    case kTypeInteger: {
+        int number = 0;
+        if (!readInt(number) || number == Consts::KpIntUnset) return false;
+        value.storeInt(number);
+        return true;
+    }
+    case kTypeString: {
+        std::string_view text;
+        if (!readText(text)) return false;
+        store(value.text(), text);
+        return !value.text().isUnset();
+    }
+    case kTypeBoolean: {
+        KpIfcBoolean code;
+        if (rdPrimitive(code, false, false) != KP::eOk || !code.isSet()) return false;
+        value.storeBoolean(code);
+        return true;
+    }
+    case kTypeLogical: {
+        KpIfcLogical code;
+        if (rdPrimitive(code, false, false) != KP::eOk || !code.isSet()) return false;
+        value.storeLogical(code);
+        return true;
+    }
+    case kTypeEnumeration: return value.readTypedField(name, this) == KP::eOk && m_cur[-1] != '$';
+    case kTypeAggregate: m_ownsHeap = true; return *m_cur == '(' && value.readTypedField(name, this) == KP::eOk;
+    default: return false;
     }
 }
 
@@ -529,12 +529,12 @@ KpSpfFilerBase::AggregateStart KpSpfFilerBase::beginAggregate(bool optional, boo
         skipBlanks();
         if (*m_cur != ')') return AggregateStart::open;
         ++m_cur;
-        if (endField("an aggregate") && optional)  // it would be written "$"
+        if (endField("an aggregate") && optional) // it would be written "$"
             issue(KpIfcFinding::wrongValue, KpIfcSeverity::note, true, "'$' for an empty aggregate");
         return AggregateStart::none;
     }
     if (atUnset()) {
-        if (endField("an aggregate") && !optional)  // it would be written "()"
+        if (endField("an aggregate") && !optional) // it would be written "()"
             issue(KpIfcFinding::wrongValue, KpIfcSeverity::note, true, "an aggregate");
         return AggregateStart::none;
     }
@@ -641,9 +641,9 @@ bool KpSpfFilerBase::skipUntil(char c) {
             m_cur = p + 1;
             return true;
         }
-        const char* next = *p == '\''                   ? KpStepText::stringEnd(p + 1, m_end)
+        const char* next = *p == '\''                 ? KpStepText::stringEnd(p + 1, m_end)
                            : *p == '/' && p[1] == '*' ? lexer::commentEnd(p, m_end)
-                                                        : p + 1;
+                                                      : p + 1;
         if (!next) return false;
         p = next;
     }

@@ -67,7 +67,7 @@ void KpSpfFilerBase::putReal(double value) {
     if (std::fabs(value) < 1e6 && value == std::trunc(value) && !(value == 0 && std::signbit(value))) {
         char* end = std::to_chars(to, to + 16, static_cast<int>(value)).ptr;
         *end++ = '.';
-        if (end - to <= 5) {  // longer ones may be shorter with an exponent
+        if (end - to <= 5) { // longer ones may be shorter with an exponent
             m_written += static_cast<std::size_t>(end - to);
             return;
         }
@@ -201,48 +201,48 @@ void KpSpfFilerBase::wrPrimitive(const KpIfcSelect& value) {
 
 void KpSpfFilerBase::putSelect(const KpIfcSelect& value) {
     switch (value.valueKind()) {
-        case kTypeNone: return put('$');
-        case kTypeEntity: {
-            KpDbObjectId handle;
-            value.getHandle(handle);
-            return wrPrimitive(handle);
-        }
-        default: break;
+    case kTypeNone: return put('$');
+    case kTypeEntity: {
+        KpDbObjectId handle;
+        value.getHandle(handle);
+        return wrPrimitive(handle);
+    }
+    default: break;
     }
     const std::size_t before = m_written;
     for (const char* name = value.underlyingTypeName(); *name; ++name) put(upperAscii(*name));
     put('(');
     const std::size_t start = m_written;
     switch (value.valueKind()) {
-        case kTypeReal: {
-            double number = 0;
-            value.getDouble(number);
-            putReal(number);
-            break;
-        }
-        case kTypeInteger: {
-            int number = 0;
-            value.getInt(number);
-            wrPrimitive(number);
-            break;
-        }
-        case kTypeBoolean: {
-            KpIfcBoolean code;
-            value.getBoolean(code);
-            wrPrimitive(code, false, false);
-            break;
-        }
-        case kTypeLogical: {
-            KpIfcLogical code;
-            value.getLogical(code);
-            wrPrimitive(code, false, false);
-            break;
-        }
-        case kTypeString: wrPrimitive(*value.getString()); break;
-        // Writing changes nothing; the operation is not const because reading shares its shape.
-        default: const_cast<KpIfcSelect&>(value).writeTypedField(this); break;
+    case kTypeReal: {
+        double number = 0;
+        value.getDouble(number);
+        putReal(number);
+        break;
     }
-    if (m_written == start + 1 && m_buffer[start] == '$') {  // an alternative without a value is no value
+    case kTypeInteger: {
+        int number = 0;
+        value.getInt(number);
+        wrPrimitive(number);
+        break;
+    }
+    case kTypeBoolean: {
+        KpIfcBoolean code;
+        value.getBoolean(code);
+        wrPrimitive(code, false, false);
+        break;
+    }
+    case kTypeLogical: {
+        KpIfcLogical code;
+        value.getLogical(code);
+        wrPrimitive(code, false, false);
+        break;
+    }
+    case kTypeString: wrPrimitive(*value.getString()); break;
+    // Writing changes nothing; the operation is not const because reading shares its shape.
+    default: const_cast<KpIfcSelect&>(value).writeTypedField(this); break;
+    }
+    if (m_written == start + 1 && m_buffer[start] == '$') { // an alternative without a value is no value
         m_written = before;
         return put('$');
     }

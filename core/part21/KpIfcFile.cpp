@@ -103,7 +103,7 @@ KP::ErrorStatus KpIfcFile::saveToMemory(std::string& out) {
         m_state->error = "no model to write";
         return KP::eNotAvailable;
     }
-    out.reserve(m_state->size + m_state->size / 16);  // mostly, what was read is about what is written
+    out.reserve(m_state->size + m_state->size / 16); // mostly, what was read is about what is written
     m_state->write([&](std::string_view piece) {
         out.append(piece);
         return true;
@@ -130,4 +130,4 @@ std::uint64_t KpIfcFile::size() const {
     return m_state->size;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -17,7 +17,7 @@ std::vector<KpStepValue> emptyFields(std::string_view keyword) {
     return {list};
 }
 
-}  // namespace
+} // namespace
 
 const KpIfcHeaderRecord* KpIfcHeader::find(std::string_view keyword) const {
     for (const KpIfcHeaderRecord& record : m_records)
@@ -102,4 +102,4 @@ std::string KpIfcHeader::source(std::size_t index) const {
     return text + ')';
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -4,10 +4,11 @@ namespace KP_SDAI {
 
 const char* findingName(KpIfcFinding finding) {
     static constexpr const char* kNames[] = {
-        "unreadable-record", "unknown-entity",     "complex-record",  "duplicate-name",    "attribute-count",
-        "wrong-value",       "unknown-literal",    "wrong-alternative", "dangling-reference", "wrong-reference",
-        "not-kept",          "abstract-entity",    "text-encoding",   "instance-name",     "section-structure",
-        "truncated",         "trailing-text",      "header",          "not-finite"};
+        "unreadable-record",  "unknown-entity",  "complex-record",    "duplicate-name",
+        "attribute-count",    "wrong-value",     "unknown-literal",   "wrong-alternative",
+        "dangling-reference", "wrong-reference", "not-kept",          "abstract-entity",
+        "text-encoding",      "instance-name",   "section-structure", "truncated",
+        "trailing-text",      "header",          "not-finite"};
     static_assert(std::size(kNames) == static_cast<std::size_t>(KpIfcFinding::count_));
     return kNames[static_cast<std::size_t>(finding)];
 }
@@ -40,4 +41,4 @@ void KpIfcReport::clear() {
     *this = KpIfcReport();
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

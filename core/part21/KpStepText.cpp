@@ -72,13 +72,13 @@ constexpr std::uint16_t kPages[7][96] = {
 /// Page I: ISO 8859-9 is 8859-1 with six Turkish letters.
 std::uint32_t latin5(std::uint32_t byte) {
     switch (byte) {
-        case 0xD0: return 0x011E;
-        case 0xDD: return 0x0130;
-        case 0xDE: return 0x015E;
-        case 0xF0: return 0x011F;
-        case 0xFD: return 0x0131;
-        case 0xFE: return 0x015F;
-        default: return byte;
+    case 0xD0: return 0x011E;
+    case 0xDD: return 0x0130;
+    case 0xDE: return 0x015E;
+    case 0xF0: return 0x011F;
+    case 0xFD: return 0x0131;
+    case 0xFE: return 0x015F;
+    default: return byte;
     }
 }
 
@@ -165,7 +165,7 @@ std::size_t runLength(std::string_view text, std::size_t digits) {
 /// Decodes a well-formed run of code units of `digits` digits, its \X0\ included.
 void decodeRun(std::string_view run, std::size_t digits, std::string& out, unsigned& issues) {
     run.remove_suffix(4);
-    std::uint32_t high = 0;  // the first half of a surrogate pair, waiting for the second
+    std::uint32_t high = 0; // the first half of a surrogate pair, waiting for the second
     const auto replace = [&] {
         appendUtf8(out, 0xFFFD);
         issues |= kBadCodePoint;
@@ -201,12 +201,12 @@ std::size_t directiveLength(std::string_view text) {
     return run ? run + 4 : 0;
 }
 
-}  // namespace
+} // namespace
 
 void decode(std::string_view encoded, std::string& out, unsigned& issues) {
     out.clear();
     char page = 'A';
-    int rawIsUtf8 = -1;  // looked at when the first byte above 127 comes
+    int rawIsUtf8 = -1; // looked at when the first byte above 127 comes
     std::size_t i = 0;
     while (i < encoded.size()) {
         const std::string_view rest = encoded.substr(i);
@@ -261,7 +261,7 @@ std::string decode(std::string_view encoded) {
 
 void encode(std::string_view utf8, std::string& out) {
     static constexpr char kHex[] = "0123456789ABCDEF";
-    int run = 0;  // hexadecimal digits of a unit in the open run; 0 where none is open
+    int run = 0; // hexadecimal digits of a unit in the open run; 0 where none is open
     const auto toRun = [&](int digits) {
         if (run == digits) return;
         if (run) out += "\\X0\\";
@@ -295,7 +295,7 @@ bool isEncoded(std::string_view text) {
             i += 2;
         } else if (text[i] == '\\') {
             const std::size_t length = directiveLength(text.substr(i));
-            if (length == 0 && i + 1 == text.size()) return false;  // would take the closing apostrophe with it
+            if (length == 0 && i + 1 == text.size()) return false; // would take the closing apostrophe with it
             i += length ? length : 1;
         } else {
             ++i;
@@ -338,4 +338,4 @@ char* writeReal(double value, char* to) {
     return exponent + length;
 }
 
-}  // namespace KP_SDAI::KpStepText
+} // namespace KP_SDAI::KpStepText

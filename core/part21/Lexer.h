@@ -7,7 +7,9 @@
 /// Steps over what separates tokens and over whole tokens, between `p` and `end`, where a zero stands.
 namespace KP_SDAI::lexer {
 
-inline bool isComment(const char* p) { return *p == '/' && p[1] == '*'; }
+inline bool isComment(const char* p) {
+    return *p == '/' && p[1] == '*';
+}
 
 /// Behind a comment that begins at `p`; null where it does not end.
 inline const char* commentEnd(const char* p, const char* end) {
@@ -35,7 +37,9 @@ inline const char* skipBlanks(const char* p, const char* end) {
     }
 }
 
-inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
+inline bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 /// True where a line begins like a record: "#12=".
 inline bool beginsRecord(const char* line, const char* end) {
@@ -60,32 +64,32 @@ inline const char* parameterEnd(const char* p, const char* end) {
     int depth = 0;
     while (p < end) {
         switch (*p) {
-            case '\'': {
-                const char* const text = p;
-                p = KpStepText::stringEnd(p + 1, end);
-                if (!p || holdsRecordLine(text, p)) return nullptr;
+        case '\'': {
+            const char* const text = p;
+            p = KpStepText::stringEnd(p + 1, end);
+            if (!p || holdsRecordLine(text, p)) return nullptr;
+            continue;
+        }
+        case '/':
+            if (p[1] == '*') {
+                p = commentEnd(p, end);
+                if (!p) return nullptr;
                 continue;
             }
-            case '/':
-                if (p[1] == '*') {
-                    p = commentEnd(p, end);
-                    if (!p) return nullptr;
-                    continue;
-                }
-                break;
-            case '(': ++depth; break;
-            case ')':
-                if (depth == 0) return p;
-                --depth;
-                break;
-            case ',':
-                if (depth == 0) return p;
-                break;
-            case ';': return nullptr;
-            case '\n':
-                if (beginsRecord(p + 1, end)) return nullptr;
-                break;
-            default: break;
+            break;
+        case '(': ++depth; break;
+        case ')':
+            if (depth == 0) return p;
+            --depth;
+            break;
+        case ',':
+            if (depth == 0) return p;
+            break;
+        case ';': return nullptr;
+        case '\n':
+            if (beginsRecord(p + 1, end)) return nullptr;
+            break;
+        default: break;
         }
         ++p;
     }
@@ -127,12 +131,16 @@ inline const char* missingEnd(const char* p, const char* end) {
     return missing;
 }
 
-inline bool isKeywordStart(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '!'; }
-inline bool isKeywordPart(char c) { return isKeywordStart(c) || isDigit(c) || c == '-'; }
+inline bool isKeywordStart(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '!';
+}
+inline bool isKeywordPart(char c) {
+    return isKeywordStart(c) || isDigit(c) || c == '-';
+}
 
 inline const char* keywordEnd(const char* p) {
     while (isKeywordPart(*p)) ++p;
     return p;
 }
 
-}  // namespace KP_SDAI::lexer
+} // namespace KP_SDAI::lexer

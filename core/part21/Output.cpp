@@ -69,4 +69,4 @@ std::string Output::error() const {
     return std::strerror(m_reason);
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -26,9 +26,9 @@ private:
     bool fail();
 
     std::string m_path;
-    std::string m_beside;  ///< empty where the target is written directly
+    std::string m_beside; ///< empty where the target is written directly
     std::FILE* m_file = nullptr;
     int m_reason = 0;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -15,7 +15,7 @@ KpIfcReportEntry findingAt(KpIfcFinding finding, KpIfcSeverity severity, std::ui
     entry.finding = finding;
     entry.severity = severity;
     entry.offset = offset;
-    entry.line = 1;  // counted when everything is read
+    entry.line = 1; // counted when everything is read
     entry.message = std::move(message);
     return entry;
 }
@@ -45,9 +45,9 @@ const char* nextRecordLine(const char* p, const char* end) {
     return nullptr;
 }
 
-/// Where a record that could not be bound ends: behind its ';', or before a line that looks like the next record, so that
-/// a missing semicolon or apostrophe does not take the records behind it along. Null where neither comes before `end`.
-/// Looks as far as it must, so that many damaged records cost no more than their length.
+/// Where a record that could not be bound ends: behind its ';', or before a line that looks like the next record, so
+/// that a missing semicolon or apostrophe does not take the records behind it along. Null where neither comes before
+/// `end`. Looks as far as it must, so that many damaged records cost no more than their length.
 const char* damagedRecordEnd(const char* begin, const char* end) {
     for (std::ptrdiff_t reach = 256;; reach *= 4) {
         const char* const limit = end - begin > reach ? begin + reach : end;
@@ -60,11 +60,10 @@ const char* damagedRecordEnd(const char* begin, const char* end) {
 
 bool isStatement(const char* begin, const char* end, std::string_view name) {
     return end - begin >= static_cast<std::ptrdiff_t>(name.size()) &&
-           equalNoCase(begin, name.size(), std::string(name).c_str()) &&
-           !lexer::isKeywordPart(begin[name.size()]);
+           equalNoCase(begin, name.size(), std::string(name).c_str()) && !lexer::isKeywordPart(begin[name.size()]);
 }
 
-}  // namespace
+} // namespace
 
 RecordReader::RecordReader(ModelData& data, Window& window, KpIfcReport& report)
     : m_data(data), m_window(window), m_report(report), m_names(data.schema()), m_filer(data) {}
@@ -79,7 +78,7 @@ bool RecordReader::readSection(const char*& place) {
         }
         if (*place == '#' && readRecordWithin(place, failure)) continue;
         if (m_window.end() - place < Window::kReach && !m_window.hasEnded()) {
-            m_window.refill(place);  // what fails close to the end of the window may be whole behind it
+            m_window.refill(place); // what fails close to the end of the window may be whole behind it
             continue;
         }
         if (*place == '#' && lexer::isComment(failure.place)) m_openComment = m_window.offsetOf(m_window.end());
@@ -87,8 +86,8 @@ bool RecordReader::readSection(const char*& place) {
         const char* const begin = place;
         const bool isFrame = *begin == ';' || isStatement(begin, m_window.end(), "ENDSEC") ||
                              isStatement(begin, m_window.end(), "END-ISO-10303-21");
-        const char* const end = isFrame ? lexer::recordEnd(begin, m_window.end())
-                                        : damagedRecordEnd(begin, m_window.end());
+        const char* const end =
+            isFrame ? lexer::recordEnd(begin, m_window.end()) : damagedRecordEnd(begin, m_window.end());
         if (!end && m_window.refill(place)) continue;
         if (!end) return false;
         if (*begin == '#') {
@@ -241,8 +240,9 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
 void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance,
                         std::string_view parameters) {
     if (slot->word != 0) {
-        KpIfcReportEntry entry = findingAt(KpIfcFinding::duplicateName, KpIfcSeverity::warning, m_filer.m_recordOffset,
-                                           "the instance name stands before; this record counts, the other is kept as text");
+        KpIfcReportEntry entry =
+            findingAt(KpIfcFinding::duplicateName, KpIfcSeverity::warning, m_filer.m_recordOffset,
+                      "the instance name stands before; this record counts, the other is kept as text");
         entry.instanceName = KpDbObjectId(slot).instanceName();
         entry.entity = type.name();
         m_report.add(std::move(entry));
@@ -252,8 +252,8 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
     m_data.bind(slot, instance);
     if (m_filer.m_ownsHeap) m_data.noteHeap(*instance);
     if (type.isAbstract()) {
-        KpIfcReportEntry entry = findingAt(KpIfcFinding::abstractEntity, KpIfcSeverity::warning,
-                                           m_filer.m_recordOffset, "the entity is abstract; read all the same");
+        KpIfcReportEntry entry = findingAt(KpIfcFinding::abstractEntity, KpIfcSeverity::warning, m_filer.m_recordOffset,
+                                           "the entity is abstract; read all the same");
         entry.instanceName = KpDbObjectId(slot).instanceName();
         entry.entity = type.name();
         m_report.add(std::move(entry));
@@ -289,19 +289,20 @@ void RecordReader::takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& inst
         const std::string_view source(issue.begin, static_cast<std::size_t>(issue.end - issue.begin));
         std::string message;
         switch (issue.finding) {
-            case KpIfcFinding::textEncoding: message = issue.expected; break;
-            case KpIfcFinding::wrongReference:
-                message = "refers to an instance of another entity than " + std::string(issue.expected);
-                break;
-            default:
-                message = "found " + excerpt(source) + ", expected " + issue.expected;
-                if (issue.keep) message += "; the text is kept";
+        case KpIfcFinding::textEncoding: message = issue.expected; break;
+        case KpIfcFinding::wrongReference:
+            message = "refers to an instance of another entity than " + std::string(issue.expected);
+            break;
+        default:
+            message = "found " + excerpt(source) + ", expected " + issue.expected;
+            if (issue.keep) message += "; the text is kept";
         }
         reportField(issue.finding, issue.severity, instance, issue.field, m_window.offsetOf(issue.begin),
                     std::move(message));
         if (issue.keep) {
             const char* const end = lexer::parameterEnd(issue.begin, m_filer.m_end);
-            keep(issue.field, end ? std::string_view(issue.begin, static_cast<std::size_t>(end - issue.begin)) : source);
+            keep(issue.field,
+                 end ? std::string_view(issue.begin, static_cast<std::size_t>(end - issue.begin)) : source);
         }
     }
     if (m_filer.m_missing || m_tooManyParameters) {
@@ -332,10 +333,11 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
         m_report.add(std::move(entry));
     }
     m_data.keep(std::move(text), slot);
-    if (!slot) ++m_data.keptCount;  // a record all the same, of no name
+    if (!slot) ++m_data.keptCount; // a record all the same, of no name
 }
 
-// -- references to instances that came later ---------------------------------------------------------------------------
+// -- references to instances that came later
+// ---------------------------------------------------------------------------
 
 namespace {
 
@@ -377,7 +379,7 @@ void visitSelects(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Vis
     }
 }
 
-}  // namespace
+} // namespace
 
 void RecordReader::finish() {
     for (const KpSpfFilerBase::PendingField& pending : m_filer.m_pending) {
@@ -405,9 +407,9 @@ void RecordReader::resolve(KpIfcEntityBase& instance, std::uint32_t field, std::
     });
     if (check.wrong)
         reportField(KpIfcFinding::wrongReference, KpIfcSeverity::warning, instance, field, offset,
-                    check.declared ? "refers to an instance of another entity than " +
-                                         std::string(check.declared->displayName())
-                                   : std::string("refers to an instance of none of the alternatives"));
+                    check.declared
+                        ? "refers to an instance of another entity than " + std::string(check.declared->displayName())
+                        : std::string("refers to an instance of none of the alternatives"));
     if (!check.dangling) return;
 
     // The members hold null from now on; what the file has is kept as text.
@@ -433,4 +435,4 @@ void RecordReader::resolve(KpIfcEntityBase& instance, std::uint32_t field, std::
         }
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

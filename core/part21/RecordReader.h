@@ -44,8 +44,8 @@ private:
     void takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::string_view parameters);
     void keepRecord(const char* begin, const char* end, Failure& failure);
     void resolve(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset);
-    void reportField(KpIfcFinding finding, KpIfcSeverity severity, const KpIfcEntityBase& instance,
-                     std::uint32_t field, std::uint64_t offset, std::string message);
+    void reportField(KpIfcFinding finding, KpIfcSeverity severity, const KpIfcEntityBase& instance, std::uint32_t field,
+                     std::uint64_t offset, std::string message);
 
     ModelData& m_data;
     Window& m_window;
@@ -53,8 +53,8 @@ private:
     EntityNames m_names;
     KpSpfFilerBase m_filer;
     bool m_tooManyParameters = false;
-    const char* m_end = nullptr;      ///< how far the record that is being read may look
-    std::uint64_t m_openComment = 0;  ///< a comment before this offset did not end before it
+    const char* m_end = nullptr;     ///< how far the record that is being read may look
+    std::uint64_t m_openComment = 0; ///< a comment before this offset did not end before it
 };
 
 /// Begins a report entry at a place of the source.
@@ -63,4 +63,4 @@ KpIfcReportEntry findingAt(KpIfcFinding finding, KpIfcSeverity severity, std::ui
 /// A short piece of source text for a message.
 std::string excerpt(std::string_view text);
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -116,4 +116,4 @@ bool RecordWriter::writeFile(const KpIfcHeader& header, const FileFrame& frame, 
     return ok && flush(sink, 0);
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -15,10 +15,10 @@ namespace KP_SDAI {
 
 /// What a file has around its header records and instances.
 struct FileFrame {
-    std::string beforeData;        ///< sections between HEADER and DATA, as text
-    std::string dataOpening;       ///< "DATA;" or with parameters
-    std::string behindData;        ///< sections behind the first DATA that are no DATA, as text
-    std::string behindEnd;         ///< signature sections
+    std::string beforeData;  ///< sections between HEADER and DATA, as text
+    std::string dataOpening; ///< "DATA;" or with parameters
+    std::string behindData;  ///< sections behind the first DATA that are no DATA, as text
+    std::string behindEnd;   ///< signature sections
 };
 
 /// Writes instances as records.
@@ -46,4 +46,4 @@ private:
 /// The parameters of a parameter list, without what separates them.
 std::vector<std::string_view> splitParameters(const std::string& parameters);
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

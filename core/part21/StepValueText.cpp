@@ -64,7 +64,7 @@ const char* readValues(const char* p, const char* end, std::vector<KpStepValue>&
     }
 }
 
-}  // namespace
+} // namespace
 
 const char* readStepValues(const char* p, const char* end, std::vector<KpStepValue>& values) {
     return readValues(p, end, values, 0);
@@ -77,25 +77,25 @@ void writeStepValues(const std::vector<KpStepValue>& values, std::string& out) {
         if (next) out += ',';
         next = true;
         switch (value.kind) {
-            case Kind::unset: out += '$'; break;
-            case Kind::derived: out += '*'; break;
-            case Kind::string:
-                out += '\'';
-                KpStepText::encode(value.text, out);
-                out += '\'';
-                break;
-            case Kind::enumeration: out += '.' + value.text + '.'; break;
-            case Kind::binary: out += '"' + value.text + '"'; break;
-            case Kind::number:
-            case Kind::reference: out += value.text; break;
-            case Kind::typed: out += value.text; [[fallthrough]];
-            case Kind::list:
-                out += '(';
-                writeStepValues(value.items, out);
-                out += ')';
-                break;
+        case Kind::unset: out += '$'; break;
+        case Kind::derived: out += '*'; break;
+        case Kind::string:
+            out += '\'';
+            KpStepText::encode(value.text, out);
+            out += '\'';
+            break;
+        case Kind::enumeration: out += '.' + value.text + '.'; break;
+        case Kind::binary: out += '"' + value.text + '"'; break;
+        case Kind::number:
+        case Kind::reference: out += value.text; break;
+        case Kind::typed: out += value.text; [[fallthrough]];
+        case Kind::list:
+            out += '(';
+            writeStepValues(value.items, out);
+            out += ')';
+            break;
         }
     }
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

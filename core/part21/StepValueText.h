@@ -13,4 +13,4 @@ const char* readStepValues(const char* p, const char* end, std::vector<KpStepVal
 /// Writes values, separated by commas, as files have them.
 void writeStepValues(const std::vector<KpStepValue>& values, std::string& out);
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

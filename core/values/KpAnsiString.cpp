@@ -13,7 +13,7 @@ namespace detail {
 // The unset text begins and ends with control characters, which no writer of texts uses.
 constinit const KpStaticText<1> g_emptyText{""};
 constinit const KpStaticText<10> g_unsetText{"\x01\x02unset\x02\x01"};
-}  // namespace detail
+} // namespace detail
 
 namespace {
 
@@ -30,7 +30,7 @@ std::size_t bytesFor(std::string_view text) {
     return sizeof(KpTextHeader) + text.size() + 1;
 }
 
-}  // namespace
+} // namespace
 
 KpAnsiString::KpAnsiString(const char* text, int length, code_page_id codePage) : m_text(detail::g_emptyText.text) {
     if (!text || length <= 0) return;
@@ -70,7 +70,8 @@ const char* KpAnsiString::place(KpArena& arena, std::string_view text) {
 }
 
 KpAnsiString& KpAnsiString::operator=(const char* text) {
-    const char* made = text == detail::g_unsetText.text ? text : make(text ? std::string_view(text) : std::string_view());
+    const char* made =
+        text == detail::g_unsetText.text ? text : make(text ? std::string_view(text) : std::string_view());
     release();
     m_text = made;
     return *this;
@@ -89,4 +90,4 @@ void KpAnsiString::destroy() noexcept {
     std::free(const_cast<char*>(m_text) - sizeof(KpTextHeader));
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

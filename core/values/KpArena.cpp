@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t kFirstBlock = 16 * 1024;
 constexpr std::size_t kLargestBlock = 1024 * 1024;
 constexpr std::size_t kHeader = 16;
-}  // namespace
+} // namespace
 
 KpArena::~KpArena() {
     while (m_blocks) {
@@ -36,10 +36,10 @@ void* KpArena::allocateSlow(std::size_t size) {
     block->previous = m_blocks;
     m_blocks = block;
     char* start = reinterpret_cast<char*>(block) + kHeader;
-    if (own) return start;  // a large piece has its block to itself; the current one goes on
+    if (own) return start; // a large piece has its block to itself; the current one goes on
     m_next = start + size;
     m_end = start + room;
     return start;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

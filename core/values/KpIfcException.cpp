@@ -4,4 +4,4 @@ namespace KP_SDAI {
 
 KpIfcException::~KpIfcException() = default;
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

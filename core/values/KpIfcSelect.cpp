@@ -69,7 +69,7 @@ void KpIfcSelect::storeLogical(KpIfcLogical value) {
 }
 
 void KpIfcSelect::storeString(const KpAnsiString& value) {
-    KpAnsiString copy(value);  // may be this select's own
+    KpAnsiString copy(value); // may be this select's own
     releaseValue();
     ::new (&m_value.text) KpAnsiString(std::move(copy));
     m_kind = kTypeString;
@@ -89,13 +89,13 @@ void KpIfcSelect::storeHandle(const KpDbObjectId& handle) {
 
 void KpIfcSelect::storeUnset(KpTypeCodeKind kind) {
     switch (kind) {
-        case kTypeReal: return storeDouble(Consts::KpRealUnset);
-        case kTypeInteger: return storeInt(Consts::KpIntUnset);
-        case kTypeEnumeration: return storeInt(Consts::KpIntUnset, kTypeEnumeration);
-        case kTypeBoolean: return storeBoolean(KpIfcBoolean::Unset);
-        case kTypeLogical: return storeLogical(KpIfcLogical::Unset);
-        case kTypeString: return storeString(KpAnsiString::unset());
-        default: return storeHandle({});
+    case kTypeReal: return storeDouble(Consts::KpRealUnset);
+    case kTypeInteger: return storeInt(Consts::KpIntUnset);
+    case kTypeEnumeration: return storeInt(Consts::KpIntUnset, kTypeEnumeration);
+    case kTypeBoolean: return storeBoolean(KpIfcBoolean::Unset);
+    case kTypeLogical: return storeLogical(KpIfcLogical::Unset);
+    case kTypeString: return storeString(KpAnsiString::unset());
+    default: return storeHandle({});
     }
 }
 
@@ -193,57 +193,57 @@ int compare(const KpIfcSelect& a, const KpIfcSelect& b) {
     if (const int c = order<int>(a.valueKind(), b.valueKind())) return c;
     int c = 0;
     switch (a.valueKind()) {
-        case kTypeNone: return 0;
-        case kTypeEntity: {
-            KpDbObjectId x, y;
-            a.getHandle(x);
-            b.getHandle(y);
-            return order(x, y);  // the alternative follows from the instance
-        }
-        case kTypeReal: {
-            double x = 0, y = 0;
-            a.getDouble(x);
-            b.getDouble(y);
-            c = order(orderedBits(x), orderedBits(y));
-            break;
-        }
-        case kTypeInteger:
-        case kTypeEnumeration: {
-            int x = 0, y = 0;
-            a.getInt(x);
-            b.getInt(y);
-            c = order(x, y);
-            break;
-        }
-        case kTypeBoolean: {
-            KpIfcBoolean x, y;
-            a.getBoolean(x);
-            b.getBoolean(y);
-            c = order(x.code(), y.code());
-            break;
-        }
-        case kTypeLogical: {
-            KpIfcLogical x, y;
-            a.getLogical(x);
-            b.getLogical(y);
-            c = order(x.code(), y.code());
-            break;
-        }
-        case kTypeString: c = order(*a.getString(), *b.getString()); break;
-        case kTypeAggregate:
-            // The two aggregate alternatives differ in container and element: arrays of reals, lists of integers.
-            c = order(a.getAggregate()->containerType(), b.getAggregate()->containerType());
-            if (c == 0 && a.getAggregate()->containerType() == KpIfcAggrContainerType::array)
-                c = orderElements<double>(*a.getAggregate(), *b.getAggregate(), orderedBits);
-            else if (c == 0)
-                c = orderElements<int>(*a.getAggregate(), *b.getAggregate(), [](int i) { return i; });
-            break;
-        default: break;
+    case kTypeNone: return 0;
+    case kTypeEntity: {
+        KpDbObjectId x, y;
+        a.getHandle(x);
+        b.getHandle(y);
+        return order(x, y); // the alternative follows from the instance
+    }
+    case kTypeReal: {
+        double x = 0, y = 0;
+        a.getDouble(x);
+        b.getDouble(y);
+        c = order(orderedBits(x), orderedBits(y));
+        break;
+    }
+    case kTypeInteger:
+    case kTypeEnumeration: {
+        int x = 0, y = 0;
+        a.getInt(x);
+        b.getInt(y);
+        c = order(x, y);
+        break;
+    }
+    case kTypeBoolean: {
+        KpIfcBoolean x, y;
+        a.getBoolean(x);
+        b.getBoolean(y);
+        c = order(x.code(), y.code());
+        break;
+    }
+    case kTypeLogical: {
+        KpIfcLogical x, y;
+        a.getLogical(x);
+        b.getLogical(y);
+        c = order(x.code(), y.code());
+        break;
+    }
+    case kTypeString: c = order(*a.getString(), *b.getString()); break;
+    case kTypeAggregate:
+        // The two aggregate alternatives differ in container and element: arrays of reals, lists of integers.
+        c = order(a.getAggregate()->containerType(), b.getAggregate()->containerType());
+        if (c == 0 && a.getAggregate()->containerType() == KpIfcAggrContainerType::array)
+            c = orderElements<double>(*a.getAggregate(), *b.getAggregate(), orderedBits);
+        else if (c == 0)
+            c = orderElements<int>(*a.getAggregate(), *b.getAggregate(), [](int i) { return i; });
+        break;
+    default: break;
     }
     return c ? c : std::strcmp(a.underlyingTypeName(), b.underlyingTypeName());
 }
 
-}  // namespace
+} // namespace
 
 bool operator==(const KpIfcSelect& a, const KpIfcSelect& b) {
     return compare(a, b) == 0;
@@ -253,4 +253,4 @@ bool operator<(const KpIfcSelect& a, const KpIfcSelect& b) {
     return compare(a, b) < 0;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

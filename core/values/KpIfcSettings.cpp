@@ -7,4 +7,4 @@ KpIfcSettings& settings() {
     return instance;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

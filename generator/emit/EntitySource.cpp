@@ -143,13 +143,10 @@ std::string printFields(const plan::EntityPlan& entity) {
     using Fields = plan::EntityPlan::Fields;
     const bool callsBase = entity.fields == Fields::Own && !entity.isRoot;
     switch (entity.fields) {
-    case Fields::None:
-        return print(noFields, {{"class", entity.className}});
-    case Fields::Inherited:
-        return print(inheritedFields, {{"class", entity.className}, {"base", entity.baseClass}});
+    case Fields::None: return print(noFields, {{"class", entity.className}});
+    case Fields::Inherited: return print(inheritedFields, {{"class", entity.className}, {"base", entity.baseClass}});
     case Fields::Own:
-    case Fields::WholeRecord:
-        break;
+    case Fields::WholeRecord: break;
     }
     return print(ownFields, {{"class", entity.className},
                              {"readInherited", callsBase ? entity.baseClass + "::inFields(filer);" : ""},

@@ -153,12 +153,19 @@ const Words& selectMembers() {
 
 /// Names that the hand-written half of the module declares in the schema's namespace.
 const Words& moduleNames() {
-    static const Words words = {
-        "EnumFacts",       "InverseMembers", "Select",    "SelectAlternative", "SelectFacts", "as",
-        "constructEntity", "derived",        "detail",    "entityFacts",       "field",       "isNamed",
-        "kBinary",         "kDefinedType",   "kFirst",         "kOptional", "literalCode",       "literalText", "noAttributes",
-        "noUniqueRules",   "notKept",        "opened",    "readFields",        "typeOf",      "unsetText",
-        "writeFields"};
+    static const Words words = {"EnumFacts",       "InverseMembers",
+                                "Select",          "SelectAlternative",
+                                "SelectFacts",     "as",
+                                "constructEntity", "derived",
+                                "detail",          "entityFacts",
+                                "field",           "isNamed",
+                                "kBinary",         "kDefinedType",
+                                "kFirst",          "kOptional",
+                                "literalCode",     "literalText",
+                                "noAttributes",    "noUniqueRules",
+                                "notKept",         "opened",
+                                "readFields",      "typeOf",
+                                "unsetText",       "writeFields"};
     return words;
 }
 

@@ -18,20 +18,13 @@ struct Holding {
 Holding holdingOf(const Storage& storage) {
     switch (storage.kind) {
     case StorageKind::Text:
-    case StorageKind::Guid:
-        return {"kTypeString", "setString", "const KpAnsiString&"};
-    case StorageKind::Real:
-        return {"kTypeReal", "setDouble", "double"};
-    case StorageKind::Integer:
-        return {"kTypeInteger", "setInt", "int"};
-    case StorageKind::Boolean:
-        return {"kTypeBoolean", "setBoolean", "KpIfcBoolean"};
-    case StorageKind::Logical:
-        return {"kTypeLogical", "setLogical", "KpIfcLogical"};
-    case StorageKind::Enumeration:
-        return {"kTypeEnumeration", "setEnumeration", storage.type};
-    case StorageKind::Aggregate:
-        return {"kTypeAggregate", "setAggregate", "const " + storage.array + "&"};
+    case StorageKind::Guid: return {"kTypeString", "setString", "const KpAnsiString&"};
+    case StorageKind::Real: return {"kTypeReal", "setDouble", "double"};
+    case StorageKind::Integer: return {"kTypeInteger", "setInt", "int"};
+    case StorageKind::Boolean: return {"kTypeBoolean", "setBoolean", "KpIfcBoolean"};
+    case StorageKind::Logical: return {"kTypeLogical", "setLogical", "KpIfcLogical"};
+    case StorageKind::Enumeration: return {"kTypeEnumeration", "setEnumeration", storage.type};
+    case StorageKind::Aggregate: return {"kTypeAggregate", "setAggregate", "const " + storage.array + "&"};
     case StorageKind::Reference:
     case StorageKind::Select: // nested selects are flattened
         break;

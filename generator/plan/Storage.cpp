@@ -29,14 +29,10 @@ Storage text() {
 std::optional<Storage> store(const SimpleType& type) {
     switch (type.kind) {
     case SimpleKind::Real:
-    case SimpleKind::Number:
-        return simple(StorageKind::Real, "double", " = Consts::KpRealUnset");
-    case SimpleKind::Integer:
-        return simple(StorageKind::Integer, "int", " = Consts::KpIntUnset");
-    case SimpleKind::Boolean:
-        return simple(StorageKind::Boolean, "KpIfcBoolean");
-    case SimpleKind::Logical:
-        return simple(StorageKind::Logical, "KpIfcLogical");
+    case SimpleKind::Number: return simple(StorageKind::Real, "double", " = Consts::KpRealUnset");
+    case SimpleKind::Integer: return simple(StorageKind::Integer, "int", " = Consts::KpIntUnset");
+    case SimpleKind::Boolean: return simple(StorageKind::Boolean, "KpIfcBoolean");
+    case SimpleKind::Logical: return simple(StorageKind::Logical, "KpIfcLogical");
     case SimpleKind::String:
         return type.fixed && type.width == guidWidth ? simple(StorageKind::Guid, "KpIfcGUID") : text();
     case SimpleKind::Binary: {

@@ -60,7 +60,7 @@ constexpr KpIfcFieldKind fieldKind() {
     if constexpr (std::is_base_of_v<KpIfcAggr, T>) return KpIfcFieldKind::aggregate;
 }
 
-}  // namespace detail
+} // namespace detail
 
 /// The row of an explicit attribute. `target` is given for references and aggregates of references.
 template <auto member>
@@ -100,10 +100,9 @@ KpIfcEntityBase* constructEntity(void* memory) {
 
 /// The facts of one entity class. `record` is given where the entity redeclares attributes as derived.
 template <class T>
-constexpr KpIfcEntityFacts entityFacts(const char* name, bool isAbstract,
-                                       std::span<const KpIfcAttributeFacts> attributes,
-                                       std::span<const KpIfcAttributeFacts> record,
-                                       std::span<const KpIfcUniqueFacts> uniqueRules) {
+constexpr KpIfcEntityFacts
+entityFacts(const char* name, bool isAbstract, std::span<const KpIfcAttributeFacts> attributes,
+            std::span<const KpIfcAttributeFacts> record, std::span<const KpIfcUniqueFacts> uniqueRules) {
     static_assert(alignof(T) <= 8);
     return {name,
             isAbstract,
@@ -118,8 +117,7 @@ constexpr KpIfcEntityFacts entityFacts(const char* name, bool isAbstract,
 }
 
 /// Reads the fields of `rows` into the members of an instance of their class, in order; always eOk.
-KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
-                           std::span<const KpIfcAttributeFacts> rows);
+KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::span<const KpIfcAttributeFacts> rows);
 /// Writes the members of an instance as the fields of `rows`, in order; always eOk.
 KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
                             std::span<const KpIfcAttributeFacts> rows);
@@ -133,4 +131,4 @@ T* opened(const KpDbObjectId& handle) {
 /// True where a type exists and has that name in any letter case.
 bool isNamed(const KpIfcEntityType* type, const char* name);
 
-}  // namespace IFC2X3
+} // namespace IFC2X3

@@ -29,7 +29,7 @@ public:
 
 KpIfcModuleLifeCycleApp g_lifeCycle;
 
-}  // namespace
+} // namespace
 
 extern "C" KPIFC2X3_EXPORT KpIfcModuleLifeCycle* kpGetModuleLifeCycleApp() {
     return &g_lifeCycle;

@@ -14,12 +14,8 @@ void KpIFC2X3SchemaBuilder::addAggregationType(const AggregationType& type, Dict
         // Also where the schema demands unique elements.
         aggregation = new KpIfcListType(nullptr, lower, upper, false);
         break;
-    case AggregationKind::set:
-        aggregation = new KpIfcSetType(nullptr, lower, upper);
-        break;
-    case AggregationKind::array:
-        aggregation = new KpIfcArrayType(nullptr, lower, upper, false, false);
-        break;
+    case AggregationKind::set: aggregation = new KpIfcSetType(nullptr, lower, upper); break;
+    case AggregationKind::array: aggregation = new KpIfcArrayType(nullptr, lower, upper, false, false); break;
     }
     aggregation->type(new KpTypeCode(kTypeAggregate));
     dictionary.putAt(type.name, new KpIfcDefinedType(type.name, aggregation, true));

@@ -33,8 +33,8 @@ void KpIFC2X3SchemaBuilder::addAttributes(KpIfcEntityType& entity, const EntityT
         pendingDerivedAttributes[attribute] = {row.type, row.redeclaredIn, true};
     }
     for (const InverseAttribute& row : type.inverseAttributes) {
-        auto* attribute = new KpIfcInverseAttributeDefinition(row.name, &entity, nullptr, nullptr, row.minimum,
-                                                              row.maximum, false);
+        auto* attribute =
+            new KpIfcInverseAttributeDefinition(row.name, &entity, nullptr, nullptr, row.minimum, row.maximum, false);
         entity.appendAttribute(attribute);
         pendingInverseAttributes[attribute] = {row.entity, row.inverted};
     }

@@ -24,7 +24,7 @@ private:
         const char* underlying;
     };
     struct EnumerationType {
-        const char* name;  ///< in lower case
+        const char* name; ///< in lower case
         const KP_SDAI::KpIfcEnumFacts* facts;
     };
     struct ExplicitAttribute {
@@ -34,20 +34,20 @@ private:
     struct DerivedAttribute {
         const char* name;
         const char* type;
-        const char* redeclaredIn;  ///< the entity whose attribute is redeclared; empty for none
+        const char* redeclaredIn; ///< the entity whose attribute is redeclared; empty for none
     };
     struct InverseAttribute {
         const char* name;
         int minimum;
         int maximum;
-        const char* entity;  ///< in lower case; empty for an attribute that holds one instance
+        const char* entity; ///< in lower case; empty for an attribute that holds one instance
         const char* inverted;
     };
     struct EntityType {
-        const char* name;  ///< in upper case
+        const char* name; ///< in upper case
         KP_SDAI::KpIfcEntityType::Factory factory;
         KP_SDAI::KpIfcEntityType** staticType;
-        KP_SDAI::KpIfcEntityType* const* supertype;  ///< null for a root
+        KP_SDAI::KpIfcEntityType* const* supertype; ///< null for a root
         const KP_SDAI::KpIfcEntityFacts& (*facts)();
         std::initializer_list<ExplicitAttribute> explicitAttributes = {};
         std::initializer_list<DerivedAttribute> derivedAttributes = {};
@@ -56,7 +56,7 @@ private:
     struct SelectType {
         const char* name;
         KP_SDAI::KpIfcDefinedType** staticType;
-        std::initializer_list<const char*> members;  ///< in upper case
+        std::initializer_list<const char*> members; ///< in upper case
     };
     enum class AggregationKind { list, set, array };
     struct AggregationType {

@@ -81,7 +81,7 @@ void Select::setLogical(std::int32_t tag, KpIfcLogical value) {
     if (setUnderlyingType(tag) == KP::eOk) storeLogical(value);
 }
 void Select::setString(std::int32_t tag, const KpAnsiString& value) {
-    const KpAnsiString copy(value);  // may be this select's own
+    const KpAnsiString copy(value); // may be this select's own
     if (setUnderlyingType(tag) == KP::eOk) storeString(copy);
 }
 void Select::setEnumeration(std::int32_t tag, int code) {
@@ -128,4 +128,4 @@ KP::ErrorStatus Select::writeTypedField(KpSpfFilerBase* filer) {
     return KP::eOk;
 }
 
-}  // namespace IFC2X3
+} // namespace IFC2X3

@@ -25,16 +25,16 @@ using KP_SDAI::kTypeString;
 
 /// One alternative of a select.
 struct SelectAlternative {
-    const char* name;  ///< as the schema spells the type
+    const char* name; ///< as the schema spells the type
     KpTypeCodeKind kind;
-    KpIfcEntityType* const* entity = nullptr;     ///< of entity alternatives
-    const KpIfcEnumFacts* enumeration = nullptr;  ///< of enumerations
-    const KpIfcAggrFacts* aggregate = nullptr;    ///< of aggregations
+    KpIfcEntityType* const* entity = nullptr;    ///< of entity alternatives
+    const KpIfcEnumFacts* enumeration = nullptr; ///< of enumerations
+    const KpIfcAggrFacts* aggregate = nullptr;   ///< of aggregations
 };
 
 struct SelectFacts {
     const char* name;
-    std::int32_t count;  ///< the code of "no value"
+    std::int32_t count; ///< the code of "no value"
     const SelectAlternative* alternatives;
 };
 
@@ -43,4 +43,4 @@ inline KpIfcNameType* typeOf(KpIfcDefinedType* type) {
     return type;
 }
 
-}  // namespace IFC2X3
+} // namespace IFC2X3

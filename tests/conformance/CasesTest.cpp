@@ -34,7 +34,8 @@ std::vector<fs::path> cases() {
 
 std::string caseName(const testing::TestParamInfo<fs::path>& info) {
     std::string name = fs::relative(info.param, kCases).replace_extension().string();
-    std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
     return name;
 }
 

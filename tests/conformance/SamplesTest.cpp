@@ -33,7 +33,7 @@ TEST_P(SamplesTest, AreWrittenAlikeWhereverTheyComeFrom) {
     EXPECT_TRUE(saved(fromMemory) == written) << "reading from memory gives another model";
     EXPECT_EQ(findings(fromMemory.report()), findings(fromPath.report()));
 
-    const fs::path copy = fs::path(testing::TempDir()) / ("kp_" + sample.path().filename().string());
+    const fs::path copy = temporaryPath("sample.ifc");
     ASSERT_EQ(fromPath.save(copy.string()), KP::eOk) << fromPath.error();
     EXPECT_TRUE(contentOf(copy) == written) << "the file on disk differs";
     fs::remove(copy);
@@ -55,7 +55,8 @@ std::vector<fs::path> samples() {
 
 std::string nameOf(const testing::TestParamInfo<fs::path>& info) {
     std::string name = info.param.empty() ? "absent" : info.param.filename().string();
-    std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
     return name;
 }
 

@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <random>
 
 using namespace KP_SDAI;
 
@@ -19,6 +20,11 @@ std::string contentOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     EXPECT_TRUE(file.is_open()) << path;
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::filesystem::path temporaryPath(std::string_view name) {
+    std::random_device random;
+    return std::filesystem::path(testing::TempDir()) / ("kp_" + std::to_string(random()) + '_' + std::string(name));
 }
 
 std::string stepFile(std::string_view records) {

@@ -8,6 +8,8 @@
 
 /// The bytes of a file; fails the test where it cannot be read.
 std::string contentOf(const std::filesystem::path& path);
+/// Where a file for one test can stand; no other test and no other run of this one gets the same.
+std::filesystem::path temporaryPath(std::string_view name);
 /// A file with these lines in its data section.
 std::string stepFile(std::string_view records);
 /// The records of such a file; fails the test where it has another frame.

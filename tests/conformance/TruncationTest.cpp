@@ -71,7 +71,7 @@ TEST(Truncation, EveryCompleteInstanceIsReadAndTheStatusSaysSo) {
 
 /// The same from a file on disk, where the bytes come through another source.
 TEST(Truncation, OfFilesOnDisk) {
-    const std::filesystem::path path = std::filesystem::path(testing::TempDir()) / "kp_truncated.ifc";
+    const std::filesystem::path path = temporaryPath("truncated.ifc");
     const std::string whole = stepFile(kRecords[0] + kRecords[1]);
     std::FILE* out = std::fopen(path.string().c_str(), "wb");
     ASSERT_TRUE(out);

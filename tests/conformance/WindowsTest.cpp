@@ -61,8 +61,9 @@ TEST(Windows, RecordsReadAlikeWhereverABorderCutsThem) {
 }
 
 TEST(Windows, HeadersReadAlikeWhereverABorderCutsThem) {
-    const std::string header = "HEADER;\nFILE_DESCRIPTION(('it''s;'),'2;1');\n/* ; */FILE_NAME('n','',(''),(''),'','','')"
-                               ";\nFILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\nENDSEC;\nEND-ISO-10303-21;\n";
+    const std::string header =
+        "HEADER;\nFILE_DESCRIPTION(('it''s;'),'2;1');\n/* ; */FILE_NAME('n','',(''),(''),'','','')"
+        ";\nFILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\nENDSEC;\nEND-ISO-10303-21;\n";
     KpIfcFile small = opened("ISO-10303-21;\n" + header);
     const std::string expected = saved(small);
     for (std::size_t before = 0; before <= header.size(); ++before) {
@@ -85,7 +86,7 @@ TEST(Windows, RecordsMayBeLongerThanAWindow) {
     EXPECT_EQ(file.model()->count(), 4u);
     EXPECT_TRUE(recordsOf(saved(file)) == records);
 
-    const std::filesystem::path path = std::filesystem::path(testing::TempDir()) / "kp_long_records.ifc";
+    const std::filesystem::path path = temporaryPath("long_records.ifc");
     ASSERT_EQ(file.save(path.string()), KP::eOk) << file.error();
     KpIfcFile fromDisk;
     ASSERT_EQ(fromDisk.open(path.string()), KP::eOk) << fromDisk.error();
@@ -114,7 +115,9 @@ struct Hostile {
     std::size_t bytes;
 };
 
-void PrintTo(const Hostile& hostile, std::ostream* out) { *out << hostile.name; }
+void PrintTo(const Hostile& hostile, std::ostream* out) {
+    *out << hostile.name;
+}
 
 class HostileTest : public testing::TestWithParam<Hostile> {};
 
@@ -145,7 +148,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Hostile{"parentheses", "", "(", kMegabyte}, Hostile{"apostrophes", "", "'", kMegabyte + 1},
                     Hostile{"comments", "", "/*", kMegabyte}, Hostile{"solidi", "", "/", kMegabyte},
                     Hostile{"semicolons", "", ";", kMegabyte}, Hostile{"hashes", "", "#", kMegabyte},
-                    Hostile{"zeros_in_a_name", "#", "0", kMegabyte}, Hostile{"digits", "#1=IFCVECTOR($,", "9", kMegabyte},
+                    Hostile{"zeros_in_a_name", "#", "0", kMegabyte},
+                    Hostile{"digits", "#1=IFCVECTOR($,", "9", kMegabyte},
                     Hostile{"lists", "#1=IFCPOLYLINE(", "(", kMegabyte},
                     Hostile{"typed", "#1=IFCPROPERTYSINGLEVALUE('',$,", "IFCLABEL(", kMegabyte},
                     Hostile{"directives", "#1=IFCPERSON('", "\\X2\\", kMegabyte},

@@ -31,17 +31,14 @@ protected:
     }
     static Aggr filled(int count) {
         Aggr aggregate;
-        for (int i = 0; i < count; ++i)
-            put(aggregate, i);
+        for (int i = 0; i < count; ++i) put(aggregate, i);
         return aggregate;
     }
     static bool holds(const Aggr& aggregate, int count) {
-        if (aggregate.size() != static_cast<std::size_t>(count))
-            return false;
+        if (aggregate.size() != static_cast<std::size_t>(count)) return false;
         int expected = 0;
         for (const Counted& element : aggregate)
-            if (element.value() != expected++)
-                return false;
+            if (element.value() != expected++) return false;
         return true;
     }
 };
@@ -119,10 +116,8 @@ TYPED_TEST(AggrStorage, AnEmptyOneIsCopiedAsEmptyNotAsNil) {
 TYPED_TEST(AggrStorage, TakesItsOwnElements) {
     TypeParam aggregate = this->filled(2);
     if constexpr (std::is_base_of_v<KpIfcOrderedAggr, TypeParam>) {
-        for (int i = 0; i < 100; ++i)
-            aggregate.append(aggregate[0]);
-        for (std::size_t i = 2; i < aggregate.size(); ++i)
-            ASSERT_EQ(aggregate[i].value(), 0);
+        for (int i = 0; i < 100; ++i) aggregate.append(aggregate[0]);
+        for (std::size_t i = 2; i < aggregate.size(); ++i) ASSERT_EQ(aggregate[i].value(), 0);
     } else {
         EXPECT_EQ(aggregate.add(*aggregate.begin()), KP::eOk);
         EXPECT_EQ(aggregate.remove(*aggregate.begin()), KP::eOk);
@@ -174,8 +169,7 @@ TYPED_TEST(AggrStorage, LivesInAModelsMemory) {
             EXPECT_EQ(aggregate.remove(4), KP::eOk);
         else
             EXPECT_EQ(aggregate.removeAt(4), KP::eOk);
-        for (int i = 4; i < 100; ++i)
-            this->put(aggregate, i); // outgrows the arena's piece
+        for (int i = 4; i < 100; ++i) this->put(aggregate, i); // outgrows the arena's piece
         EXPECT_TRUE(this->holds(aggregate, 100));
         TypeParam empty;
         EXPECT_TRUE(empty.load(arena, read, 0));

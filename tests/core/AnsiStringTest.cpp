@@ -111,10 +111,8 @@ TEST(AnsiString, MovesLeaveAUsableString) {
     from = std::move(to);
     EXPECT_EQ(from, "from");
     std::vector<KpAnsiString> texts;
-    for (int i = 0; i < 1000; ++i)
-        texts.emplace_back(std::string_view(std::to_string(i)));
-    for (int i = 0; i < 1000; ++i)
-        ASSERT_EQ(texts[static_cast<std::size_t>(i)], std::to_string(i).c_str());
+    for (int i = 0; i < 1000; ++i) texts.emplace_back(std::string_view(std::to_string(i)));
+    for (int i = 0; i < 1000; ++i) ASSERT_EQ(texts[static_cast<std::size_t>(i)], std::to_string(i).c_str());
 }
 
 TEST(AnsiString, ConvertsLatin1) {
@@ -154,16 +152,13 @@ TEST(Arena, PiecesAreAlignedDistinctAndStay) {
         const std::size_t size = i % 100 == 0 ? i * 700 : i % 61;
         auto* piece = static_cast<unsigned char*>(arena.allocate(size));
         ASSERT_EQ(reinterpret_cast<std::uintptr_t>(piece) % 8, 0u);
-        if (size)
-            std::memset(piece, static_cast<int>(i % 251), size);
+        if (size) std::memset(piece, static_cast<int>(i % 251), size);
         pieces.emplace_back(piece, size);
     }
     for (std::size_t i = 0; i < pieces.size(); ++i)
-        for (std::size_t k = 0; k < pieces[i].second; ++k)
-            ASSERT_EQ(pieces[i].first[k], (i + 1) % 251) << i;
+        for (std::size_t k = 0; k < pieces[i].second; ++k) ASSERT_EQ(pieces[i].first[k], (i + 1) % 251) << i;
     std::size_t used = 0;
-    for (const auto& piece : pieces)
-        used += piece.second;
+    for (const auto& piece : pieces) used += piece.second;
     EXPECT_GE(arena.reserved(), used);
     EXPECT_LT(arena.reserved(), used * 2);
 }

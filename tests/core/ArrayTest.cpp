@@ -16,23 +16,18 @@ using namespace KP_SDAI;
 TEST(Array, AppendsItsOwnElements) {
     KpIfcArray<KpAnsiString> texts(1);
     texts.append("the first text, long enough for the heap");
-    for (int i = 0; i < 1000; ++i)
-        texts.append(texts[0]);
-    for (const KpAnsiString& text : texts)
-        ASSERT_EQ(text, "the first text, long enough for the heap");
+    for (int i = 0; i < 1000; ++i) texts.append(texts[0]);
+    for (const KpAnsiString& text : texts) ASSERT_EQ(text, "the first text, long enough for the heap");
     KpIfcArray<double> numbers(1);
     numbers.append(1.5);
-    for (int i = 0; i < 1000; ++i)
-        numbers.append(numbers[numbers.size() - 1]);
-    for (const double number : numbers)
-        ASSERT_EQ(number, 1.5);
+    for (int i = 0; i < 1000; ++i) numbers.append(numbers[numbers.size() - 1]);
+    for (const double number : numbers) ASSERT_EQ(number, 1.5);
 }
 
 TEST(Array, OwnsItsElements) {
     {
         KpIfcArray<Counted> values;
-        for (int i = 0; i < 500; ++i)
-            values.append(Counted(i));
+        for (int i = 0; i < 500; ++i) values.append(Counted(i));
         ASSERT_EQ(Counted::alive(), 500);
         KpIfcArray<Counted> copy(values);
         copy[0] = Counted(-1);
@@ -61,8 +56,7 @@ TEST(Array, NestsArrays) {
     KpIfcArray<KpIfcArray<int>> rows(1);
     for (int i = 0; i < 100; ++i) {
         rows.append(KpIfcArray<int>());
-        for (int k = 0; k < i; ++k)
-            rows[static_cast<std::size_t>(i)].append(k);
+        for (int k = 0; k < i; ++k) rows[static_cast<std::size_t>(i)].append(k);
     }
     rows.append(rows[99]);
     KpIfcArray<KpIfcArray<int>> copy;
@@ -82,8 +76,7 @@ TEST(Array, GrowsByItsStepAtLeast) {
     EXPECT_EQ(values.growLength(), 50u);
     EXPECT_GE(values.physicalLength(), 50u);
     const int* place = values.asArrayPtr();
-    for (int i = 0; i < 49; ++i)
-        values.append(i);
+    for (int i = 0; i < 49; ++i) values.append(i);
     EXPECT_EQ(values.asArrayPtr(), place);
     KpIfcArray<int> stepless(0);
     stepless.append(7);
@@ -92,12 +85,10 @@ TEST(Array, GrowsByItsStepAtLeast) {
 
 TEST(Array, NewElementsAreValueInitialised) {
     KpIfcArray<int> numbers;
-    for (int i = 0; i < 8; ++i)
-        numbers.append(-1);
+    for (int i = 0; i < 8; ++i) numbers.append(-1);
     numbers.resize(0);
     numbers.resize(8);
-    for (const int number : numbers)
-        EXPECT_EQ(number, 0);
+    for (const int number : numbers) EXPECT_EQ(number, 0);
     KpIfcArray<KpAnsiString> texts;
     texts.resize(3);
     EXPECT_TRUE(texts[2].isEmpty());

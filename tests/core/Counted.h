@@ -30,8 +30,7 @@ public:
 
 private:
     void check() const {
-        if (m_self != this)
-            ADD_FAILURE() << "an element that was never made, moved as bytes or destroyed before";
+        if (m_self != this) ADD_FAILURE() << "an element that was never made, moved as bytes or destroyed before";
     }
     int m_value;
     const Counted* m_self;

@@ -60,8 +60,7 @@ TEST(Dictionary, AnObjectOfTheSameNameIsReplaced) {
 TEST(Dictionary, HoldsManyNamesInTheirOrder) {
     int alive = 0;
     Dictionary dictionary;
-    for (int i = 0; i < 5000; ++i)
-        dictionary.putAt(("Ifc" + std::to_string(i)).c_str(), new Watched(alive));
+    for (int i = 0; i < 5000; ++i) dictionary.putAt(("Ifc" + std::to_string(i)).c_str(), new Watched(alive));
     ASSERT_EQ(dictionary.count(), 5000u);
     for (std::size_t i = 0; i < 5000; ++i) {
         ASSERT_EQ(dictionary.entries()[i].name, "Ifc" + std::to_string(i));

@@ -15,8 +15,7 @@ using Kind = KpStepValue::Kind;
 
 std::vector<std::string> keywords(const KpIfcHeader& header) {
     std::vector<std::string> found;
-    for (const KpIfcHeaderRecord& record : header.records())
-        found.push_back(record.keyword);
+    for (const KpIfcHeaderRecord& record : header.records()) found.push_back(record.keyword);
     return found;
 }
 

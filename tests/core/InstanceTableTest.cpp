@@ -27,8 +27,7 @@ KpIfcModel& someModel() {
 
 Names sequence(std::uint64_t first, std::uint64_t step, std::size_t count) {
     Names names;
-    for (std::size_t i = 0; i < count; ++i)
-        names.push_back(first + i * step);
+    for (std::size_t i = 0; i < count; ++i) names.push_back(first + i * step);
     return names;
 }
 Names reversed(Names names) {
@@ -42,8 +41,7 @@ Names shuffled(Names names) {
 Names random(std::uint64_t range, std::size_t count) {
     std::mt19937_64 numbers(8);
     Names names;
-    for (std::size_t i = 0; i < count; ++i)
-        names.push_back(numbers() % range);
+    for (std::size_t i = 0; i < count; ++i) names.push_back(numbers() % range);
     return names;
 }
 Names joined(Names a, const Names& b) {
@@ -63,13 +61,11 @@ std::vector<KpIfcSlot*> walk(InstanceTable& table) {
     for (std::size_t stretch = 0; stretch < table.stretchCount(); ++stretch)
         if (KpIfcSlotChunk* chunk = table.chunk(stretch))
             for (KpIfcSlot& slot : chunk->slots)
-                if (slot.word)
-                    dense.push_back(&slot);
+                if (slot.word) dense.push_back(&slot);
     table.sortSparse();
     std::vector<KpIfcSlot*> sparse;
     for (KpIfcSlot* slot : table.sparse())
-        if (slot->word)
-            sparse.push_back(slot);
+        if (slot->word) sparse.push_back(slot);
     const auto less = [](KpIfcSlot* a, KpIfcSlot* b) { return KpDbObjectId(a) < KpDbObjectId(b); };
     EXPECT_TRUE(std::is_sorted(dense.begin(), dense.end(), less));
     EXPECT_TRUE(std::is_sorted(sparse.begin(), sparse.end(), less));
@@ -134,8 +130,7 @@ TEST(InstanceTable, ScatteredNamesDoNotCostAChunkEach) {
         table.noteInstance();
     }
     std::size_t chunks = table.sparse().size() / kSlots + 1;
-    for (std::size_t stretch = 0; stretch < table.stretchCount(); ++stretch)
-        chunks += table.chunk(stretch) != nullptr;
+    for (std::size_t stretch = 0; stretch < table.stretchCount(); ++stretch) chunks += table.chunk(stretch) != nullptr;
     EXPECT_LT(chunks * KpIfcSlotChunk::kBytes, names.size() * 100); // of a file of 2 MB
 }
 

@@ -37,8 +37,7 @@ void expectPositions(std::initializer_list<PositionCase> cases) {
     for (const PositionCase& c : cases) {
         SCOPED_TRACE("position " + std::to_string(c.position) + " of " + std::to_string(c.count));
         Aggr aggregate;
-        for (int i = 0; i < c.count; ++i)
-            aggregate.append(i * 10);
+        for (int i = 0; i < c.count; ++i) aggregate.append(i * 10);
         const Aggr& constant = aggregate;
         const std::optional<unsigned> expected = c.valid ? std::nullopt : std::optional(470u);
         EXPECT_EQ(thrownAt(aggregate, c.position), expected);
@@ -61,8 +60,7 @@ TEST(ListAggr, ChecksPositionsAgainstBoundsAndCount) {
 
 TEST(ListAggr, BeyondAnOpenBoundPositionsAreRefused) {
     KpIfcListAggr<int> numbers;
-    for (int i = 0; i < 70'000; ++i)
-        numbers.append(i);
+    for (int i = 0; i < 70'000; ++i) numbers.append(i);
     EXPECT_EQ(numbers.at(65'536), 65'536);
     EXPECT_EQ(thrownAt(numbers, 65'537), 470u);
     EXPECT_EQ(numbers[69'999], 69'999);
@@ -107,8 +105,7 @@ TEST(ListAggr, RemovesAtPositionsBelowTheCount) {
 
 TEST(ListAggr, KeepsDuplicatesInTheirOrder) {
     KpIfcListAggr<int> list;
-    for (const int value : {3, 1, 3, 2, 1})
-        list.append(value);
+    for (const int value : {3, 1, 3, 2, 1}) list.append(value);
     EXPECT_THAT(list, ElementsAre(3, 1, 3, 2, 1));
     list.rearrange();
     EXPECT_THAT(list, ElementsAre(3, 1, 3, 2, 1));

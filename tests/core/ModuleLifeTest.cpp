@@ -26,8 +26,7 @@ protected:
         ASSERT_EQ(app(), lifeCycle);
     }
     void TearDown() override {
-        if (m_library)
-            ::dlclose(m_library);
+        if (m_library) ::dlclose(m_library);
     }
 
     KpIfcSchema* (*schemaPointer)() = nullptr;
@@ -94,8 +93,7 @@ TEST_F(ModuleLife, AfterUnloadTheSchemaIsBuiltAfresh) {
 
 bool isInProcess() {
     void* library = ::dlopen(KP_MODULE_FILE, RTLD_NOW | RTLD_NOLOAD);
-    if (library)
-        ::dlclose(library);
+    if (library) ::dlclose(library);
     return library != nullptr;
 }
 

@@ -115,8 +115,7 @@ TEST(ModuleLoad, AnyThreadMayLoadAndLetGo) {
                 ASSERT_NE(module->schema().findEntity("IfcWall"), nullptr);
             }
         });
-    for (std::thread& thread : threads)
-        thread.join();
+    for (std::thread& thread : threads) thread.join();
 }
 
 } // namespace

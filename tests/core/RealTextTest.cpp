@@ -23,8 +23,7 @@ std::string_view written(double value, char (&room)[text::kRealRoom]) {
 
 std::size_t digitsAt(std::string_view number, std::size_t from) {
     std::size_t to = from;
-    while (to < number.size() && number[to] >= '0' && number[to] <= '9')
-        ++to;
+    while (to < number.size() && number[to] >= '0' && number[to] <= '9') ++to;
     return to - from;
 }
 
@@ -34,13 +33,10 @@ bool isReal(std::string_view number) {
     std::size_t i = signAt(0);
     const std::size_t whole = digitsAt(number, i);
     i += whole;
-    if (!whole || i == number.size() || number[i++] != '.')
-        return false;
+    if (!whole || i == number.size() || number[i++] != '.') return false;
     i += digitsAt(number, i);
-    if (i == number.size())
-        return true;
-    if (number[i++] != 'E')
-        return false;
+    if (i == number.size()) return true;
+    if (number[i++] != 'E') return false;
     i += signAt(i);
     const std::size_t exponent = digitsAt(number, i);
     return exponent && i + exponent == number.size();
@@ -56,8 +52,7 @@ bool readsBack(double value, std::string_view number) {
 double randomFinite(std::mt19937_64& random) {
     for (;;) {
         const auto value = std::bit_cast<double>(random());
-        if (std::isfinite(value))
-            return value;
+        if (std::isfinite(value)) return value;
     }
 }
 
@@ -67,8 +62,7 @@ TEST(RealText, TenMillionRandomNumbersReadBackToTheSameBits) {
     for (int i = 0; i < 10'000'000; ++i) {
         const double value = randomFinite(random);
         const std::string_view number = written(value, room);
-        if (!isReal(number) || !readsBack(value, number))
-            FAIL() << number;
+        if (!isReal(number) || !readsBack(value, number)) FAIL() << number;
     }
 }
 
@@ -80,8 +74,7 @@ TEST(RealText, DecimalNumbersReadBackToTheSameBits) {
         const double value = static_cast<double>(static_cast<std::int64_t>(random() % 20'000'001) - 10'000'000) /
                              std::pow(10., static_cast<double>(random() % 12));
         const std::string_view number = written(value, room);
-        if (!isReal(number) || !readsBack(value, number))
-            FAIL() << number;
+        if (!isReal(number) || !readsBack(value, number)) FAIL() << number;
     }
 }
 
@@ -92,8 +85,7 @@ TEST(RealText, IsNoLongerThanNeeded) {
         const double value = randomFinite(random);
         char fewest[64];
         int precision = 0;
-        do
-            std::snprintf(fewest, sizeof fewest, "%.*e", precision++, value);
+        do std::snprintf(fewest, sizeof fewest, "%.*e", precision++, value);
         while (std::strtod(fewest, nullptr) != value);
         ASSERT_LE(written(value, room).size(), std::strlen(fewest) + 1) << fewest; // the point
     }
@@ -125,8 +117,7 @@ TEST(RealText, SpellsNumbersAsPeopleDo) {
         {9007199254740993., "9007199254740992."},
     };
     char room[text::kRealRoom];
-    for (const auto& param : kCases)
-        EXPECT_EQ(written(param.value, room), param.text);
+    for (const auto& param : kCases) EXPECT_EQ(written(param.value, room), param.text);
 }
 
 } // namespace

@@ -68,8 +68,7 @@ TEST(Report, EntriesSayWhereTheyBelong) {
 TEST(Report, EveryFindingHasANameOfItsOwn) {
     std::set<std::string> names;
     const auto count = static_cast<std::size_t>(KpIfcFinding::count_);
-    for (std::size_t i = 0; i < count; ++i)
-        names.insert(findingName(static_cast<KpIfcFinding>(i)));
+    for (std::size_t i = 0; i < count; ++i) names.insert(findingName(static_cast<KpIfcFinding>(i)));
     EXPECT_EQ(names.size(), count);
     EXPECT_STREQ(findingName(KpIfcFinding::unknownEntity), "unknown-entity");
     EXPECT_STREQ(findingName(KpIfcFinding::notFinite), "not-finite");

@@ -68,15 +68,9 @@ TEST(SetAggr, BehavesAsAnOrderedSet) {
     for (int round = 0; round < 20'000; ++round) {
         const int value = static_cast<int>(random() % 300);
         switch (random() % 3) {
-        case 0:
-            EXPECT_EQ(set.remove(value), expected.erase(value) ? KP::eOk : KP::eRefused);
-            break;
-        case 1:
-            EXPECT_EQ(set.contains(value), expected.count(value) == 1);
-            break;
-        default:
-            EXPECT_EQ(set.add(value), KP::eOk);
-            expected.insert(value);
+        case 0: EXPECT_EQ(set.remove(value), expected.erase(value) ? KP::eOk : KP::eRefused); break;
+        case 1: EXPECT_EQ(set.contains(value), expected.count(value) == 1); break;
+        default: EXPECT_EQ(set.add(value), KP::eOk); expected.insert(value);
         }
         ASSERT_EQ(set.size(), expected.size());
     }
@@ -85,8 +79,7 @@ TEST(SetAggr, BehavesAsAnOrderedSet) {
 
 TEST(SetAggr, AnOpenBoundNeverRefuses) {
     Open set;
-    for (int i = 0; i < 70'000; ++i)
-        ASSERT_EQ(set.add(i), KP::eOk);
+    for (int i = 0; i < 70'000; ++i) ASSERT_EQ(set.add(i), KP::eOk);
     EXPECT_EQ(set.count(), 70'000u);
     EXPECT_EQ(*(set.end() - 1), 69'999);
     KpIfcArray<int> values;
@@ -124,15 +117,13 @@ TEST(SetAggr, OnlyTheLessThanOfElementsCounts) {
     EXPECT_TRUE(set.contains({1, 99}));
 
     KpIfcSetAggr<KpAnsiString> texts;
-    for (const char* text : {"b", "\xC3\xA4", "", "a", "b", "B"})
-        texts.add(text);
+    for (const char* text : {"b", "\xC3\xA4", "", "a", "b", "B"}) texts.add(text);
     EXPECT_THAT(texts, ElementsAre("", "B", "a", "b", "\xC3\xA4"));
 }
 
 TEST(SetAggr, RearrangeRestoresOrderAndUniqueness) {
     KpIfcSetAggr<KpAnsiString> texts;
-    for (const char* text : {"a", "b", "c", "d"})
-        texts.add(text);
+    for (const char* text : {"a", "b", "c", "d"}) texts.add(text);
     auto& elements = static_cast<KpIfcAggrElements<KpAnsiString>&>(*texts.implementation());
     elements.begin()[0] = "z";
     elements.begin()[2] = "b";

@@ -145,8 +145,7 @@ const Page kPages[] = {
 TEST(StepText, DecodesTheUpperHalfOfEveryPage) {
     for (const Page& page : kPages) {
         std::string encoded = {'\\', 'P', page.letter, '\\'};
-        for (char c = ' '; c <= '~'; ++c)
-            encoded += "\\S\\"s + c;
+        for (char c = ' '; c <= '~'; ++c) encoded += "\\S\\"s + c;
         EXPECT_EQ(text::decode(encoded), page.utf8) << "page " << page.letter;
     }
 }

@@ -55,8 +55,7 @@ void appendUtf8(std::string& out, char32_t c) {
     static constexpr char32_t kLead[] = {0, 0xC0, 0xE0, 0xF0};
     const unsigned tail = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
     out += static_cast<char>(kLead[tail] | c >> (6 * tail));
-    for (unsigned i = tail; i-- > 0;)
-        out += static_cast<char>(0x80 | ((c >> (6 * i)) & 0x3F));
+    for (unsigned i = tail; i-- > 0;) out += static_cast<char>(0x80 | ((c >> (6 * i)) & 0x3F));
 }
 
 TEST(StepText, EncodedRandomCodePointsDecodeToThemselves) {
@@ -70,8 +69,7 @@ TEST(StepText, EncodedRandomCodePointsDecodeToThemselves) {
         }
         std::string encoded;
         text::encode(utf8, encoded);
-        for (const char c : encoded)
-            ASSERT_TRUE(c >= ' ' && c <= '~') << encoded;
+        for (const char c : encoded) ASSERT_TRUE(c >= ' ' && c <= '~') << encoded;
         ASSERT_TRUE(text::isEncoded(encoded)) << encoded;
         std::string back;
         unsigned issues = 0;
@@ -131,8 +129,7 @@ std::string randomText(std::mt19937& random) {
                                                    "0",  "2",    "4",     "J",      "\xC3",   "\xA9",
                                                    "''", "\\\\", "\\S\\", "\\X2\\", "\\X0\\", "\\PE\\"};
     std::string out;
-    for (auto length = random() % 12; length; --length)
-        out += kPieces[random() % std::size(kPieces)];
+    for (auto length = random() % 12; length; --length) out += kPieces[random() % std::size(kPieces)];
     return out;
 }
 
@@ -141,8 +138,7 @@ TEST(StepText, AnEncodedTextEndsAtItsClosingApostrophe) {
     int encodedTexts = 0;
     for (int round = 0; round < 300'000; ++round) {
         const std::string body = randomText(random);
-        if (!text::isEncoded(body))
-            continue;
+        if (!text::isEncoded(body)) continue;
         ++encodedTexts;
         const std::string field = body + "',";
         ASSERT_EQ(text::stringEnd(field.data(), field.data() + field.size()), field.data() + body.size() + 1) << body;

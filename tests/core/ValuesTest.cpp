@@ -19,8 +19,7 @@ TEST(Guid, HoldsUpTo22CharactersAndFillsWithZeros) {
     EXPECT_STREQ(id, "2O2Fr$t4X7Zf8NOew3FLOH");
     id = "short";
     EXPECT_STREQ(id, "short");
-    for (int i = 5; i < KpIfcGUID::kLength; ++i)
-        EXPECT_EQ(id.chars()[i], '\0') << i;
+    for (int i = 5; i < KpIfcGUID::kLength; ++i) EXPECT_EQ(id.chars()[i], '\0') << i;
     EXPECT_TRUE(id == KpIfcGUID("short"));
     id = nullptr;
     EXPECT_STREQ(id, "");

@@ -124,7 +124,7 @@ TEST(Linking, FindsTheTargetOfAnInverseByItsAttributeAlone) {
         made.inverse(port, "Holder", "", "Port");
         made.inverse(port, "Connection", "connects", "Port");
         made.attribute(made.entity("CONNECTS"), "Port", "PORT");  // named by another inverse of the port
-        made.attribute(made.entity("STRANGER"), "Port", "OTHER");  // over another type
+        made.attribute(made.entity("STRANGER"), "Port", "OTHER"); // over another type
         made.entity("OTHER");
         made.attribute(made.entity("HOLDS"), "port", "list [1:?] of PORT");
         made.list("list [1:?] of Port", "Port");
@@ -158,4 +158,4 @@ TEST(Linking, FlattensEachMemberOnceEvenWhereSelectsNameEachOther) {
     EXPECT_THAT(names, ElementsAre("B", "A", "C"));
 }
 
-}  // namespace
+} // namespace

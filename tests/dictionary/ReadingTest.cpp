@@ -128,4 +128,4 @@ TEST_F(Reading, KindsOfTypesAreToldApart) {
     EXPECT_EQ(type("IfcLabel").aggregation(), nullptr);
 }
 
-}  // namespace
+} // namespace

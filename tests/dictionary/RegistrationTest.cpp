@@ -123,7 +123,7 @@ TEST_F(Registration, InverseAttributesHaveTheirBounds) {
         int minimum;
         int maximum;
         const char* target;
-        const char* inverted;  ///< with the entity that declares it
+        const char* inverted; ///< with the entity that declares it
     } kInverse[] = {
         {"IfcObject", "IsDefinedBy", 0, kOpen, "IfcRelDefines", "IfcRelDefines.RelatedObjects"},
         {"IfcObjectDefinition", "HasAssignments", 0, kOpen, "IfcRelAssigns", "IfcRelAssigns.RelatedObjects"},
@@ -196,4 +196,4 @@ TEST_F(Registration, RowsOfFactsAgreeWithTheDefinitions) {
     }
 }
 
-}  // namespace
+} // namespace

@@ -30,7 +30,8 @@ bool take(std::string& text, std::string_view word) {
 /// What stands before the separator, which is removed with it.
 std::string takeUntil(std::string& text, std::string_view separator) {
     const std::size_t at = text.find(separator);
-    if (at == std::string::npos) throw std::runtime_error("schema file: no '" + std::string(separator) + "' in " + text);
+    if (at == std::string::npos)
+        throw std::runtime_error("schema file: no '" + std::string(separator) + "' in " + text);
     const std::string head = trimmed(text.substr(0, at));
     text = trimmed(text.substr(at + separator.size()));
     return head;
@@ -86,7 +87,7 @@ void readDeclaration(std::string line, Schema& schema) {
     }
 }
 
-}  // namespace
+} // namespace
 
 std::string expressNotation(std::string_view type) {
     std::istringstream words{std::string(type)};
@@ -120,4 +121,4 @@ Schema readIfc2x3() {
     return schema;
 }
 
-}  // namespace schema_file
+} // namespace schema_file

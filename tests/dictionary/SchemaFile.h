@@ -15,18 +15,18 @@ struct Attribute {
     std::string name;
     std::string type;
     bool optional = false;
-    std::string redeclaredIn;  ///< of derived ones: the supertype; empty for none
-    std::string inverted;      ///< of inverse ones
+    std::string redeclaredIn; ///< of derived ones: the supertype; empty for none
+    std::string inverted;     ///< of inverse ones
 };
 
 struct UniqueRule {
     std::string label;
-    std::string attributes;  ///< separated by blanks
+    std::string attributes; ///< separated by blanks
 };
 
 struct Entity {
     std::string name;
-    std::string supertype;  ///< empty for a root
+    std::string supertype; ///< empty for a root
     bool isAbstract = false;
     std::vector<Attribute> attributes;
     std::vector<UniqueRule> uniqueRules;
@@ -52,4 +52,4 @@ Schema readIfc2x3();
 /// "SET [0:?] OF IfcRelDefines" for "set [0:?] of IfcRelDefines": all words but names in upper case.
 std::string expressNotation(std::string_view type);
 
-}  // namespace schema_file
+} // namespace schema_file

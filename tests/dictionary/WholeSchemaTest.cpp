@@ -61,7 +61,8 @@ std::string line(const KpIfcAttributeDefinition& definition) {
     Attribute attribute{static_cast<Attribute::Kind>(definition.kind()), definition.displayName(), "", false, "", ""};
     if (const auto* own = definition.as<KpIfcExplicitAttributeDefinition>())
         attribute.optional = own->isOptionalInFiles();
-    if (const auto* derived = definition.as<KpIfcDerivedAttributeDefinition>(); derived && derived->redeclaredAttribute())
+    if (const auto* derived = definition.as<KpIfcDerivedAttributeDefinition>();
+        derived && derived->redeclaredAttribute())
         attribute.redeclaredIn = derived->redeclaredAttribute()->owner()->displayName();
     if (const auto* inverse = definition.as<KpIfcInverseAttributeDefinition>()) {
         attribute.inverted = inverse->invertedAttribute() ? inverse->invertedAttribute()->name() : "?";
@@ -154,8 +155,7 @@ TEST_F(WholeSchema, DepartsFromTheFileWhereTheListSaysSo) {
     std::map<std::string, std::string> types;
     for (const schema_file::Type& type : file().types) types[type.name] = type.type;
     for (const schema_file::Entity& entity : file().entities)
-        for (const Attribute& attribute : entity.attributes)
-            types[entity.name + '.' + attribute.name] = attribute.type;
+        for (const Attribute& attribute : entity.attributes) types[entity.name + '.' + attribute.name] = attribute.type;
     for (const auto& [where, inFile, inDictionary] : kDepartures) EXPECT_EQ(types[where], inFile) << where;
 }
 
@@ -183,16 +183,17 @@ TEST_F(WholeSchema, HasTheBoundsOfThePublishedOne) {
         for (const auto* named : all<KpIfcDefinedType>(*dictionary)) {
             const KpIfcAggregationType* type = named->aggregation();
             if (!type) continue;
-            const std::string upper = type->upperBound().isUnbounded() ? "?" : std::to_string(type->upperBound().value());
+            const std::string upper =
+                type->upperBound().isUnbounded() ? "?" : std::to_string(type->upperBound().value());
             ++found[std::string(type->keyword()) + ' ' + std::to_string(type->lowerBound().value()) + ':' + upper];
         }
     const std::map<std::string, int> expected = {
-        {"SET 0:?", 53},  {"SET 1:?", 47},  {"SET 0:1", 27},  {"SET 0:2", 1},  {"SET 1:1", 2},    {"SET 1:2", 1},
-        {"SET 1:5", 1},   {"SET 2:?", 1},   {"LIST 1:?", 29}, {"LIST 2:?", 6}, {"LIST 3:?", 4},   {"LIST 0:?", 1},
-        {"LIST 1:3", 1},  {"LIST 1:8", 1},  {"LIST 2:2", 3},  {"LIST 2:3", 2}, {"LIST 3:3", 1},   {"LIST 3:4", 2},
-        {"ARRAY 1:2", 1}, {"ARRAY 0:255", 2},
+        {"SET 0:?", 53}, {"SET 1:?", 47}, {"SET 0:1", 27}, {"SET 0:2", 1},   {"SET 1:1", 2},
+        {"SET 1:2", 1},  {"SET 1:5", 1},  {"SET 2:?", 1},  {"LIST 1:?", 29}, {"LIST 2:?", 6},
+        {"LIST 3:?", 4}, {"LIST 0:?", 1}, {"LIST 1:3", 1}, {"LIST 1:8", 1},  {"LIST 2:2", 3},
+        {"LIST 2:3", 2}, {"LIST 3:3", 1}, {"LIST 3:4", 2}, {"ARRAY 1:2", 1}, {"ARRAY 0:255", 2},
     };
     EXPECT_EQ(found, expected);
 }
 
-}  // namespace
+} // namespace

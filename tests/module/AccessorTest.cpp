@@ -1,9 +1,9 @@
 #include "Environment.h"
 
+#include <IFC2X3/IfcCalendarDate.h>
 #include <IFC2X3/IfcCartesianPoint.h>
 #include <IFC2X3/IfcOwnerHistory.h>
 #include <IFC2X3/IfcPerson.h>
-#include <IFC2X3/IfcCalendarDate.h>
 #include <IFC2X3/IfcPropertySingleValue.h>
 #include <IFC2X3/IfcRelAggregates.h>
 #include <IFC2X3/IfcSIUnit.h>
@@ -39,7 +39,8 @@ TEST(Accessors, OfLists) {
     EXPECT_EQ(values, (KpIfcArray<double>{1, 2, 3, 4})); // replaces what was in the array
     EXPECT_EQ(savedRecords(file), "#1=IFCCARTESIANPOINT((1.,2.,3.,4.));\n");
 
-    // Positions count from 0, but those outside the declared bounds [1:3] are refused, and so are those without element.
+    // Positions count from 0, but those outside the declared bounds [1:3] are refused, and so are those without
+    // element.
     EXPECT_EQ(point->getCoordinates().at(1), 2);
     EXPECT_EQ(point->getCoordinates().at(3), 4);
     for (const int position : {-1, 0, 4}) {

@@ -16,7 +16,9 @@ std::string text(double value) {
     std::snprintf(digits, sizeof digits, "%a", value);
     return digits;
 }
-std::string text(int value) { return std::to_string(value); }
+std::string text(int value) {
+    return std::to_string(value);
+}
 std::string text(const KpAnsiString& value) {
     return value.isUnset() ? "no text" : '"' + std::string(value.view()) + '"';
 }
@@ -35,17 +37,12 @@ std::string elementsText(const KpIfcAggr& aggregate) {
 
 std::string aggregateText(const KpIfcAggr& aggregate, const KpIfcAggrFacts& facts) {
     switch (facts.element) {
-    case KpIfcElementKind::real:
-        return elementsText<double>(aggregate);
-    case KpIfcElementKind::integer:
-        return elementsText<int>(aggregate);
+    case KpIfcElementKind::real: return elementsText<double>(aggregate);
+    case KpIfcElementKind::integer: return elementsText<int>(aggregate);
     case KpIfcElementKind::string:
-    case KpIfcElementKind::binary:
-        return elementsText<KpAnsiString>(aggregate);
-    case KpIfcElementKind::reference:
-        return elementsText<KpDbObjectId>(aggregate);
-    case KpIfcElementKind::select:
-        break;
+    case KpIfcElementKind::binary: return elementsText<KpAnsiString>(aggregate);
+    case KpIfcElementKind::reference: return elementsText<KpDbObjectId>(aggregate);
+    case KpIfcElementKind::select: break;
     }
     std::string out;
     for (std::size_t i = 0; i < aggregate.size(); ++i) {
@@ -59,8 +56,7 @@ std::string aggregateText(const KpIfcAggr& aggregate, const KpIfcAggrFacts& fact
 std::string selectText(const KpIfcSelect& select) {
     const std::string name = select.underlyingTypeName();
     switch (select.valueKind()) {
-    case kTypeNone:
-        return name + "(none)";
+    case kTypeNone: return name + "(none)";
     case kTypeEntity: {
         KpDbObjectId handle;
         select.getHandle(handle);
@@ -86,46 +82,33 @@ std::string selectText(const KpIfcSelect& select) {
         select.getLogical(value);
         return name + "(logical " + text(value.code()) + ')';
     }
-    case kTypeEnumeration:
-        return name + "(." + (select.getLiteral() ? select.getLiteral() : "?") + ".)";
-    case kTypeString:
-        return name + '(' + text(*select.getString()) + ')';
+    case kTypeEnumeration: return name + "(." + (select.getLiteral() ? select.getLiteral() : "?") + ".)";
+    case kTypeString: return name + '(' + text(*select.getString()) + ')';
     case kTypeAggregate: {
         const KpIfcAggr& aggregate = *select.getAggregate();
         const bool reals = aggregate.containerType() == KpIfcAggrContainerType::array;
         return name + '(' + (reals ? elementsText<double>(aggregate) : elementsText<int>(aggregate)) + ')';
     }
-    default:
-        return name + "(a kind that no select has)";
+    default: return name + "(a kind that no select has)";
     }
 }
 
 std::string attributeText(KpIfcEntityBase& instance, const KpIfcAttributeFacts& attribute) {
     const KpIfcAttributeFacts::Member& member = attribute.member;
     switch (attribute.kind) {
-    case KpIfcFieldKind::string:
-        return text(instance.*member.string);
+    case KpIfcFieldKind::string: return text(instance.*member.string);
     case KpIfcFieldKind::guid:
         return (instance.*member.guid).isUnset() ? "no GUID" : (instance.*member.guid).constStr();
-    case KpIfcFieldKind::real:
-        return text(instance.*member.real);
-    case KpIfcFieldKind::integer:
-        return text(instance.*member.integer);
-    case KpIfcFieldKind::boolean:
-        return "boolean " + text((instance.*member.boolean).code());
-    case KpIfcFieldKind::logical:
-        return "logical " + text((instance.*member.logical).code());
-    case KpIfcFieldKind::enumeration:
-        return "code " + text(attribute.enumerationCode(instance));
-    case KpIfcFieldKind::reference:
-        return text(instance.*member.reference);
-    case KpIfcFieldKind::select:
-        return selectText(member.select(instance));
-    case KpIfcFieldKind::aggregate:
-        return "( " + aggregateText(member.aggregate(instance), *attribute.aggregate) + ')';
+    case KpIfcFieldKind::real: return text(instance.*member.real);
+    case KpIfcFieldKind::integer: return text(instance.*member.integer);
+    case KpIfcFieldKind::boolean: return "boolean " + text((instance.*member.boolean).code());
+    case KpIfcFieldKind::logical: return "logical " + text((instance.*member.logical).code());
+    case KpIfcFieldKind::enumeration: return "code " + text(attribute.enumerationCode(instance));
+    case KpIfcFieldKind::reference: return text(instance.*member.reference);
+    case KpIfcFieldKind::select: return selectText(member.select(instance));
+    case KpIfcFieldKind::aggregate: return "( " + aggregateText(member.aggregate(instance), *attribute.aggregate) + ')';
     case KpIfcFieldKind::derived:
-    case KpIfcFieldKind::notKept:
-        break;
+    case KpIfcFieldKind::notKept: break;
     }
     return "no member";
 }

@@ -28,7 +28,9 @@ struct SelectStores : KpIfcSelect {
 };
 
 /// Assignment passes what every change passes; it copies no attribute of the entity itself.
-void noteChange(KpIfcEntityBase& instance) { instance = KpIfcEntityBase(); }
+void noteChange(KpIfcEntityBase& instance) {
+    instance = KpIfcEntityBase();
+}
 
 double realValue(int seed) {
     static constexpr double kValues[] = {1.0 / 3, -0.0, 1e300, -2.5e-300, 123456789.0, 5e-324, 1e6, 0.1};
@@ -46,7 +48,7 @@ KpAnsiString textValue(int seed) {
         "",
         "plain",
         "it's C:\\dir\\new #12=;/* ('x') */",
-        "\xC3\x84tna \xE6\x97\xA5\xE6\x9C\xAC",     // two and three bytes of UTF-8 each
+        "\xC3\x84tna \xE6\x97\xA5\xE6\x9C\xAC", // two and three bytes of UTF-8 each
         "\xF0\x9D\x84\x9E above the basic plane",
         "line\nbreak\ttab \x7F \xC2\x85",
         "\\X2\\00E9\\X0\\ is a text here, \\S\\d too",
@@ -141,24 +143,12 @@ void AttributeValues::fillSelect(KpIfcSelect& select, int variant) {
     case kTypeEntity:
         EXPECT_TRUE(select.setHandle(instanceOf(m_model.schema().findEntity(name), variant / 2))) << name;
         break;
-    case kTypeReal:
-        (select.*&SelectStores::storeDouble)(realValue(variant));
-        break;
-    case kTypeInteger:
-        (select.*&SelectStores::storeInt)(integerValue(variant), kTypeInteger);
-        break;
-    case kTypeEnumeration:
-        (select.*&SelectStores::storeInt)(0, kTypeEnumeration);
-        break;
-    case kTypeBoolean:
-        (select.*&SelectStores::storeBoolean)(variant % 3 == 0);
-        break;
-    case kTypeLogical:
-        (select.*&SelectStores::storeLogical)(static_cast<KpIfcLogical::Code>(variant % 3));
-        break;
-    case kTypeString:
-        (select.*&SelectStores::storeString)(textValue(variant));
-        break;
+    case kTypeReal: (select.*&SelectStores::storeDouble)(realValue(variant)); break;
+    case kTypeInteger: (select.*&SelectStores::storeInt)(integerValue(variant), kTypeInteger); break;
+    case kTypeEnumeration: (select.*&SelectStores::storeInt)(0, kTypeEnumeration); break;
+    case kTypeBoolean: (select.*&SelectStores::storeBoolean)(variant % 3 == 0); break;
+    case kTypeLogical: (select.*&SelectStores::storeLogical)(static_cast<KpIfcLogical::Code>(variant % 3)); break;
+    case kTypeString: (select.*&SelectStores::storeString)(textValue(variant)); break;
     case kTypeAggregate: {
         auto& aggregate = const_cast<KpIfcAggr&>(*select.getAggregate());
         if (aggregate.containerType() == KpIfcAggrContainerType::array) {
@@ -168,8 +158,7 @@ void AttributeValues::fillSelect(KpIfcSelect& select, int variant) {
         }
         break;
     }
-    default:
-        FAIL() << name << " has no kind of value";
+    default: FAIL() << name << " has no kind of value";
     }
 }
 
@@ -191,20 +180,16 @@ bool AttributeValues::fillSelects(KpIfcAggr& aggregate, std::size_t count, int v
 void AttributeValues::fillAggregate(KpIfcAggr& aggregate, const KpIfcAttributeFacts& attribute, int seed) {
     const auto count = static_cast<std::size_t>(std::min(std::max(2, aggregate.lowerBound()), aggregate.upperBound()));
     switch (attribute.aggregate->element) {
-    case KpIfcElementKind::real:
-        return assignValues<double>(aggregate, count, seed, realValue);
-    case KpIfcElementKind::integer:
-        return assignValues<int>(aggregate, count, seed, integerValue);
-    case KpIfcElementKind::string:
-        return assignValues<KpAnsiString>(aggregate, count, seed, textValue);
+    case KpIfcElementKind::real: return assignValues<double>(aggregate, count, seed, realValue);
+    case KpIfcElementKind::integer: return assignValues<int>(aggregate, count, seed, integerValue);
+    case KpIfcElementKind::string: return assignValues<KpAnsiString>(aggregate, count, seed, textValue);
     case KpIfcElementKind::binary:
         return assignValues<KpAnsiString>(aggregate, count, seed,
                                           [](int i) { return KpAnsiString(i % 2 ? "0F0" : "31FF"); });
     case KpIfcElementKind::reference:
         return assignValues<KpDbObjectId>(aggregate, count, seed,
                                           [&](int i) { return instanceOf(*attribute.target, i); });
-    case KpIfcElementKind::select:
-        break;
+    case KpIfcElementKind::select: break;
     }
     const bool filled = [&]<class... Select>(ClassList<Select...>) {
         return (fillSelects<Select>(aggregate, count, seed) || ...);
@@ -235,41 +220,22 @@ void AttributeValues::fill(KpIfcEntityBase& instance, int variant) {
         const KpIfcAttributeFacts::Member& member = attribute->member;
         ++seed;
         switch (attribute->kind) {
-        case KpIfcFieldKind::string:
-            instance.*member.string = textValue(seed);
-            break;
-        case KpIfcFieldKind::guid:
-            instance.*member.guid = "0aZ_$' \\5678901234567\x7F";
-            break;
-        case KpIfcFieldKind::real:
-            instance.*member.real = realValue(seed);
-            break;
-        case KpIfcFieldKind::integer:
-            instance.*member.integer = integerValue(seed);
-            break;
-        case KpIfcFieldKind::boolean:
-            instance.*member.boolean = seed % 2 == 0;
-            break;
-        case KpIfcFieldKind::logical:
-            instance.*member.logical = static_cast<KpIfcLogical::Code>(seed % 3);
-            break;
+        case KpIfcFieldKind::string: instance.*member.string = textValue(seed); break;
+        case KpIfcFieldKind::guid: instance.*member.guid = "0aZ_$' \\5678901234567\x7F"; break;
+        case KpIfcFieldKind::real: instance.*member.real = realValue(seed); break;
+        case KpIfcFieldKind::integer: instance.*member.integer = integerValue(seed); break;
+        case KpIfcFieldKind::boolean: instance.*member.boolean = seed % 2 == 0; break;
+        case KpIfcFieldKind::logical: instance.*member.logical = static_cast<KpIfcLogical::Code>(seed % 3); break;
         case KpIfcFieldKind::enumeration: {
             const int code = variant % attribute->enumeration->count;
             std::memcpy(member.enumeration(instance), &code, sizeof code);
             break;
         }
-        case KpIfcFieldKind::reference:
-            instance.*member.reference = instanceOf(*attribute->target, seed);
-            break;
-        case KpIfcFieldKind::select:
-            fillSelect(member.select(instance), variant);
-            break;
-        case KpIfcFieldKind::aggregate:
-            fillAggregate(member.aggregate(instance), *attribute, variant);
-            break;
+        case KpIfcFieldKind::reference: instance.*member.reference = instanceOf(*attribute->target, seed); break;
+        case KpIfcFieldKind::select: fillSelect(member.select(instance), variant); break;
+        case KpIfcFieldKind::aggregate: fillAggregate(member.aggregate(instance), *attribute, variant); break;
         case KpIfcFieldKind::derived:
-        case KpIfcFieldKind::notKept:
-            break;
+        case KpIfcFieldKind::notKept: break;
         }
     }
 }

@@ -64,8 +64,7 @@ TEST(EntityFields, SurviveWithNoneSet) {
         expected += '#' + std::to_string(instance->instanceName()) + '=' + instance->getInstanceType()->name() + '(';
         const char* separator = "";
         for (const KpIfcAttributeFacts* attribute : instance->getInstanceType()->recordFields()) {
-            const bool mandatoryAggregate =
-                attribute->kind == KpIfcFieldKind::aggregate && !attribute->isOptional();
+            const bool mandatoryAggregate = attribute->kind == KpIfcFieldKind::aggregate && !attribute->isOptional();
             expected += separator;
             expected += attribute->kind == KpIfcFieldKind::derived   ? "*"
                         : attribute->kind == KpIfcFieldKind::notKept ? "\"\""
@@ -105,8 +104,7 @@ TEST(EntityFields, OrderInWhichTheStandardHasThem) {
           "TrueNorth", "ParentContext", "TargetScale", "TargetView", "UserDefinedTargetView"}},
         {"IfcWorkPlan",
          {"GlobalId", "OwnerHistory", "Name", "Description", "ObjectType", "Identifier", "CreationDate", "Creators",
-          "Purpose", "Duration", "TotalFloat", "StartTime", "FinishTime", "WorkControlType",
-          "UserDefinedControlType"}},
+          "Purpose", "Duration", "TotalFloat", "StartTime", "FinishTime", "WorkControlType", "UserDefinedControlType"}},
     };
     const KpIfcFile file = emptyFile();
     for (const auto& c : cases) {

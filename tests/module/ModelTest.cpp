@@ -75,8 +75,8 @@ TEST(Model, WalksScatteredNamesInAscendingOrder) {
     std::mt19937_64 random(20240229);
     std::vector<std::uint64_t> expected;
     for (std::uint64_t name = 1; name <= 2000; ++name) {
-        expected.push_back(name);                                           // dense
-        expected.push_back(3000 + (random() % 400'000'000));                // thin
+        expected.push_back(name);                                                           // dense
+        expected.push_back(3000 + (random() % 400'000'000));                                // thin
         expected.push_back((std::uint64_t{1} << 31) + random() % (std::uint64_t{1} << 62)); // huge
     }
     std::sort(expected.begin(), expected.end());

@@ -13,21 +13,11 @@ static constexpr bool isPlain(char c) {
 
 static void appendEscaped(std::string& out, char c) {
     switch (c) {
-    case '"':
-        out += "\\\"";
-        return;
-    case '\\':
-        out += "\\\\";
-        return;
-    case '\n':
-        out += "\\n";
-        return;
-    case '\r':
-        out += "\\r";
-        return;
-    case '\t':
-        out += "\\t";
-        return;
+    case '"': out += "\\\""; return;
+    case '\\': out += "\\\\"; return;
+    case '\n': out += "\\n"; return;
+    case '\r': out += "\\r"; return;
+    case '\t': out += "\\t"; return;
     default: {
         constexpr char digits[] = "0123456789abcdef";
         out += "\\u00";

@@ -32,12 +32,9 @@ Json namesOf(const Types& types) {
 
 const char* kindName(KpIfcAttributeKind kind) {
     switch (kind) {
-    case KpIfcAttributeKind::explicitAttribute:
-        return "explicit";
-    case KpIfcAttributeKind::derivedAttribute:
-        return "derived";
-    case KpIfcAttributeKind::inverseAttribute:
-        return "inverse";
+    case KpIfcAttributeKind::explicitAttribute: return "explicit";
+    case KpIfcAttributeKind::derivedAttribute: return "derived";
+    case KpIfcAttributeKind::inverseAttribute: return "inverse";
     }
     return nullptr;
 }

@@ -117,12 +117,8 @@ void attributes(SchemaLayout& out, const KpIfcEntityType& entity) {
                 declaration.emplace_back("(* in files)");
             }
             break;
-        case KpIfcAttributeKind::derivedAttribute:
-            mark = "derived";
-            break;
-        case KpIfcAttributeKind::inverseAttribute:
-            mark = "inverse";
-            break;
+        case KpIfcAttributeKind::derivedAttribute: mark = "derived"; break;
+        case KpIfcAttributeKind::inverseAttribute: mark = "inverse"; break;
         }
         out.row(fmt::format("{:>{}}  {}", mark, indent - 2, names[i]), column, declaration);
     }

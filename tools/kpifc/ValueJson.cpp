@@ -17,34 +17,25 @@ namespace kpifc {
 void ValueJson::attribute(KpIfcEntityBase& instance, const KpIfcAttributeFacts& facts) {
     const auto& member = facts.member;
     switch (facts.kind) {
-    case KpIfcFieldKind::string:
-        return value(instance.*member.string);
+    case KpIfcFieldKind::string: return value(instance.*member.string);
     case KpIfcFieldKind::guid: {
         const KpIfcGUID& guid = instance.*member.guid;
         return guid.isUnset() ? null() : text(guid.constStr());
     }
-    case KpIfcFieldKind::real:
-        return value(instance.*member.real);
-    case KpIfcFieldKind::integer:
-        return value(instance.*member.integer);
-    case KpIfcFieldKind::boolean:
-        return value(instance.*member.boolean);
-    case KpIfcFieldKind::logical:
-        return value(instance.*member.logical);
-    case KpIfcFieldKind::enumeration:
-        return literal(facts.enumeration->text(facts.enumerationCode(instance)));
-    case KpIfcFieldKind::reference:
-        return value(instance.*member.reference);
-    case KpIfcFieldKind::select:
-        return value(member.select(instance));
+    case KpIfcFieldKind::real: return value(instance.*member.real);
+    case KpIfcFieldKind::integer: return value(instance.*member.integer);
+    case KpIfcFieldKind::boolean: return value(instance.*member.boolean);
+    case KpIfcFieldKind::logical: return value(instance.*member.logical);
+    case KpIfcFieldKind::enumeration: return literal(facts.enumeration->text(facts.enumerationCode(instance)));
+    case KpIfcFieldKind::reference: return value(instance.*member.reference);
+    case KpIfcFieldKind::select: return value(member.select(instance));
     case KpIfcFieldKind::aggregate:
         if ((facts.flags & KpIfcAttributeFacts::kDefinedType) && member.aggregate(instance).empty()) {
             return null(); // a value of a defined type is there or not; it has no members missing
         }
         return aggregate(member.aggregate(instance), *facts.aggregate);
     case KpIfcFieldKind::derived:
-    case KpIfcFieldKind::notKept:
-        return null();
+    case KpIfcFieldKind::notKept: return null();
     }
 }
 
@@ -134,17 +125,12 @@ void ValueJson::literal(const char* value) {
 
 void ValueJson::aggregate(const KpIfcAggr& aggregate, const KpIfcAggrFacts& facts) {
     switch (facts.element) {
-    case KpIfcElementKind::real:
-        return elements<double>(aggregate);
-    case KpIfcElementKind::integer:
-        return elements<int>(aggregate);
+    case KpIfcElementKind::real: return elements<double>(aggregate);
+    case KpIfcElementKind::integer: return elements<int>(aggregate);
     case KpIfcElementKind::string:
-    case KpIfcElementKind::binary:
-        return elements<KpAnsiString>(aggregate);
-    case KpIfcElementKind::reference:
-        return elements<KpDbObjectId>(aggregate);
-    case KpIfcElementKind::select:
-        return selects(aggregate, facts);
+    case KpIfcElementKind::binary: return elements<KpAnsiString>(aggregate);
+    case KpIfcElementKind::reference: return elements<KpDbObjectId>(aggregate);
+    case KpIfcElementKind::select: return selects(aggregate, facts);
     }
 }
 

@@ -16,4 +16,4 @@ inline const char* const KpStringUnset = KP_SDAI::detail::g_unsetText.text;
 inline constexpr std::uint64_t KpStringUnsetLength = sizeof(KP_SDAI::detail::g_unsetText.text) - 1;
 inline constexpr KP_SDAI::KpDbObjectId KpHandleUnset{};
 
-}  // namespace Consts
+} // namespace Consts

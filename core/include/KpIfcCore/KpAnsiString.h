@@ -13,14 +13,14 @@ class KpArena;
 
 /// Character set of bytes handed to KpAnsiString.
 enum class code_page_id : int {
-    utf8 = 0,   ///< kept as they are
-    latin1 = 1  ///< ISO 8859-1, converted to UTF-8
+    utf8 = 0,  ///< kept as they are
+    latin1 = 1 ///< ISO 8859-1, converted to UTF-8
 };
 
 /// What stands before the characters of every text, so that a KpAnsiString is one pointer wide.
 struct KpTextHeader {
-    std::uint32_t length;  ///< bytes before the terminating zero
-    std::uint32_t owned;   ///< 1: heap memory of the one string that points here; 0: static or a model's memory
+    std::uint32_t length; ///< bytes before the terminating zero
+    std::uint32_t owned;  ///< 1: heap memory of the one string that points here; 0: static or a model's memory
 };
 
 /// A text of static storage that strings can point at.
@@ -36,7 +36,7 @@ struct KpStaticText {
 namespace detail {
 extern KPIFCCORE_EXPORT const KpStaticText<1> g_emptyText;
 extern KPIFCCORE_EXPORT const KpStaticText<10> g_unsetText;
-}  // namespace detail
+} // namespace detail
 
 /// The runtime's narrow text: bytes with a length and a terminating zero, never a null pointer.
 ///
@@ -109,4 +109,4 @@ private:
     const char* m_text;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

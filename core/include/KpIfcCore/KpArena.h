@@ -40,4 +40,4 @@ private:
     std::size_t m_reserved = 0;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

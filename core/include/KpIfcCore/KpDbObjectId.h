@@ -28,9 +28,9 @@ struct KpIfcSlotChunk {
     static constexpr std::size_t kSlots = (kBytes - 32) / sizeof(KpIfcSlot);
 
     KpIfcModel* model;
-    std::uint64_t modelSerial;   ///< order of the models in this process
-    std::uint64_t firstName;     ///< name of slot 0 where names are consecutive
-    const std::uint64_t* names;  ///< names of the slots where they are not, else null
+    std::uint64_t modelSerial;  ///< order of the models in this process
+    std::uint64_t firstName;    ///< name of slot 0 where names are consecutive
+    const std::uint64_t* names; ///< names of the slots where they are not, else null
     KpIfcSlot slots[kSlots];
 
     static KpIfcSlotChunk* of(const KpIfcSlot* slot) {
@@ -82,4 +82,4 @@ private:
     KpIfcSlot* m_slot = nullptr;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -48,9 +48,9 @@ public:
     struct Room {
         std::uint32_t word;
     };
-    static constexpr std::uint32_t kPlaceholder = 1u << 31;  ///< of a nil aggregate; never changed
-    static constexpr std::uint32_t kInArena = 1u << 30;      ///< lies in a model's memory
-    static constexpr std::uint32_t kExternal = 1u << 29;     ///< the elements lie in a buffer of their own
+    static constexpr std::uint32_t kPlaceholder = 1u << 31; ///< of a nil aggregate; never changed
+    static constexpr std::uint32_t kInArena = 1u << 30;     ///< lies in a model's memory
+    static constexpr std::uint32_t kExternal = 1u << 29;    ///< the elements lie in a buffer of their own
     static constexpr std::uint32_t kMaxCount = kExternal - 1;
 
 protected:
@@ -70,7 +70,7 @@ private:
         if (m_room & kPlaceholder) return;
         const bool onHeap = (m_room & kInArena) == 0;
         this->~KpIfcAggrImp();
-        if (onHeap) ::operator delete(static_cast<void*>(this));  // larger than its class: no sized delete
+        if (onHeap) ::operator delete(static_cast<void*>(this)); // larger than its class: no sized delete
     }
 };
 static_assert(sizeof(KpIfcAggrImp) == 16);
@@ -217,7 +217,7 @@ protected:
     KpIfcAggr& operator=(const KpIfcAggr&) = delete;
     ~KpIfcAggr() { dispose(); }
     void dispose() {
-        if (m_imp) m_imp->dispose();  // null only in what was moved from
+        if (m_imp) m_imp->dispose(); // null only in what was moved from
     }
 
     KpIfcAggrImp* m_imp;
@@ -311,4 +311,4 @@ inline constexpr KpIfcAggrImpDummy<T, Imp, kind, unique> KpIfcAggrImpDummy<T, Im
 /// Room for elements that stands for an open upper bound ("?"); it never refuses an element.
 inline constexpr int kOpenBound = 65536;
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -42,7 +42,7 @@ protected:
     std::size_t m_position = 0;
 };
 
-}  // namespace detail
+} // namespace detail
 
 /// Iterators over lists (tag std::list) and arrays (tag std::vector); the tag names the kind, not the storage.
 template <template <class...> class Kind, class T>
@@ -77,4 +77,4 @@ public:
     using Walk::Walk;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

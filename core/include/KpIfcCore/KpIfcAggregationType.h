@@ -81,4 +81,4 @@ private:
     bool m_unique;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

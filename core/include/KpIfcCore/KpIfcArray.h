@@ -86,7 +86,7 @@ public:
 
     void append(const T& value) {
         if (m_length == m_allocated) {
-            T copy(value);  // `value` may lie in the buffer that is about to move
+            T copy(value); // `value` may lie in the buffer that is about to move
             reserve(m_length + (m_length / 2 > m_growStep ? m_length / 2 : m_growStep));
             ::new (static_cast<void*>(m_items + m_length)) T(std::move(copy));
         } else {
@@ -138,4 +138,4 @@ private:
     std::uint32_t m_growStep = 8;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

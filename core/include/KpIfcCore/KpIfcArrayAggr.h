@@ -68,4 +68,4 @@ public:
     }
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

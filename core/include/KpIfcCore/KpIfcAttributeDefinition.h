@@ -26,9 +26,9 @@ public:
     /// The entity that declares it; null until it was appended to one.
     const KpIfcEntityType* owner() const { return m_owner; }
 
-    /// The type of the attribute's value: a simple type, an entity or a KpIfcDefinedType, which for an aggregation is the
-    /// anonymous one of that text. Of an inverse attribute the entity whose instances it holds, one or a set of them.
-    /// Null only where its name could not be resolved.
+    /// The type of the attribute's value: a simple type, an entity or a KpIfcDefinedType, which for an aggregation is
+    /// the anonymous one of that text. Of an inverse attribute the entity whose instances it holds, one or a set of
+    /// them. Null only where its name could not be resolved.
     DictionaryInstance* domain() const { return m_domain; }
     /// Links to a type that somebody else owns.
     void domain(DictionaryInstance* type) { m_domain = type; }
@@ -39,7 +39,8 @@ public:
     /// The type in the notation of EXPRESS, without OPTIONAL: "IfcLabel", "REAL", "SET [1:?] OF IfcProduct". Names are
     /// spelled as they are published. "?" where the type could not be resolved.
     virtual std::string typeText() const;
-    /// The declaration behind the name: "OPTIONAL IfcLabel", "INTEGER", "SET [0:?] OF IfcRelDefines FOR RelatedObjects".
+    /// The declaration behind the name: "OPTIONAL IfcLabel", "INTEGER", "SET [0:?] OF IfcRelDefines FOR
+    /// RelatedObjects".
     virtual std::string declarationText() const { return typeText(); }
 
 protected:
@@ -73,7 +74,7 @@ public:
 private:
     friend class KpIfcEntityType;
     bool m_optional;
-    std::uint32_t m_index = 0;  ///< among the explicit attributes of its owner
+    std::uint32_t m_index = 0; ///< among the explicit attributes of its owner
 };
 
 /// An attribute whose value follows from others; it has no field of its own in files.
@@ -128,4 +129,4 @@ private:
     int m_maximum;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

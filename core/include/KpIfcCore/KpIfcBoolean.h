@@ -40,4 +40,4 @@ private:
     Code m_code = Unset;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -79,14 +79,14 @@ protected:
 private:
     friend class ModelData;
 
-    static constexpr std::uintptr_t kChanged = 1;    ///< may differ from what was read; may own heap memory
-    static constexpr std::uintptr_t kKeptText = 2;   ///< the model keeps source text of some of its fields
-    static constexpr std::uintptr_t kOwnsHeap = 4;   ///< its destructor must run when the model closes
+    static constexpr std::uintptr_t kChanged = 1;  ///< may differ from what was read; may own heap memory
+    static constexpr std::uintptr_t kKeptText = 2; ///< the model keeps source text of some of its fields
+    static constexpr std::uintptr_t kOwnsHeap = 4; ///< its destructor must run when the model closes
     static constexpr std::uintptr_t kFlags = 7;
 
     void noteChange();
 
-    std::uintptr_t m_self = 0;  ///< address of the slot and the flags
+    std::uintptr_t m_self = 0; ///< address of the slot and the flags
 };
 
 /// The instance that a handle refers to, as class T; null where there is none or it is not of that entity.
@@ -106,4 +106,4 @@ const T* as(const KpIfcEntityBase* instance) {
     return instance && instance->isKindOf(T::g_pEntityType) ? static_cast<const T*>(instance) : nullptr;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

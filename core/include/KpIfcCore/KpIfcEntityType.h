@@ -35,15 +35,15 @@ public:
     /// True where this is `other` or one of its subtypes, direct or not.
     bool isKindOf(const KpIfcEntityType* other) const;
 
-    /// Appends to the attributes that the entity itself declares, and takes ownership: explicit ones in the order of its
-    /// record, then derived, then inverse ones.
+    /// Appends to the attributes that the entity itself declares, and takes ownership: explicit ones in the order of
+    /// its record, then derived, then inverse ones.
     void appendAttribute(KpIfcAttributeDefinition* attribute);
     /// The attributes that the entity itself declares, in the order in which they were appended.
     const std::vector<std::unique_ptr<KpIfcAttributeDefinition>>& attributes() const { return m_attributes; }
     /// All attributes, inherited ones first: those of the root, then those of each subtype down to this one.
     std::vector<const KpIfcAttributeDefinition*> allAttributes() const;
-    /// The attribute of a name in any letter case, own or inherited; null where there is none. A redeclared attribute is
-    /// found under its own name as the inherited one.
+    /// The attribute of a name in any letter case, own or inherited; null where there is none. A redeclared attribute
+    /// is found under its own name as the inherited one.
     const KpIfcAttributeDefinition* findAttribute(std::string_view name) const;
     /// The derived attribute by which this entity or a supertype redeclares an explicit one; null where none does.
     const KpIfcDerivedAttributeDefinition* redeclarationOf(const KpIfcAttributeDefinition& attribute) const;
@@ -77,4 +77,4 @@ private:
     std::uint32_t m_explicitCount = 0;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

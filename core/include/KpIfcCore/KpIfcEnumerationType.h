@@ -28,4 +28,4 @@ private:
     const KpIfcEnumFacts* m_facts = nullptr;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -28,4 +28,4 @@ private:
     const char* m_where;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -17,4 +17,4 @@ KPIFCCORE_EXPORT std::string expressText(const DictionaryInstance* type);
 /// "ENUMERATION OF (SUPPLIER, ...)", "SELECT (IfcCartesianPoint, IfcParameterValue)". One line, however long.
 KPIFCCORE_EXPORT std::string definitionText(const KpIfcDefinedType& type);
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -32,8 +32,8 @@ enum class KpIfcFieldKind : std::uint8_t {
     reference,
     select,
     aggregate,
-    derived,  ///< redeclared as derived: "*" in files, no value of its own
-    notKept   ///< stands in files but is neither read nor kept
+    derived, ///< redeclared as derived: "*" in files, no value of its own
+    notKept  ///< stands in files but is neither read nor kept
 };
 
 /// Kinds of elements of aggregate attributes.
@@ -43,7 +43,7 @@ enum class KpIfcElementKind : std::uint8_t { real, integer, string, binary, refe
 struct KpIfcEnumFacts {
     const char* name;
     int count;
-    const char* const* literals;  ///< `count` texts in upper case, then an empty one
+    const char* const* literals; ///< `count` texts in upper case, then an empty one
 
     /// Text of a code; null for codes that are no literal's.
     const char* text(int code) const { return code >= 0 && code < count ? literals[code] : nullptr; }
@@ -72,10 +72,10 @@ struct KpIfcAggrFacts {
 /// One explicit attribute: a field of the entity's record.
 struct KpIfcAttributeFacts {
     enum Flag : std::uint8_t {
-        kOptional = 1,  ///< may be without a value in files
-        kFirst = 2,     ///< the first field of the record
-        kBinary = 4,      ///< a text that files write as a binary
-        kDefinedType = 8  ///< an aggregate declared by the name of a defined type
+        kOptional = 1,   ///< may be without a value in files
+        kFirst = 2,      ///< the first field of the record
+        kBinary = 4,     ///< a text that files write as a binary
+        kDefinedType = 8 ///< an aggregate declared by the name of a defined type
     };
     union Member {
         KpAnsiString KpIfcEntityBase::*string;
@@ -85,7 +85,7 @@ struct KpIfcAttributeFacts {
         KpIfcBoolean KpIfcEntityBase::*boolean;
         KpIfcLogical KpIfcEntityBase::*logical;
         KpDbObjectId KpIfcEntityBase::*reference;
-        void* (*enumeration)(KpIfcEntityBase&);  ///< address of the 32-bit code
+        void* (*enumeration)(KpIfcEntityBase&); ///< address of the 32-bit code
         KpIfcSelect& (*select)(KpIfcEntityBase&);
         KpIfcAggr& (*aggregate)(KpIfcEntityBase&);
 
@@ -102,13 +102,13 @@ struct KpIfcAttributeFacts {
         constexpr Member(KpIfcAggr& (*m)(KpIfcEntityBase&)) : aggregate(m) {}
     };
 
-    const char* name;  ///< as the schema spells it
+    const char* name; ///< as the schema spells it
     KpIfcFieldKind kind;
     std::uint8_t flags;
     Member member;
-    KpIfcEntityType* const* target = nullptr;     ///< of references and aggregates of them: the declared entity type
-    const KpIfcEnumFacts* enumeration = nullptr;  ///< of enumerations
-    const KpIfcAggrFacts* aggregate = nullptr;    ///< of aggregates
+    KpIfcEntityType* const* target = nullptr;    ///< of references and aggregates of them: the declared entity type
+    const KpIfcEnumFacts* enumeration = nullptr; ///< of enumerations
+    const KpIfcAggrFacts* aggregate = nullptr;   ///< of aggregates
 
     /// The code that an enumeration attribute holds. The member's type is an enumeration over int.
     int enumerationCode(KpIfcEntityBase& instance) const {
@@ -128,16 +128,16 @@ struct KpIfcUniqueFacts {
 
 /// One entity class.
 struct KpIfcEntityFacts {
-    const char* name;  ///< as the schema spells it
+    const char* name; ///< as the schema spells it
     bool isAbstract;
     std::uint32_t size;                              ///< bytes of an instance
     KpIfcEntityBase* (*construct)(void* memory);     ///< makes an instance in memory of that size, aligned to 8
     const KpIfcAttributeFacts* attributes = nullptr; ///< the explicit attributes that the entity itself declares
     std::uint32_t attributeCount = 0;
-    const KpIfcAttributeFacts* record = nullptr;     ///< all fields, where the entity redeclares some as derived
+    const KpIfcAttributeFacts* record = nullptr; ///< all fields, where the entity redeclares some as derived
     std::uint32_t recordCount = 0;
     const KpIfcUniqueFacts* uniqueRules = nullptr;
     std::uint32_t uniqueRuleCount = 0;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

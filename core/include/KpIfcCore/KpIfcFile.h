@@ -28,9 +28,9 @@ public:
     KpIfcFile& operator=(KpIfcFile&&) noexcept;
     ~KpIfcFile();
 
-    /// Reads a file; what was open before is closed. eNotAvailable where it cannot be read, eInvalidInput where it is no
-    /// STEP file or its schema has no module; error() then says why, and there is no model. eOk also where report() has
-    /// findings.
+    /// Reads a file; what was open before is closed. eNotAvailable where it cannot be read, eInvalidInput where it is
+    /// no STEP file or its schema has no module; error() then says why, and there is no model. eOk also where report()
+    /// has findings.
     KP::ErrorStatus open(const std::string& path);
     /// Reads a file from memory, which is not needed afterwards. `name` stands for the path in messages.
     KP::ErrorStatus openMemory(const void* data, std::size_t size, const std::string& name = "memory");
@@ -57,4 +57,4 @@ private:
     std::unique_ptr<State> m_state;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

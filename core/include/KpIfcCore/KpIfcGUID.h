@@ -19,7 +19,7 @@ public:
     KpIfcGUID& operator=(const char* text) {
         std::size_t length = text ? std::strlen(text) : 0;
         if (length > kLength) length = kLength;
-        if (length) std::memmove(m_chars, text, length);  // the text may be a part of this one
+        if (length) std::memmove(m_chars, text, length); // the text may be a part of this one
         std::memset(m_chars + length, 0, sizeof m_chars - length);
         return *this;
     }
@@ -39,4 +39,4 @@ private:
     char m_chars[kLength + 1];
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

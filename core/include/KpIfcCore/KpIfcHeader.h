@@ -16,7 +16,7 @@ struct KpStepValue {
     /// string: the text in UTF-8; number, reference: as written; enumeration: without its dots; binary: without its
     /// quotes; typed: the keyword.
     std::string text;
-    std::vector<KpStepValue> items;  ///< of lists and typed values
+    std::vector<KpStepValue> items; ///< of lists and typed values
 
     static KpStepValue string(std::string text) { return {Kind::string, std::move(text), {}}; }
     static KpStepValue list(std::vector<KpStepValue> items) { return {Kind::list, {}, std::move(items)}; }
@@ -25,7 +25,7 @@ struct KpStepValue {
 
 /// One record of the header section.
 struct KpIfcHeaderRecord {
-    std::string keyword;  ///< in upper case: "FILE_NAME"
+    std::string keyword; ///< in upper case: "FILE_NAME"
     std::vector<KpStepValue> parameters;
     friend bool operator==(const KpIfcHeaderRecord&, const KpIfcHeaderRecord&) = default;
 };
@@ -74,7 +74,7 @@ private:
     KpIfcHeaderRecord& recordFor(std::string_view keyword);
 
     std::vector<KpIfcHeaderRecord> m_records;
-    std::vector<std::string> m_sources;  ///< empty where a record was changed or added
+    std::vector<std::string> m_sources; ///< empty where a record was changed or added
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

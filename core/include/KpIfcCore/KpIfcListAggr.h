@@ -51,10 +51,13 @@ class KpIfcListAggrBounded : public KpIfcListAggr<T> {
 public:
     class KpIfcListAggrBoundedImp : public KpIfcListAggr<T>::KpIfcListAggrImp {
     public:
-        constexpr explicit KpIfcListAggrBoundedImp(KpIfcAggrImp::Room room) : KpIfcListAggr<T>::KpIfcListAggrImp(room) {}
+        constexpr explicit KpIfcListAggrBoundedImp(KpIfcAggrImp::Room room)
+            : KpIfcListAggr<T>::KpIfcListAggrImp(room) {}
         int lowerBound() const override { return lo; }
         int upperBound() const override { return hi; }
-        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcListAggrBoundedImp, 2, 0>::get(); }
+        KpIfcAggrImp* placeholder() const override {
+            return KpIfcAggrImpDummy<T, KpIfcListAggrBoundedImp, 2, 0>::get();
+        }
 
     protected:
         KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
@@ -70,4 +73,4 @@ public:
     }
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

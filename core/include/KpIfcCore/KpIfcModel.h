@@ -18,7 +18,7 @@ class ModelData;
 
 /// What attribute access by name allows.
 enum SdaiAccessMode : int {
-    kAccessUndefined = 0,  ///< neither reading nor writing
+    kAccessUndefined = 0, ///< neither reading nor writing
     kReadOnly = 1,
     kReadWrite = 2
 };
@@ -155,4 +155,4 @@ private:
     std::unique_ptr<ModelData> m_data;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

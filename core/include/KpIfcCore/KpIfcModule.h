@@ -48,4 +48,4 @@ private:
     const KpIfcSchema* m_schema = nullptr;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -12,32 +12,32 @@
 namespace KP_SDAI {
 
 enum class KpIfcSeverity : std::uint8_t {
-    note,     ///< unusual, fully understood, nothing lost
-    warning,  ///< something is not as the schema or the standard wants it; what was read is kept all the same
-    error     ///< something could not be understood or could not be done
+    note,    ///< unusual, fully understood, nothing lost
+    warning, ///< something is not as the schema or the standard wants it; what was read is kept all the same
+    error    ///< something could not be understood or could not be done
 };
 
 /// What kind of finding an entry is.
 enum class KpIfcFinding : std::uint8_t {
-    unreadableRecord,    ///< a record that cannot be parsed; kept as text
-    unknownEntity,       ///< an entity that the schema does not have; kept as text
-    complexRecord,       ///< an instance of several partial records; kept as text
-    duplicateName,       ///< an instance name used before; the last record counts, the others are kept as text
-    attributeCount,      ///< more or fewer parameters than the entity has attributes
-    wrongValue,          ///< a value that its attribute cannot hold; its text is kept
-    unknownLiteral,      ///< an enumeration literal that the schema does not have; its text is kept
-    wrongAlternative,    ///< a typed value that is no alternative of its select; its text is kept
-    danglingReference,   ///< a reference to no instance; its text is kept
-    wrongReference,      ///< a reference to an instance of another entity than declared
-    notKept,             ///< a value that this toolkit reads over
-    abstractEntity,      ///< an instance of an abstract entity
-    textEncoding,        ///< bytes or directives in a text that the standard does not know
-    instanceName,        ///< an instance name that is not allowed
-    sectionStructure,    ///< sections that are missing, doubled, unknown or in another order
-    truncated,           ///< the file ends before its end mark
-    trailingText,        ///< text behind the end mark; not part of the file
-    header,              ///< a header record that is missing or not as the standard wants it
-    notFinite,           ///< a number that files cannot express; written as unset
+    unreadableRecord,  ///< a record that cannot be parsed; kept as text
+    unknownEntity,     ///< an entity that the schema does not have; kept as text
+    complexRecord,     ///< an instance of several partial records; kept as text
+    duplicateName,     ///< an instance name used before; the last record counts, the others are kept as text
+    attributeCount,    ///< more or fewer parameters than the entity has attributes
+    wrongValue,        ///< a value that its attribute cannot hold; its text is kept
+    unknownLiteral,    ///< an enumeration literal that the schema does not have; its text is kept
+    wrongAlternative,  ///< a typed value that is no alternative of its select; its text is kept
+    danglingReference, ///< a reference to no instance; its text is kept
+    wrongReference,    ///< a reference to an instance of another entity than declared
+    notKept,           ///< a value that this toolkit reads over
+    abstractEntity,    ///< an instance of an abstract entity
+    textEncoding,      ///< bytes or directives in a text that the standard does not know
+    instanceName,      ///< an instance name that is not allowed
+    sectionStructure,  ///< sections that are missing, doubled, unknown or in another order
+    truncated,         ///< the file ends before its end mark
+    trailingText,      ///< text behind the end mark; not part of the file
+    header,            ///< a header record that is missing or not as the standard wants it
+    notFinite,         ///< a number that files cannot express; written as unset
     count_
 };
 
@@ -49,13 +49,13 @@ KPIFCCORE_EXPORT const char* severityName(KpIfcSeverity severity);
 struct KpIfcReportEntry {
     KpIfcSeverity severity = KpIfcSeverity::note;
     KpIfcFinding finding = KpIfcFinding::unreadableRecord;
-    std::uint64_t offset = 0;        ///< bytes from the start of the file
-    std::uint64_t line = 0;          ///< from 1; 0 where the finding has no place
-    std::uint64_t column = 0;        ///< in bytes, from 1
-    std::uint64_t instanceName = 0;  ///< 0 where it concerns no instance
-    std::string entity;              ///< keyword of the record, where there is one
-    std::string attribute;           ///< name of the attribute, where it concerns one
-    std::string message;             ///< what was found, what was expected, what was done about it
+    std::uint64_t offset = 0;       ///< bytes from the start of the file
+    std::uint64_t line = 0;         ///< from 1; 0 where the finding has no place
+    std::uint64_t column = 0;       ///< in bytes, from 1
+    std::uint64_t instanceName = 0; ///< 0 where it concerns no instance
+    std::string entity;             ///< keyword of the record, where there is one
+    std::string attribute;          ///< name of the attribute, where it concerns one
+    std::string message;            ///< what was found, what was expected, what was done about it
 
     /// "12:5: warning: #7 IFCWALL.Name: message"
     KPIFCCORE_EXPORT std::string text() const;
@@ -86,4 +86,4 @@ private:
     std::array<std::size_t, static_cast<std::size_t>(KpIfcFinding::count_)> m_byFinding{};
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -25,7 +25,7 @@ public:
     std::size_t count() const { return m_entries.size(); }
 
     struct Entry {
-        std::string name;  ///< as it was put
+        std::string name; ///< as it was put
         std::unique_ptr<KP_SDAI::DictionaryInstance> object;
     };
     /// All entries in the order in which they were put.
@@ -36,7 +36,7 @@ private:
     void grow();
 
     std::vector<Entry> m_entries;
-    std::vector<std::uint32_t> m_table;  ///< open addressing; index of the entry plus one, 0 where free
+    std::vector<std::uint32_t> m_table; ///< open addressing; index of the entry plus one, 0 where free
 };
 
 namespace KP_SDAI {
@@ -53,7 +53,7 @@ struct KpIfcSchemaCounts {
     std::size_t explicitAttributes = 0;
     std::size_t derivedAttributes = 0;
     std::size_t inverseAttributes = 0;
-    std::size_t definedTypes = 0;  ///< named types that are neither enumerations nor selects
+    std::size_t definedTypes = 0; ///< named types that are neither enumerations nor selects
     std::size_t enumerations = 0;
     std::size_t literals = 0;
     std::size_t selects = 0;
@@ -109,4 +109,4 @@ private:
     std::vector<std::string> m_unresolved;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -28,7 +28,7 @@ protected:
 
     struct DerivedRecord {
         KP_SDAI::KpAnsiString typeName;
-        KP_SDAI::KpAnsiString entityName;  ///< whose attribute is redeclared; empty for none
+        KP_SDAI::KpAnsiString entityName; ///< whose attribute is redeclared; empty for none
         bool flag;
     };
     struct InverseRecord {

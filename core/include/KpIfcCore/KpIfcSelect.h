@@ -81,13 +81,13 @@ public:
     /// The value as each kind holds it; false where another kind is held. Values may be the unset markers.
     bool getHandle(KpDbObjectId& handle) const;
     bool getDouble(double& value) const;
-    bool getInt(int& value) const;  ///< an integer, or the code of an enumeration
+    bool getInt(int& value) const; ///< an integer, or the code of an enumeration
     bool getBoolean(KpIfcBoolean& value) const;
     bool getLogical(KpIfcLogical& value) const;
     /// The literal of an enumeration; null where none is held.
     const char* getLiteral() const;
-    const KpAnsiString* getString() const;    ///< null where no text is held
-    const KpIfcAggr* getAggregate() const;    ///< null where no aggregate is held
+    const KpAnsiString* getString() const; ///< null where no text is held
+    const KpIfcAggr* getAggregate() const; ///< null where no aggregate is held
 
     /// Equal alternatives and values; handles compare as handles.
     friend KPIFCCORE_EXPORT bool operator==(const KpIfcSelect& a, const KpIfcSelect& b);
@@ -116,7 +116,7 @@ protected:
     void storeBoolean(KpIfcBoolean value);
     void storeLogical(KpIfcLogical value);
     void storeString(const KpAnsiString& value);
-    void storeAggregate(KpIfcAggrImp* value);  ///< takes it over
+    void storeAggregate(KpIfcAggrImp* value); ///< takes it over
     void storeHandle(const KpDbObjectId& handle);
     /// No value yet, of a kind that is known.
     void storeUnset(KpTypeCodeKind kind);
@@ -144,4 +144,4 @@ private:
     int m_kind = kTypeNone;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

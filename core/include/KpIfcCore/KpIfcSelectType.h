@@ -23,4 +23,4 @@ private:
     std::vector<const KpIfcNameType*> m_members;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

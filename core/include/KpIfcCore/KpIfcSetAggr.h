@@ -34,7 +34,7 @@ public:
     }
     /// Clears, then adds every value in array order; what does not fit is left out.
     virtual void assign(const T* values, std::size_t count) {
-        KpIfcArray<T> copies;  // the values may be this set's own
+        KpIfcArray<T> copies; // the values may be this set's own
         copies.reserve(static_cast<std::uint32_t>(count));
         for (std::size_t i = 0; i < count; ++i) copies.append(values[i]);
         this->clear();
@@ -49,7 +49,7 @@ public:
         const auto less = [](const T& a, const T& b) { return a < b; };
         if (std::adjacent_find(values, values + count, [](const T& a, const T& b) { return !(a < b); }) ==
             values + count)
-            return count;  // as most files write them
+            return count; // as most files write them
         const auto equal = [](const T& a, const T& b) { return !(a < b) && !(b < a); };
         std::sort(values, values + count, less);
         return static_cast<std::size_t>(std::unique(values, values + count, equal) - values);
@@ -63,7 +63,7 @@ private:
     std::size_t find(const T& value) const {
         const T* first = this->begin();
         const std::size_t count = this->m_count;
-        if (count && first[count - 1] < value) return count;  // elements mostly arrive in ascending order
+        if (count && first[count - 1] < value) return count; // elements mostly arrive in ascending order
         return static_cast<std::size_t>(std::lower_bound(first, first + count, value) - first);
     }
 };
@@ -144,4 +144,4 @@ public:
     }
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -21,4 +21,4 @@ private:
 /// The settings of this process.
 KPIFCCORE_EXPORT KpIfcSettings& settings();
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -110,8 +110,8 @@ private:
     int m_width;
 };
 
-/// A type under a name: what is declared as a type, an enumeration or a select, and types that the schema leaves unnamed
-/// under their text ("list [1:?] of IfcActorRole"). What it is, its underlying type tells.
+/// A type under a name: what is declared as a type, an enumeration or a select, and types that the schema leaves
+/// unnamed under their text ("list [1:?] of IfcActorRole"). What it is, its underlying type tells.
 class KPIFCCORE_EXPORT KpIfcDefinedType : public KpIfcNameType {
 public:
     /// Takes over `underlying`, which may be null until it is resolved by name. The flag tells that the name is
@@ -140,4 +140,4 @@ private:
     bool m_declared;
 };
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -96,15 +96,18 @@ void rearrange(KpIfcAggr& aggregate) {
 
 template <class Aggr, bool binary>
 constexpr KpIfcAggrFacts aggregateFacts() {
-    constexpr KpIfcElementKind element =
-        binary ? KpIfcElementKind::binary : elementKind<typename Aggr::Element>();
-    KpIfcAggrFacts facts{element, !std::is_base_of_v<KpIfcOrderedAggr, Aggr>, readAggregate<Aggr, binary>,
-                         writeAggregate<Aggr, binary>, createImp<Aggr>, rearrange<Aggr>};
+    constexpr KpIfcElementKind element = binary ? KpIfcElementKind::binary : elementKind<typename Aggr::Element>();
+    KpIfcAggrFacts facts{element,
+                         !std::is_base_of_v<KpIfcOrderedAggr, Aggr>,
+                         readAggregate<Aggr, binary>,
+                         writeAggregate<Aggr, binary>,
+                         createImp<Aggr>,
+                         rearrange<Aggr>};
     if constexpr (element == KpIfcElementKind::select) facts.selectAt = selectAt<Aggr>;
     return facts;
 }
 
-}  // namespace detail
+} // namespace detail
 
 /// The facts of a class of aggregates.
 template <class Aggr>
@@ -114,4 +117,4 @@ inline constexpr KpIfcAggrFacts kAggregateFacts = detail::aggregateFacts<Aggr, f
 inline constexpr KpIfcAggrFacts kBinaryAggregateFacts =
     detail::aggregateFacts<KpIfcListAggrBounded<KpAnsiString, 1, kOpenBound>, true>();
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

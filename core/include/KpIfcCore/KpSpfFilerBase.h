@@ -21,12 +21,12 @@ class KpIfcEntityType;
 class ModelData;
 class RecordReader;
 class RecordWriter;
-}  // namespace KP_SDAI
+} // namespace KP_SDAI
 
 class KpSpfReadHelper;
 
-/// Reads and writes the fields of records (ISO 10303-21, clause 12, internal mapping). One object per file that is being
-/// read or written; the runtime makes it and hands it to the instances' inFields() and outFields().
+/// Reads and writes the fields of records (ISO 10303-21, clause 12, internal mapping). One object per file that is
+/// being read or written; the runtime makes it and hands it to the instances' inFields() and outFields().
 ///
 /// Where two flags follow a value, the first says that the attribute is OPTIONAL and the second that the field is not
 /// the first of its record, so that a "," stands before it. Reading never throws and never stops: a value that a member
@@ -93,9 +93,9 @@ public:
     void rdNotKept(bool separator);
 
     enum class AggregateStart {
-        none,  ///< nothing to read: "$", "()" or no parameter
-        bare,  ///< one value without parentheses
-        open   ///< members up to ")"
+        none, ///< nothing to read: "$", "()" or no parameter
+        bare, ///< one value without parentheses
+        open  ///< members up to ")"
     };
     AggregateStart beginAggregate(bool optional, bool separator);
     /// True, and behind it, where the aggregate's ")" comes next.
@@ -126,7 +126,7 @@ private:
     struct FieldIssue {
         KP_SDAI::KpIfcFinding finding;
         KP_SDAI::KpIfcSeverity severity;
-        bool keep;  ///< the text of the field is kept
+        bool keep; ///< the text of the field is kept
         std::uint32_t field;
         const char* begin;
         const char* end;
@@ -144,8 +144,7 @@ private:
     bool beginField(bool separator);
     bool beginMember(bool separator);
     bool endField(const char* expected);
-    KP::ErrorStatus wrongValue(const char* expected,
-                               KP_SDAI::KpIfcFinding finding = KP_SDAI::KpIfcFinding::wrongValue);
+    KP::ErrorStatus wrongValue(const char* expected, KP_SDAI::KpIfcFinding finding = KP_SDAI::KpIfcFinding::wrongValue);
     void broken(const char* expected);
     void issue(KP_SDAI::KpIfcFinding finding, KP_SDAI::KpIfcSeverity severity, bool keep, const char* expected);
     void skipBlanks();
@@ -194,14 +193,14 @@ private:
 
     // reading
     const char* m_cur = nullptr;
-    const char* m_end = nullptr;  ///< a zero stands there
+    const char* m_end = nullptr; ///< a zero stands there
     const char* m_fieldStart = nullptr;
-    std::uint32_t m_field = 0;  ///< number of the current field plus one
-    bool m_broken = false;      ///< the record cannot be parsed
-    bool m_nested = false;      ///< inside the parentheses of a typed value: a value begins no field
-    bool m_missing = false;     ///< the record had fewer parameters than asked for
+    std::uint32_t m_field = 0; ///< number of the current field plus one
+    bool m_broken = false;     ///< the record cannot be parsed
+    bool m_nested = false;     ///< inside the parentheses of a typed value: a value begins no field
+    bool m_missing = false;    ///< the record had fewer parameters than asked for
     bool m_fieldFailed = false;
-    bool m_ownsHeap = false;    ///< the instance being read holds memory outside the arena
+    bool m_ownsHeap = false; ///< the instance being read holds memory outside the arena
     const char* m_brokenExpected = nullptr;
     KP_SDAI::KpIfcEntityBase* m_instance = nullptr;
     std::uint64_t m_recordOffset = 0;

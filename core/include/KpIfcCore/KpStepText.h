@@ -14,11 +14,11 @@ namespace KpStepText {
 /// What decoding met that the standard does not know; flags.
 enum Issue : unsigned {
     kNone = 0,
-    kRawUtf8 = 1,       ///< bytes above 127 that are UTF-8 (allowed from the third edition on)
-    kRawLatin1 = 2,     ///< bytes above 127 that are not; taken as ISO 8859-1
-    kBadDirective = 4,  ///< a reverse solidus that opens no directive, or one cut short; kept as text
-    kBadCodePoint = 8,  ///< half of a surrogate pair, or beyond U+10FFFF; replaced by U+FFFD
-    kControl = 16       ///< control characters inside the text, such as line ends; kept
+    kRawUtf8 = 1,      ///< bytes above 127 that are UTF-8 (allowed from the third edition on)
+    kRawLatin1 = 2,    ///< bytes above 127 that are not; taken as ISO 8859-1
+    kBadDirective = 4, ///< a reverse solidus that opens no directive, or one cut short; kept as text
+    kBadCodePoint = 8, ///< half of a surrogate pair, or beyond U+10FFFF; replaced by U+FFFD
+    kControl = 16      ///< control characters inside the text, such as line ends; kept
 };
 
 /// The UTF-8 text of what stands between the apostrophes of a string. Doubled apostrophes and solidi and the directives
@@ -42,6 +42,6 @@ constexpr std::size_t kRealRoom = 40;
 /// Writes the shortest text that reads back to the same finite number, always with a point; returns its end.
 KPIFCCORE_EXPORT char* writeReal(double value, char* to);
 
-}  // namespace KpStepText
+} // namespace KpStepText
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -5,8 +5,12 @@
 namespace KP_SDAI {
 
 /// Letter case as names of schemas need it: ASCII only, never the locale's.
-constexpr char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-constexpr char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
+constexpr char lowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+constexpr char upperAscii(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+}
 
 /// Compares two zero-terminated names without regard to ASCII case: below, equal to or above 0.
 constexpr int compareNoCase(const char* a, const char* b) {
@@ -25,4 +29,4 @@ constexpr bool equalNoCase(const char* text, std::size_t length, const char* nam
     return name[length] == 0;
 }
 
-}  // namespace KP_SDAI
+} // namespace KP_SDAI

@@ -40,4 +40,4 @@ private:
     KpIfcSetAggr<KpDbObjectId>* m_sets = nullptr;
 };
 
-}  // namespace IFC2X3
+} // namespace IFC2X3

@@ -25,4 +25,4 @@ E literalCode(std::string_view text) {
     return static_cast<E>(EnumFacts<E>::value.code(text.data(), text.size()));
 }
 
-}  // namespace IFC2X3
+} // namespace IFC2X3

@@ -58,4 +58,4 @@ private:
     std::int32_t m_tag;
 };
 
-}  // namespace IFC2X3
+} // namespace IFC2X3

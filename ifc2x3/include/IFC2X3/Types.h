@@ -19,7 +19,7 @@
 namespace KP_SDAI {
 class KpIfcDefinedType;
 class KpIfcNameType;
-}  // namespace KP_SDAI
+} // namespace KP_SDAI
 
 /// The runtime's names as the classes of the schema use them.
 namespace IFC2X3 {
@@ -37,4 +37,4 @@ using KP_SDAI::KpIfcGUID;
 using KP_SDAI::KpIfcLogical;
 using KP_SDAI::KpIfcNameType;
 
-}  // namespace IFC2X3
+} // namespace IFC2X3

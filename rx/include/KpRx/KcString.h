@@ -18,8 +18,8 @@ class KPRX_EXPORT KcString {
 public:
     /// How bytes handed over are encoded.
     enum class Encoding {
-        utf8,   ///< kept as they are
-        latin1  ///< ISO 8859-1
+        utf8,  ///< kept as they are
+        latin1 ///< ISO 8859-1
     };
 
     KcString();
