@@ -1,4 +1,5 @@
 #include <KpIfcCore/KpIfcEntityBase.h>
+#include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcModel.h>
 
 #include "model/ModelData.h"
@@ -21,8 +22,9 @@ KpIfcEntityType* KpIfcEntityBase::getInstanceType() const {
 bool KpIfcEntityBase::putAttr(const KpAnsiString&, const KpIfcVariant&) {
     return false;
 }
-bool KpIfcEntityBase::testAttr(const KpIfcAttributeDefinition*) const {
-    return false;
+bool KpIfcEntityBase::testAttr(const KpIfcAttributeDefinition* attribute) const {
+    const KpIfcEntityType* type = getInstanceType();
+    return attribute && type && type->isKindOf(attribute->owner()) && testAttr(KpAnsiString(attribute->name()));
 }
 bool KpIfcEntityBase::testAttr(const KpAnsiString&) const {
     return false;
@@ -46,9 +48,10 @@ bool KpIfcEntityBase::testAttrCaseInsensitive(const KpAnsiString& name) const {
     return testAttr(name);
 }
 bool KpIfcEntityBase::unsetAttrCaseInsensitive(const KpAnsiString& name) {
-    if (!testAttr(name)) return false;
     unsetAttr(name);
-    return true;
+    const KpIfcEntityType* type = getInstanceType();
+    const KpIfcAttributeDefinition* attribute = type ? type->findAttribute(name.view()) : nullptr;
+    return attribute && attribute->kind() == KpIfcAttributeKind::explicitAttribute;
 }
 bool KpIfcEntityBase::_getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
     return getAttr(name, value);

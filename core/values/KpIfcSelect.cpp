@@ -99,6 +99,10 @@ void KpIfcSelect::storeUnset(KpTypeCodeKind kind) {
     }
 }
 
+bool KpIfcSelect::chooseByKind(KpTypeCodeKind) {
+    return false;
+}
+
 bool KpIfcSelect::setHandle(const KpDbObjectId& handle) {
     if (!setHandleD(handle)) return false;
     storeHandle(handle);

@@ -20,7 +20,12 @@ public:
     ~$class$() override;
 
     $accessors$
+    bool getAttr(const KpAnsiString& name, KpIfcVariant& value) const override;
     KpIfcEntityType* getInstanceType() const override;
+    bool putAttr(const KpAnsiString& name, const KpIfcVariant& value) override;
+    using KpIfcEntityBase::testAttr;
+    bool testAttr(const KpAnsiString& name) const override;
+    void unsetAttr(const KpAnsiString& name) override;
     KP::ErrorStatus inFields(KpSpfFilerBase* filer) override;
     KP::ErrorStatus outFields(KpSpfFilerBase* filer) override;
     bool isInstanceOf(const KpIfcEntityType* type) const override;
@@ -30,7 +35,12 @@ public:
 
     /// What the schema says about the entity and where its attributes are stored.
     static const KpIfcEntityFacts& facts();
-$protected$
+
+protected:
+    $facts$
+    static const KpIfcEntityFacts s_facts;
+    $gap$
+    $members$
 };
 )";
 
@@ -77,13 +87,6 @@ void $setter$(const $type$& values) {
 
 constexpr auto inverseSignature = "void $getter$(KpIfcArray<KpDbObjectId>& values) const";
 constexpr auto inverseStatement = "m_inverse.copyTo($index$, values);";
-
-constexpr auto protectedPart = R"(
-
-protected:
-    $facts$
-    $members$
-)";
 
 /// Depth of a member of a class.
 constexpr std::size_t memberIndentation = 4;
@@ -146,9 +149,6 @@ std::string members(const plan::EntityPlan& entity) {
 
 File emitEntityHeader(const plan::EntityPlan& entity, const plan::Frame& frame) {
     const std::string memberLines = members(entity);
-    const std::string_view factsLine = hasFacts(entity) ? "struct Facts;\n" : "";
-    const std::string_view gap = hasFacts(entity) && !memberLines.empty() ? "\n" : "";
-    const bool hasProtected = !factsLine.empty() || !memberLines.empty();
     return header(
         frame, entity.files,
         print(body, {{"forwardDeclarations", lines(entity.forwardDeclarations, "class ", ";") +
@@ -158,9 +158,9 @@ File emitEntityHeader(const plan::EntityPlan& entity, const plan::Frame& frame) 
                      {"class", entity.className},
                      {"base", entity.baseClass},
                      {"accessors", allAccessors(entity)},
-                     {"protected", hasProtected ? print(protectedPart, {{"facts", std::string(factsLine).append(gap)},
-                                                                        {"members", memberLines}})
-                                                : ""}}));
+                     {"facts", hasFacts(entity) ? "struct Facts;" : ""},
+                     {"gap", memberLines.empty() ? "" : "\n"},
+                     {"members", memberLines}}));
 }
 
 } // namespace kpifcgen::emit

@@ -11,10 +11,11 @@ constexpr auto body = R"(
 KpIfcEntityType* $class$::g_pEntityType = nullptr;
 
 $factsStruct$
+constinit const KpIfcEntityFacts $class$::s_facts = entityFacts<$class$>(
+    "$name$", $isAbstract$, $baseFacts$, $attributes$, $record$, $unique$);
+
 const KpIfcEntityFacts& $class$::facts() {
-    static constexpr KpIfcEntityFacts facts = entityFacts<$class$>(
-        "$name$", $isAbstract$, $attributes$, $record$, $unique$);
-    return facts;
+    return s_facts;
 }
 
 $class$::$class$() = default;
@@ -28,6 +29,22 @@ KpIfcEntityType* $class$::getInstanceType() const {
 }
 
 $fields$
+
+bool $class$::getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
+    return getAttribute(*this, s_facts, name, value);
+}
+
+bool $class$::putAttr(const KpAnsiString& name, const KpIfcVariant& value) {
+    return putAttribute(*this, s_facts, name, value);
+}
+
+bool $class$::testAttr(const KpAnsiString& name) const {
+    return testAttribute(*this, s_facts, name);
+}
+
+void $class$::unsetAttr(const KpAnsiString& name) {
+    unsetAttribute(*this, s_facts, name);
+}
 
 bool $class$::isInstanceOf(const KpIfcEntityType* type) const {
     return type == g_pEntityType;
@@ -180,6 +197,7 @@ File emitEntitySource(const plan::EntityPlan& entity, const plan::Frame& frame) 
                                {"factsStruct", printFactsStruct(entity)},
                                {"name", entity.name},
                                {"isAbstract", entity.isAbstract ? "true" : "false"},
+                               {"baseFacts", entity.baseFacts},
                                {"attributes", entity.attributeRows.empty() ? "noAttributes" : "Facts::attributes"},
                                {"record", entity.recordRows.empty() ? "noAttributes" : "Facts::record"},
                                {"unique", entity.uniqueRows.empty() ? "noUniqueRules" : "Facts::unique"},

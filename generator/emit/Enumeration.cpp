@@ -16,6 +16,7 @@ enum $class$ : std::int32_t {
 template <>
 struct $export$ EnumFacts<$class$> {
     static const KpIfcEnumFacts value;
+    static KpIfcDescriptorSlot descriptor;
 };
 )";
 
@@ -24,8 +25,13 @@ static constexpr const char* $table$[] = {
     $texts$
 };
 
-const KpIfcEnumFacts EnumFacts<$class$>::value = {
-    "$name$", $count$, $table$};
+const KpIfcEnumFacts $facts$ = {
+    "$name$", $count$, $table$, &descriptor};
+
+template <>
+constexpr const wchar_t* enumerationDescriptorName<$class$> = L"$descriptorName$";
+constinit KpIfcDescriptorSlot $descriptor$(
+    createEnumerationDescriptor<$class$>);
 )";
 
 } // namespace
@@ -44,10 +50,13 @@ std::vector<File> emitEnumeration(const plan::EnumerationPlan& enumeration, cons
                                       {"export", frame.exportMacro},
                                       {"constants", constants},
                                       {"unset", enumeration.unsetConstant}})),
-            source(frame, enumeration.files, "",
+            source(frame, enumeration.files, "\"types/EnumerationFacts.h\"",
                    print(sourceBody, {{"table", enumeration.literalTable},
                                       {"texts", fill(4, "", texts, ",", ",")},
+                                      {"facts", enumeration.facts},
                                       {"class", enumeration.className},
+                                      {"descriptorName", enumeration.descriptorName},
+                                      {"descriptor", enumeration.descriptor},
                                       {"name", enumeration.name},
                                       {"count", std::to_string(enumeration.literals.size())}}))};
 }

@@ -18,6 +18,8 @@ public:
 
     /// The select's dictionary type, filled when the schema is built.
     static KpIfcDefinedType* g_pType;
+    /// Where the select's descriptors are kept (KpIfcVariantType::Desc).
+    static $descriptors$ g_descriptors;
 
     $class$() : Select(eUnset) {}
     KpIfcNameType* type() const override;
@@ -36,11 +38,21 @@ constexpr auto testerStatement = "return tag() == $tag$;";
 constexpr auto setterSignature = "void $setter$($argument$ value)";
 constexpr auto setterStatement = "$store$($tag$, value);";
 
+constexpr auto descriptorName = R"(
+static constexpr auto $member$ = L"$text$";
+)";
+
 /// Depth of a member of a class.
 constexpr std::size_t memberIndentation = 4;
 
 constexpr auto sourceBody = R"(
 KpIfcDefinedType* $class$::g_pType = nullptr;
+
+template <>
+struct DescriptorNames<$class$> {
+    $descriptorNames$
+};
+constinit $descriptors$ $class$::g_descriptors = $describe$<$class$>();
 
 static constexpr SelectAlternative $table$[] = {
     $rows$
@@ -78,16 +90,24 @@ std::vector<File> emitSelect(const plan::SelectPlan& select, const plan::Frame& 
     if (!setters.empty()) {
         setters += "\n";
     }
+    std::string descriptorNames;
+    for (const auto& [member, text] : select.descriptorNames) {
+        descriptorNames += print(descriptorName, {{"member", member}, {"text", text}});
+    }
     return {header(frame, select.files,
                    print(headerBody, {{"summary", comment(0, select.summary)},
                                       {"export", frame.exportMacro},
                                       {"class", select.className},
                                       {"tagType", select.tagType},
+                                      {"descriptors", select.descriptors},
                                       {"tags", tags},
                                       {"testers", testers},
                                       {"setters", setters}})),
             source(frame, select.files, "\"types/SelectFacts.h\"",
                    print(sourceBody, {{"class", select.className},
+                                      {"descriptorNames", descriptorNames},
+                                      {"descriptors", select.descriptors},
+                                      {"describe", select.describe},
                                       {"table", select.alternativeTable},
                                       {"rows", rows},
                                       {"facts", select.facts},

@@ -74,10 +74,12 @@ private:
         m_plan.summary = (m_entity.abstract ? "Abstract entity " : "Entity ") + name;
         if (m_entity.supertype) {
             m_plan.baseClass = className(m_entity.supertype->name);
+            m_plan.baseFacts = "&" + entityFacts(m_plan.baseClass);
             m_plan.files.headerIncludes = {include(m_entity.supertype->name, m_context)};
             m_plan.summary += ", subtype of " + m_entity.supertype->name;
         } else {
             m_plan.baseClass = "KpIfcEntityBase";
+            m_plan.baseFacts = "nullptr";
             m_plan.files.headerIncludes = {include("Entity", m_context)};
         }
         m_plan.summary += ".";
@@ -126,7 +128,7 @@ private:
     EntityPlan::Row row(const facts::ExplicitAttribute& attribute, const Storage& storage) const {
         const auto text = flags(attribute, m_entity.recordFields, storage.isBinary, false);
         if (isNotKept(m_context.schema.name, attribute.owner->name, attribute.name)) {
-            return {"notKept", {quoted(attribute.name), text}};
+            return {"notKept<&" + m_plan.className + "::" + member(attribute.name) + ">", {quoted(attribute.name), text}};
         }
         EntityPlan::Row row{"field<&" + m_plan.className + "::" + member(attribute.name) + ">",
                             {quoted(attribute.name), text}};

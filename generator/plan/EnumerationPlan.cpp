@@ -18,6 +18,9 @@ EnumerationPlan planEnumeration(const facts::Enumeration& enumeration, const Con
     }
     plan.unsetConstant = enumUnsetConstant(name);
     plan.literalTable = enumLiteralTable(name);
+    plan.facts = enumFacts(name);
+    plan.descriptor = enumDescriptor(name);
+    plan.descriptorName = context.names.space + "::" + name;
     return plan;
 }
 

@@ -41,9 +41,16 @@ struct EnumerationPlan {
     std::vector<Literal> literals;
     std::string unsetConstant;
     std::string literalTable;
+    std::string facts;
+    std::string descriptor;     ///< where its descriptor is kept
+    std::string descriptorName; ///< what the descriptor shows
 };
 
 struct SelectPlan {
+    struct Row {
+        std::string member;
+        std::string text;
+    };
     struct Alternative {
         std::string tag;
         std::string tester;
@@ -62,6 +69,9 @@ struct SelectPlan {
     std::string alternativeTable;
     std::string facts;
     std::vector<Alternative> alternatives;
+    std::string descriptors;         ///< type of the member that keeps its descriptors
+    std::string describe;            ///< what makes that member
+    std::vector<Row> descriptorNames; ///< what each descriptor shows: its member and the text
 };
 
 struct EntityPlan {
@@ -94,6 +104,7 @@ struct EntityPlan {
     std::string className;
     std::string summary;
     std::string baseClass;
+    std::string baseFacts; ///< address of the supertype's facts, or of none
     bool isRoot = false;
     bool isAbstract = false;
     Fields fields = Fields::None;
@@ -142,12 +153,22 @@ struct SchemaPlan {
     std::vector<Row> anonymousAggregations;
 };
 
+/// The descriptors of the module: where each is kept, in the order in which they are released.
+struct DescriptorsPlan {
+    std::string path;
+    std::vector<std::string> includes;
+    std::vector<std::string> selects;
+    std::vector<std::string> aggregates;
+    std::vector<std::string> enumerations;
+};
+
 struct ModulePlan {
     Frame frame;
     std::vector<EnumerationPlan> enumerations;
     std::vector<SelectPlan> selects;
     std::vector<EntityPlan> entities;
     SchemaPlan schema;
+    DescriptorsPlan descriptors;
 };
 
 /// None, and diagnostics, where the schema has something that no code can be generated for.

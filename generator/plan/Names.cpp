@@ -201,6 +201,10 @@ std::string schemaSource(std::string_view step) {
     return text("schema/", step, ".cpp");
 }
 
+std::string moduleSource(std::string_view table) {
+    return text("module/", table, ".cpp");
+}
+
 std::string className(std::string_view declaration) {
     std::string name(declaration);
     // The runtime's names, which all begin so, are used in the schema's namespace.
@@ -222,6 +226,10 @@ std::string enumLiteralTable(std::string_view enumeration) {
 
 std::string enumFacts(std::string_view enumeration) {
     return text("EnumFacts<", className(enumeration), ">::value");
+}
+
+std::string enumDescriptor(std::string_view enumeration) {
+    return text("EnumFacts<", className(enumeration), ">::descriptor");
 }
 
 std::string selectTagType(std::string_view select) {
@@ -267,6 +275,14 @@ std::string instanceGetter(std::string_view attribute, const std::set<std::strin
 
 std::string selectTypeOf(std::string_view classOfSelect) {
     return text(classOfSelect, "::g_pType");
+}
+
+std::string selectDescriptor(std::string_view classOfSelect, std::string_view which) {
+    return text(classOfSelect, "::g_descriptors.", which);
+}
+
+std::string entityFacts(std::string_view classOfEntity) {
+    return text(classOfEntity, "::s_facts");
 }
 
 std::string entityTypeOf(std::string_view classOfEntity) {

@@ -28,6 +28,7 @@ struct SchemaNames {
 std::string typeSource(std::string_view declaration);
 std::string entitySource(std::string_view declaration);
 std::string schemaSource(std::string_view step);
+std::string moduleSource(std::string_view table);
 
 /// Class of an entity or select, type of an enumeration.
 std::string className(std::string_view declaration);
@@ -36,8 +37,9 @@ std::string className(std::string_view declaration);
 std::string enumConstant(std::string_view enumeration, std::string_view literal);
 std::string enumUnsetConstant(std::string_view enumeration);
 std::string enumLiteralTable(std::string_view enumeration);
-/// Where an enumeration keeps its facts.
+/// Where an enumeration keeps its facts and its descriptor.
 std::string enumFacts(std::string_view enumeration);
+std::string enumDescriptor(std::string_view enumeration);
 
 // Selects.
 std::string selectTagType(std::string_view select);
@@ -46,8 +48,9 @@ std::string selectTester(std::string_view alternative);
 std::string selectSetter(std::string_view alternative);
 std::string selectAlternativeTable(std::string_view select);
 std::string selectFacts(std::string_view select);
-/// Where the class keeps its dictionary type.
+/// Where the class keeps its dictionary type and its descriptors.
 std::string selectTypeOf(std::string_view classOfSelect);
+std::string selectDescriptor(std::string_view classOfSelect, std::string_view which);
 
 // Entities.
 std::string member(std::string_view attribute);
@@ -56,7 +59,8 @@ std::string setter(std::string_view attribute);
 std::string inverseGetter(std::string_view attribute);
 /// Of the instance that a reference attribute refers to; `classNames` are all that className() made for the schema.
 std::string instanceGetter(std::string_view attribute, const std::set<std::string>& classNames);
-/// Where the class keeps its dictionary type.
+/// Where the class keeps its dictionary type and its facts.
 std::string entityTypeOf(std::string_view classOfEntity);
+std::string entityFacts(std::string_view classOfEntity);
 
 } // namespace kpifcgen::plan

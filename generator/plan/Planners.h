@@ -3,6 +3,7 @@
 #include "plan/ModulePlan.h"
 #include "plan/Names.h"
 
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -21,9 +22,13 @@ EnumerationPlan planEnumeration(const facts::Enumeration& enumeration, const Con
 SelectPlan planSelect(const facts::Select& select, const Context& context);
 EntityPlan planEntity(const facts::Entity& entity, const Context& context);
 SchemaPlan planSchema(const Context& context);
+DescriptorsPlan planDescriptors(const ModulePlan& plan);
 
 /// "<IFC2X3/IfcWall.h>" of a declaration or a hand-written header.
 std::string include(std::string_view file, const Context& context);
+
+/// The kind of aggregates of which a select is an element; none where no attribute holds aggregates of it.
+std::optional<facts::AggregateKind> elementOf(const facts::Select& select, const facts::Schema& schema);
 
 void sortUnique(std::vector<std::string>& texts);
 

@@ -60,7 +60,44 @@ facts::Diagnostic noCodeFor(const std::string& alternative, const facts::Select&
     return {select.at, "select '" + select.name + "': there is no code for a value of '" + alternative + "'"};
 }
 
+/// The class of aggregates that hold a select, in the names of descriptors.
+void planDescriptors(SelectPlan& plan, const facts::Select& select, const Context& context) {
+    const std::string qualified = context.names.space + "::" + select.name;
+    plan.descriptors = "KpIfcSelectDescriptors";
+    plan.describe = "describeSelect";
+    plan.descriptorNames = {{"value", qualified}, {"pointer", qualified + "*"}};
+    const auto kind = elementOf(select, context.schema);
+    if (!kind) {
+        return;
+    }
+    const std::string family = *kind == facts::AggregateKind::Set ? "Set" : "List";
+    plan.descriptors = "KpIfc" + family + "ElementDescriptors";
+    plan.describe = "describe" + family + "Element";
+    // Programs know the two spellings of the runtime's namespace as they are.
+    plan.descriptorNames.push_back({"array", "SDAI_NAMESPACE_PFX KpIfcArray<" + qualified + ">"});
+    plan.descriptorNames.push_back({"aggregate", "::KP_SDAI:: KpIfc" + family + "Aggr<" + qualified + ">*"});
+}
+
 } // namespace
+
+std::optional<facts::AggregateKind> elementOf(const facts::Select& select, const facts::Schema& schema) {
+    std::optional<facts::AggregateKind> kind;
+    for (const auto& entity : schema.entities) {
+        for (const auto& attribute : entity.explicitAttributes) {
+            const facts::TypeRef type = facts::underlying(attribute.type);
+            const auto* aggregation = std::get_if<const facts::Aggregation*>(&type);
+            if (!aggregation) {
+                continue;
+            }
+            const facts::TypeRef element = facts::underlying((*aggregation)->element);
+            const auto* held = std::get_if<const facts::Select*>(&element);
+            if (held && *held == &select) {
+                kind = (*aggregation)->kind;
+            }
+        }
+    }
+    return kind;
+}
 
 SelectPlan planSelect(const facts::Select& select, const Context& context) {
     const std::string& name = select.name;
@@ -98,6 +135,7 @@ SelectPlan planSelect(const facts::Select& select, const Context& context) {
     }
     sortUnique(plan.files.headerIncludes);
     sortUnique(plan.files.sourceIncludes);
+    planDescriptors(plan, select, context);
     return plan;
 }
 

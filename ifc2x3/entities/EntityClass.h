@@ -9,6 +9,7 @@
 
 #include <new>
 #include <span>
+#include <string_view>
 #include <type_traits>
 
 /// What the classes of all entities share: their rows of facts and the operations that walk them.
@@ -62,22 +63,30 @@ constexpr KpIfcFieldKind fieldKind() {
 
 } // namespace detail
 
+constexpr std::uint32_t keyOf(const char* name) {
+    return KpIfcAttributeFacts::keyOf(name, std::char_traits<char>::length(name));
+}
+
 /// The row of an explicit attribute. `target` is given for references and aggregates of references.
 template <auto member>
 constexpr KpIfcAttributeFacts field(const char* name, std::uint8_t flags, KpIfcEntityType* const* target = nullptr) {
     using Type = decltype(detail::typeOf(member));
     constexpr KpIfcFieldKind kind = detail::fieldKind<Type>();
+    KpIfcAttributeFacts row{name, kind, flags, {}, target};
+    row.key = keyOf(name);
     if constexpr (kind == KpIfcFieldKind::enumeration) {
-        return {name, kind, flags, detail::codeAddress<member>, nullptr, &EnumFacts<Type>::value, nullptr};
+        row.member = detail::codeAddress<member>;
+        row.enumeration = &EnumFacts<Type>::value;
     } else if constexpr (kind == KpIfcFieldKind::select) {
-        return {name, kind, flags, detail::selectOf<member>, nullptr, nullptr, nullptr};
+        row.member = detail::selectOf<member>;
+        row.select = &Type::g_descriptors;
     } else if constexpr (kind == KpIfcFieldKind::aggregate) {
-        const KP_SDAI::KpIfcAggrFacts* facts =
-            flags & kBinary ? &KP_SDAI::kBinaryAggregateFacts : &KP_SDAI::kAggregateFacts<Type>;
-        return {name, kind, flags, detail::aggregateOf<member>, target, nullptr, facts};
+        row.member = detail::aggregateOf<member>;
+        row.aggregate = flags & kBinary ? &KP_SDAI::kBinaryAggregateFacts : &KP_SDAI::kAggregateFacts<Type>;
     } else {
-        return {name, kind, flags, static_cast<Type KpIfcEntityBase::*>(member), target, nullptr, nullptr};
+        row.member = static_cast<Type KpIfcEntityBase::*>(member);
     }
+    return row;
 }
 
 /// The row of an inherited attribute that the entity redeclares as derived.
@@ -85,9 +94,12 @@ constexpr KpIfcAttributeFacts derived(const char* name, std::uint8_t flags) {
     return {name, KpIfcFieldKind::derived, flags, {}};
 }
 
-/// The row of a field that files have and instances do not keep.
+/// The row of a field that files have and instances do not keep; they have a boolean in its place.
+template <auto member>
 constexpr KpIfcAttributeFacts notKept(const char* name, std::uint8_t flags) {
-    return {name, KpIfcFieldKind::notKept, flags, {}};
+    KpIfcAttributeFacts row{name, KpIfcFieldKind::notKept, flags, static_cast<KpIfcBoolean KpIfcEntityBase::*>(member)};
+    row.key = keyOf(name);
+    return row;
 }
 
 inline constexpr std::span<const KpIfcAttributeFacts> noAttributes;
@@ -101,7 +113,8 @@ KpIfcEntityBase* constructEntity(void* memory) {
 /// The facts of one entity class. `record` is given where the entity redeclares attributes as derived.
 template <class T>
 constexpr KpIfcEntityFacts
-entityFacts(const char* name, bool isAbstract, std::span<const KpIfcAttributeFacts> attributes,
+entityFacts(const char* name, bool isAbstract, const KpIfcEntityFacts* supertype,
+            std::span<const KpIfcAttributeFacts> attributes,
             std::span<const KpIfcAttributeFacts> record, std::span<const KpIfcUniqueFacts> uniqueRules) {
     static_assert(alignof(T) <= 8);
     return {name,
@@ -113,7 +126,8 @@ entityFacts(const char* name, bool isAbstract, std::span<const KpIfcAttributeFac
             record.data(),
             static_cast<std::uint32_t>(record.size()),
             uniqueRules.data(),
-            static_cast<std::uint32_t>(uniqueRules.size())};
+            static_cast<std::uint32_t>(uniqueRules.size()),
+            supertype};
 }
 
 /// Reads the fields of `rows` into the members of an instance of their class, in order; always eOk.
@@ -121,6 +135,15 @@ KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std
 /// Writes the members of an instance as the fields of `rows`, in order; always eOk.
 KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
                             std::span<const KpIfcAttributeFacts> rows);
+
+/// The attributes of an instance by name, beginning with those that the entity of `facts` declares, then those of its
+/// supertypes: KpIfcEntityBase::getAttr() and its like.
+bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
+                  KP_SDAI::KpIfcVariant& value);
+bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
+                  const KP_SDAI::KpIfcVariant& value);
+bool testAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name);
+void unsetAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name);
 
 /// The instance behind a handle, converted unchecked.
 template <class T>

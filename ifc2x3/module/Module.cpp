@@ -1,4 +1,5 @@
 #include "schema/KpIFC2X3SchemaBuilder.h"
+#include "types/Descriptors.h"
 
 #include <IFC2X3/Types.h>
 #include <KpIfcCore/KpIfcModule.h>
@@ -12,6 +13,10 @@ KpIfcSchema* g_schema = nullptr;
 
 class Schema : public KpIfcSchema {};
 
+void release(std::span<KpIfcDescriptorSlot* const> descriptors) {
+    for (KpIfcDescriptorSlot* descriptor : descriptors) descriptor->release();
+}
+
 class KpIfcModuleLifeCycleApp : public KpIfcModuleLifeCycle {
 public:
     bool initialise() override {
@@ -24,6 +29,9 @@ public:
     void unload() override {
         delete g_schema;
         g_schema = nullptr;
+        release(IFC2X3::selectDescriptors);
+        release(IFC2X3::aggregateDescriptors);
+        release(IFC2X3::enumerationDescriptors);
     }
 };
 

@@ -98,6 +98,17 @@ void Select::setAggregate(std::int32_t tag, const KpIfcArray<int>& values) {
     imp->assign(values.begin(), values.size());
 }
 
+bool Select::chooseByKind(KpTypeCodeKind kind) {
+    const SelectFacts& select = facts();
+    std::int32_t found = select.count;
+    for (std::int32_t i = 0; i < select.count; ++i) {
+        if (select.alternatives[i].kind != kind) continue;
+        if (found != select.count) return false;
+        found = i;
+    }
+    return setUnderlyingType(found) == KP::eOk;
+}
+
 KP::ErrorStatus Select::readTypedField(const KpAnsiString& typeName, KpSpfFilerBase* filer) {
     const int code = underlyingTypeByName(typeName);
     const SelectFacts& select = facts();

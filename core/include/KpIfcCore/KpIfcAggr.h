@@ -4,6 +4,7 @@
 #include <KpIfcCore/KpErrorStatus.h>
 #include <KpIfcCore/KpIfcArray.h>
 #include <KpIfcCore/KpIfcCoreApi.h>
+#include <KpIfcCore/KpIfcVariant.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -36,6 +37,10 @@ public:
     virtual int lowerBound() const = 0;
     virtual int upperBound() const = 0;
     virtual KpIfcAggrContainerType aggrContainerType() const = 0;
+    /// The descriptor of the elements' type; null where it has none.
+    virtual KpIfcVariantType* elementType() const = 0;
+    /// The element at a place in the order of iteration; false where there is none.
+    virtual bool getElement(std::size_t index, KpIfcVariant& value) const = 0;
     /// A new implementation with a copy of the elements; of a placeholder, a new one without elements.
     virtual KpIfcAggrImp* clone() const = 0;
     /// The one placeholder that stands behind nil aggregates of this class.
@@ -90,7 +95,32 @@ public:
     T* data() { return (m_room & kExternal) ? external() : inlined(); }
     const T* data() const { return const_cast<KpIfcAggrElements*>(this)->data(); }
 
+    KpIfcVariantType* elementType() const override {
+        if constexpr (KpIfcDescribed<T>)
+            return &KpIfcVariantType::Desc<T>::value();
+        else
+            return nullptr;
+    }
+    bool getElement(std::size_t index, KpIfcVariant& value) const override {
+        if constexpr (KpIfcDescribed<T>) {
+            if (index >= m_count) return false;
+            value.set(data()[index]);
+            return true;
+        } else {
+            return false;
+        }
+    }
+
     void clear() override { shrinkTo(0); }
+    /// Replaces the elements by values that are in order, which are moved.
+    void replace(T* values, std::size_t count) {
+        clear();
+        makeRoom(count);
+        for (T* value = values; value < values + count; ++value) {
+            ::new (static_cast<void*>(data() + m_count)) T(std::move(*value));
+            ++m_count;
+        }
+    }
     /// Destroys the elements from position `count` on.
     void shrinkTo(std::size_t count) {
         T* items = data();
@@ -256,6 +286,10 @@ public:
     template <class Reallocator>
     void assign(const KpIfcArray<T, Reallocator>& values) {
         changeable().assign(values.begin(), values.size());
+    }
+    /// The same without a look at bounds; takes over the elements.
+    void replace(KpIfcArray<T>&& values) {
+        changeable().replace(values.begin(), Imp::arrange(values.begin(), values.size()));
     }
     /// Replaces the elements by values just read, which are moved into `arena`. False where some were equal and a set
     /// kept one of them.

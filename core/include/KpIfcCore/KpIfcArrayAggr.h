@@ -10,6 +10,8 @@ namespace KP_SDAI {
 template <class T>
 class KpIfcArrayAggr : public KpIfcPositionedAggr<T> {
 public:
+    using Family = KpIfcArrayAggr; ///< of the bounded classes, too
+
     class KpIfcArrayAggrImp : public KpIfcOrderedAggrImp<T> {
     public:
         constexpr explicit KpIfcArrayAggrImp(KpIfcAggrImp::Room room) : KpIfcOrderedAggrImp<T>(room) {}

@@ -32,11 +32,26 @@ public:
         return *this;
     }
 
+    // Attributes by name, in any letter case. The classes of a schema override the public ones; what is true of all:
+    //
+    //  - a model whose mode is kAccessUndefined throws KpIfcException 190 where something is read, one whose mode is not
+    //    kReadWrite throws 180 where something is changed; nothing has changed then. Without a model all is allowed;
+    //  - own and inherited explicit attributes are known, redeclared ones as the supertype's; inverse ones to getAttr()
+    //    only; derived ones not at all;
+    //  - nothing is checked but the type of the value: not bounds, not the entity of an instance that is referred to.
+
+    /// Makes `value` what the attribute holds, unset markers included, without a copy of what lives in the instance:
+    /// texts are const char*, selects and aggregates pointers to the member. On a model that may be written, handing
+    /// out such a pointer counts as a change about to happen. False, and `value` as it was, for an unknown name.
     virtual bool getAttr(const KpAnsiString& name, KpIfcVariant& value) const;
     virtual ~KpIfcEntityBase();
     virtual KpIfcEntityType* getInstanceType() const;
+    /// Stores a value, converted to the attribute's type where needed. False, and nothing changed, for an unknown name
+    /// or a value that does not convert, with one exception: a text that is no literal of its enumeration unsets it.
     virtual bool putAttr(const KpAnsiString& name, const KpIfcVariant& value);
+    /// The same by definition; false for null and for attributes that this instance does not have.
     virtual bool testAttr(const KpIfcAttributeDefinition* attribute) const;
+    /// True where the attribute holds a value; an aggregate, where it has elements.
     virtual bool testAttr(const KpAnsiString& name) const;
     virtual void unsetAttr(const KpAnsiString& name);
     /// Reads the fields of a record (ISO 10303-21, internal mapping) from `filer`; always eOk.
@@ -47,6 +62,7 @@ public:
     virtual KP::ErrorStatus _outFields(KpSpfFilerBase* filer);
     virtual void setInverseCounterParts();
     virtual void resetInverseCounterParts();
+    // The same operations once more; the second tells whether it knows the attribute.
     virtual bool testAttrCaseInsensitive(const KpAnsiString& name) const;
     virtual bool unsetAttrCaseInsensitive(const KpAnsiString& name);
     virtual bool _getAttr(const KpAnsiString& name, KpIfcVariant& value) const;
@@ -78,6 +94,7 @@ protected:
 
 private:
     friend class ModelData;
+    friend struct KpIfcChange;
 
     static constexpr std::uintptr_t kChanged = 1;  ///< may differ from what was read; may own heap memory
     static constexpr std::uintptr_t kKeptText = 2; ///< the model keeps source text of some of its fields
@@ -87,6 +104,11 @@ private:
     void noteChange();
 
     std::uintptr_t m_self = 0; ///< address of the slot and the flags
+};
+
+/// For shared code of the classes: what every change passes before it stores.
+struct KpIfcChange {
+    static void before(KpIfcEntityBase& instance) { instance.beforeChange(); }
 };
 
 /// The instance that a handle refers to, as class T; null where there is none or it is not of that entity.

@@ -9,11 +9,11 @@ namespace KP_SDAI {
 /// The one exception that instances and aggregates throw.
 ///
 /// Codes: 180 "SDAI-model access not read-write", 190 "SDAI-model access not defined" (`where` is the qualified name
-/// of the operation), 470 "Index invalid " (no `where`). The texts are not copied: they are literals.
+/// of the operation), 470 "Index invalid " (no `where`). `message` is not copied: it is a literal. `where` is copied.
+/// Copies without allocation.
 class KPIFCCORE_EXPORT KpIfcException : public std::exception {
 public:
-    KpIfcException(unsigned code, const char* message, const char* where)
-        : m_code(code), m_message(message), m_where(where) {}
+    KpIfcException(unsigned code, const char* message, const char* where);
     KpIfcException(const KpIfcException&) = default;
     ~KpIfcException() override;
 
@@ -25,7 +25,7 @@ public:
 private:
     unsigned m_code;
     const char* m_message;
-    const char* m_where;
+    char m_where[120];
 };
 
 } // namespace KP_SDAI

@@ -17,9 +17,12 @@ namespace KP_SDAI {
 
 class KpIfcAggr;
 class KpIfcAggrImp;
+class KpIfcDescriptorSlot;
 class KpIfcEntityBase;
 class KpIfcEntityType;
 class KpIfcSelect;
+class KpIfcVariant;
+struct KpIfcSelectDescriptors;
 
 enum class KpIfcFieldKind : std::uint8_t {
     string,
@@ -33,7 +36,7 @@ enum class KpIfcFieldKind : std::uint8_t {
     select,
     aggregate,
     derived, ///< redeclared as derived: "*" in files, no value of its own
-    notKept  ///< stands in files but is neither read nor kept
+    notKept  ///< a boolean that stands in files but is neither read nor kept
 };
 
 /// Kinds of elements of aggregate attributes.
@@ -44,6 +47,7 @@ struct KpIfcEnumFacts {
     const char* name;
     int count;
     const char* const* literals; ///< `count` texts in upper case, then an empty one
+    KpIfcDescriptorSlot* descriptor = nullptr;
 
     /// Text of a code; null for codes that are no literal's.
     const char* text(int code) const { return code >= 0 && code < count ? literals[code] : nullptr; }
@@ -65,6 +69,12 @@ struct KpIfcAggrFacts {
     KpIfcAggrImp* (*create)();
     /// Brings elements that were changed in place back into the order in which the aggregate keeps them.
     void (*rearrange)(KpIfcAggr& aggregate);
+    /// Makes `value` the pointer to the aggregate, typed by its family and element type.
+    void (*get)(KpIfcAggr& aggregate, KpIfcVariant& value);
+    /// Replaces the elements of an attribute of `owner` by those of an array or aggregate of the element type, of an
+    /// array of variants or, for selects, of an array of handles; bounds are not checked. False, and nothing changed,
+    /// where the value is another one or an element does not convert.
+    bool (*put)(KpIfcAggr& aggregate, const KpIfcVariant& value, KpIfcEntityBase& owner);
     /// An element as a select; null for other elements.
     const KpIfcSelect& (*selectAt)(const KpIfcAggr& aggregate, std::size_t index) = nullptr;
 };
@@ -109,6 +119,16 @@ struct KpIfcAttributeFacts {
     KpIfcEntityType* const* target = nullptr;    ///< of references and aggregates of them: the declared entity type
     const KpIfcEnumFacts* enumeration = nullptr; ///< of enumerations
     const KpIfcAggrFacts* aggregate = nullptr;   ///< of aggregates
+    KpIfcSelectDescriptors* select = nullptr;    ///< of selects
+    std::uint32_t key = 0;                       ///< keyOf(name)
+
+    /// Tells most names apart without a look at all their characters, whatever their letter case.
+    static constexpr std::uint32_t keyOf(const char* name, std::size_t length) {
+        if (length == 0) return 0;
+        const auto byte = [](char c) { return static_cast<std::uint32_t>(static_cast<unsigned char>(lowerAscii(c))); };
+        return static_cast<std::uint32_t>(length & 0xFF) | byte(name[0]) << 8 | byte(name[length / 2]) << 16 |
+               byte(name[length - 1]) << 24;
+    }
 
     /// The code that an enumeration attribute holds. The member's type is an enumeration over int.
     int enumerationCode(KpIfcEntityBase& instance) const {
@@ -138,6 +158,7 @@ struct KpIfcEntityFacts {
     std::uint32_t recordCount = 0;
     const KpIfcUniqueFacts* uniqueRules = nullptr;
     std::uint32_t uniqueRuleCount = 0;
+    const KpIfcEntityFacts* supertype = nullptr;
 };
 
 } // namespace KP_SDAI

@@ -12,6 +12,8 @@ namespace KP_SDAI {
 template <class T>
 class KpIfcListAggr : public KpIfcPositionedAggr<T> {
 public:
+    using Family = KpIfcListAggr; ///< of the bounded classes, too
+
     class KpIfcListAggrImp : public KpIfcOrderedAggrImp<T> {
     public:
         constexpr explicit KpIfcListAggrImp(KpIfcAggrImp::Room room) : KpIfcOrderedAggrImp<T>(room) {}

@@ -14,6 +14,8 @@ class KpSpfFilerBase;
 namespace KP_SDAI {
 
 class KpIfcNameType;
+class KpIfcSelectConversion;
+class KpIfcVariant;
 
 /// Kinds of values and of dictionary types.
 enum KpTypeCodeKind : int {
@@ -89,6 +91,18 @@ public:
     const KpAnsiString* getString() const; ///< null where no text is held
     const KpIfcAggr* getAggregate() const; ///< null where no aggregate is held
 
+    /// What is held: double, int, KpIfcBoolean, KpIfcLogical, const char* (a text or a literal), KpDbObjectId or
+    /// KpIfcAggr*, the pointers into this select. False where nothing is.
+    bool getValue(KpIfcVariant& value) const;
+    /// Stores a value as the alternative that is chosen, converted where needed. False, and nothing changed, where none
+    /// is chosen or the value does not convert.
+    ///
+    ///     select.underlyingTypeName("IfcLabel") && select.putValue("Oak")
+    bool putValue(const KpIfcVariant& value);
+    /// Takes over what another select holds, by the name of its alternative. False where this one has no such
+    /// alternative; then it holds nothing that counts.
+    bool take(const KpIfcSelect& other);
+
     /// Equal alternatives and values; handles compare as handles.
     friend KPIFCCORE_EXPORT bool operator==(const KpIfcSelect& a, const KpIfcSelect& b);
     /// A strict order of all selects: by kind, then value, then alternative.
@@ -96,7 +110,11 @@ public:
 
 protected:
     friend class ::KpSpfFilerBase;
+    friend class KpIfcSelectConversion;
 
+    /// Chooses the one alternative whose values are of a kind; false, and nothing changed, where there is none or more
+    /// than one.
+    virtual bool chooseByKind(KpTypeCodeKind kind);
     /// Resolves the alternative from the instance that a handle refers to; false where none fits.
     virtual bool setHandleD(const KpDbObjectId& handle) = 0;
     /// Holds a handle whose alternative is resolved later.

@@ -76,6 +76,8 @@ class KpIfcSetAggr : public KpIfcTypedAggr<T, KpIfcUnOrderedAggr, KpIfcUnordered
     using Typed = KpIfcTypedAggr<T, KpIfcUnOrderedAggr, KpIfcUnorderedAggrImp<T>>;
 
 public:
+    using Family = KpIfcSetAggr; ///< of the bounded classes, too
+
     class KpIfcSetAggrImp : public KpIfcUnorderedAggrImp<T> {
     public:
         constexpr explicit KpIfcSetAggrImp(KpIfcAggrImp::Room room) : KpIfcUnorderedAggrImp<T>(room) {}

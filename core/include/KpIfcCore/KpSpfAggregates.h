@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KpIfcCore/KpIfcAggr.h>
+#include <KpIfcCore/KpIfcAggrValues.h>
 #include <KpIfcCore/KpIfcFacts.h>
 #include <KpIfcCore/KpIfcListAggr.h>
 #include <KpIfcCore/KpIfcSelect.h>
@@ -102,7 +103,9 @@ constexpr KpIfcAggrFacts aggregateFacts() {
                          readAggregate<Aggr, binary>,
                          writeAggregate<Aggr, binary>,
                          createImp<Aggr>,
-                         rearrange<Aggr>};
+                         rearrange<Aggr>,
+                         getAggregate<Aggr>,
+                         putAggregate<Aggr>};
     if constexpr (element == KpIfcElementKind::select) facts.selectAt = selectAt<Aggr>;
     return facts;
 }

@@ -7,9 +7,18 @@
 
 namespace IFC2X3 {
 
-/// The facts of an enumeration type; every generated enumeration specialises it with a static member `value`.
+/// The facts of an enumeration type; every generated enumeration specialises it with static members `value`
+/// and `descriptor`.
 template <class E>
 struct EnumFacts;
+
+/// Where the descriptor of an enumeration is kept (KpIfcVariantType::Desc).
+template <class E>
+KpIfcDescriptorSlot& descriptorSlot(E)
+    requires requires { EnumFacts<E>::descriptor; }
+{
+    return EnumFacts<E>::descriptor;
+}
 
 /// Text of a literal as the schema writes it; null for the unset code and codes that are no literal's.
 template <class E>

@@ -42,6 +42,7 @@ protected:
     const char* literal(int code) const override;
     KP::ErrorStatus readTypedField(const KpAnsiString& typeName, KpSpfFilerBase* filer) override;
     KP::ErrorStatus writeTypedField(KpSpfFilerBase* filer) override;
+    bool chooseByKind(KP_SDAI::KpTypeCodeKind kind) override;
 
     void setDouble(std::int32_t tag, double value);
     void setInt(std::int32_t tag, int value);

@@ -4,6 +4,7 @@
 #include <KpIfcCore/KpIfcArray.h>
 #include <KpIfcCore/KpIfcBoolean.h>
 #include <KpIfcCore/KpIfcFacts.h>
+#include <KpIfcCore/KpIfcVariant.h>
 
 /// KPIFC2X3_EXPORT marks what the module exports: its classes and its three plain functions.
 #if defined(_WIN32)
@@ -29,12 +30,17 @@ using KP_SDAI::KpDbObjectId;
 using KP_SDAI::KpIfcArray;
 using KP_SDAI::KpIfcBoolean;
 using KP_SDAI::KpIfcDefinedType;
+using KP_SDAI::KpIfcDescriptorSlot;
 using KP_SDAI::KpIfcEntityBase;
 using KP_SDAI::KpIfcEntityFacts;
 using KP_SDAI::KpIfcEntityType;
 using KP_SDAI::KpIfcEnumFacts;
 using KP_SDAI::KpIfcGUID;
 using KP_SDAI::KpIfcLogical;
+using KP_SDAI::KpIfcListElementDescriptors;
 using KP_SDAI::KpIfcNameType;
+using KP_SDAI::KpIfcSelectDescriptors;
+using KP_SDAI::KpIfcSetElementDescriptors;
+using KP_SDAI::KpIfcVariant;
 
 } // namespace IFC2X3

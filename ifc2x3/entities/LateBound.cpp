@@ -1,0 +1,240 @@
+#include "entities/EntityClass.h"
+
+#include <KpIfcCore/Consts.h>
+#include <KpIfcCore/KpIfcException.h>
+#include <KpIfcCore/KpIfcModel.h>
+#include <KpIfcCore/KpStepText.h>
+#include <KpRx/KcString.h>
+
+#include <cstring>
+#include <string>
+
+namespace IFC2X3 {
+
+using KP_SDAI::KpIfcChange;
+using KP_SDAI::KpIfcModel;
+using KP_SDAI::KpIfcVariant;
+using KP_SDAI::KpIfcVariantType;
+
+namespace {
+
+[[noreturn]] void refuse(unsigned code, const char* message, const KpIfcEntityFacts& facts, const char* operation) {
+    throw KP_SDAI::KpIfcException(code, message, ("IFC2X3::" + std::string(facts.name) + "::" + operation).c_str());
+}
+
+void requireAccess(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const char* operation) {
+    const KpIfcModel* model = instance.owningModel();
+    if (model && model->mode() == KP_SDAI::kAccessUndefined)
+        refuse(190, "SDAI-model access not defined", facts, operation);
+}
+void requireReadWrite(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const char* operation) {
+    const KpIfcModel* model = instance.owningModel();
+    if (model && model->mode() != KP_SDAI::kReadWrite)
+        refuse(180, "SDAI-model access not read-write", facts, operation);
+}
+
+/// A name that is looked for.
+class Name {
+public:
+    explicit Name(const KpAnsiString& name)
+        : m_text(name.view()), m_key(KpIfcAttributeFacts::keyOf(m_text.data(), m_text.size())) {}
+    bool operator==(const KpIfcAttributeFacts& row) const {
+        return row.key == m_key && KP_SDAI::equalNoCase(m_text.data(), m_text.size(), row.name);
+    }
+
+private:
+    std::string_view m_text;
+    std::uint32_t m_key;
+};
+
+/// The explicit attribute of a name, the entity's own or the nearest supertype's; null where there is none.
+const KpIfcAttributeFacts* findExplicit(const KpIfcEntityFacts* facts, const KpAnsiString& text) {
+    const Name name(text);
+    for (; facts; facts = facts->supertype)
+        for (const KpIfcAttributeFacts& row : std::span(facts->attributes, facts->attributeCount))
+            if (name == row) return &row;
+    return nullptr;
+}
+
+/// A pointer into the instance is about to be handed out, through which it can be changed.
+void handOut(KpIfcEntityBase& instance) {
+    const KpIfcModel* model = instance.owningModel();
+    if (!model || model->mode() == KP_SDAI::kReadWrite) KpIfcChange::before(instance);
+}
+
+void get(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, KpIfcVariant& value) {
+    switch (row.kind) {
+    case KpIfcFieldKind::string: return value.set((instance.*row.member.string).constStr());
+    case KpIfcFieldKind::guid: return value.set(instance.*row.member.guid);
+    case KpIfcFieldKind::real: return value.set(instance.*row.member.real);
+    case KpIfcFieldKind::integer: return value.set(instance.*row.member.integer);
+    case KpIfcFieldKind::notKept:
+    case KpIfcFieldKind::boolean: return value.set(instance.*row.member.boolean);
+    case KpIfcFieldKind::logical: return value.set(instance.*row.member.logical);
+    case KpIfcFieldKind::enumeration:
+        return value.setPlain(row.enumeration->descriptor->value(), row.enumerationCode(instance));
+    case KpIfcFieldKind::reference: return value.set(instance.*row.member.reference);
+    case KpIfcFieldKind::select:
+        handOut(instance);
+        // A select class is the base alone, so the pointer is the same.
+        return value.setPlain(row.select->pointer.value(), &row.member.select(instance));
+    case KpIfcFieldKind::aggregate:
+        handOut(instance);
+        return row.aggregate->get(row.member.aggregate(instance), value);
+    case KpIfcFieldKind::derived: break;
+    }
+}
+
+bool putString(KpIfcEntityBase& instance, KpAnsiString& member, const KpIfcVariant& value) {
+    if (const char* const* text = value.getIf<const char*>()) {
+        const char* const chars = *text;
+        KpIfcChange::before(instance);
+        if (chars)
+            member = chars;
+        else
+            member = KpAnsiString::unset();
+        return true;
+    }
+    KpAnsiString text;
+    const KcString* const unicode = value.getIf<KcString>();
+    const KpIfcModel* const model = instance.owningModel();
+    if (unicode && model) { // texts of a model have the form in which it was read
+        std::string encoded;
+        if (!model->textIsUtf8()) KP_SDAI::KpStepText::encode(unicode->view(), encoded);
+        text = KpAnsiString(model->textIsUtf8() ? unicode->view() : std::string_view(encoded));
+    } else if (!value.get(text)) {
+        return false;
+    }
+    KpIfcChange::before(instance);
+    member = std::move(text);
+    return true;
+}
+
+template <class T>
+bool putPlain(KpIfcEntityBase& instance, T& member, const KpIfcVariant& value) {
+    T converted;
+    if (!value.get(converted)) return false;
+    KpIfcChange::before(instance);
+    member = converted;
+    return true;
+}
+
+bool putEnumeration(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, const KpIfcVariant& value) {
+    const int unset = row.enumeration->count;
+    int code = unset;
+    bool converted = true;
+    if (value.type() == &row.enumeration->descriptor->value()) {
+        std::memcpy(&code, value.data(), sizeof code);
+    } else if (const int* number = value.getIf<int>()) {
+        code = *number > unset ? unset : *number;
+    } else if (const unsigned long* unsignedNumber = value.getIf<unsigned long>()) {
+        code = *unsignedNumber > static_cast<unsigned long>(unset) ? unset : static_cast<int>(*unsignedNumber);
+    } else {
+        const char* const* chars = value.getIf<const char*>();
+        const KpAnsiString* string = value.getIf<KpAnsiString>();
+        if (!chars && !string) return false;
+        const char* const text = string ? string->constStr() : *chars;
+        if (text) code = row.enumeration->code(text, std::strlen(text));
+        converted = code != unset; // what is no literal unsets the attribute all the same
+    }
+    KpIfcChange::before(instance);
+    std::memcpy(row.member.enumeration(instance), &code, sizeof code);
+    return converted;
+}
+
+bool putSelect(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, const KpIfcVariant& value) {
+    const KpIfcVariantType& type = row.select->value.value();
+    KpIfcVariant scratch;
+    const KpIfcVariant* converted = value.convert(type, scratch);
+    if (!converted || converted->type() != &type) return false;
+    KpIfcChange::before(instance);
+    type.objectMemAllocator()->assign(&row.member.select(instance), converted->data());
+    return true;
+}
+
+bool put(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, const KpIfcVariant& value) {
+    switch (row.kind) {
+    case KpIfcFieldKind::string: return putString(instance, instance.*row.member.string, value);
+    case KpIfcFieldKind::guid: return putPlain(instance, instance.*row.member.guid, value);
+    case KpIfcFieldKind::real: return putPlain(instance, instance.*row.member.real, value);
+    case KpIfcFieldKind::integer: return putPlain(instance, instance.*row.member.integer, value);
+    case KpIfcFieldKind::notKept:
+    case KpIfcFieldKind::boolean: return putPlain(instance, instance.*row.member.boolean, value);
+    case KpIfcFieldKind::logical: return putPlain(instance, instance.*row.member.logical, value);
+    case KpIfcFieldKind::enumeration: return putEnumeration(instance, row, value);
+    case KpIfcFieldKind::reference: return putPlain(instance, instance.*row.member.reference, value);
+    case KpIfcFieldKind::select: return putSelect(instance, row, value);
+    case KpIfcFieldKind::aggregate: return row.aggregate->put(row.member.aggregate(instance), value, instance);
+    case KpIfcFieldKind::derived: break;
+    }
+    return false;
+}
+
+bool test(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row) {
+    switch (row.kind) {
+    case KpIfcFieldKind::string: return !(instance.*row.member.string).isUnset();
+    case KpIfcFieldKind::guid: return !(instance.*row.member.guid).isUnset();
+    case KpIfcFieldKind::real: return instance.*row.member.real != Consts::KpRealUnset;
+    case KpIfcFieldKind::integer: return instance.*row.member.integer != Consts::KpIntUnset;
+    case KpIfcFieldKind::notKept:
+    case KpIfcFieldKind::boolean: return (instance.*row.member.boolean).isSet();
+    case KpIfcFieldKind::logical: return (instance.*row.member.logical).isSet();
+    case KpIfcFieldKind::enumeration: return row.enumerationCode(instance) != row.enumeration->count;
+    case KpIfcFieldKind::reference: return !(instance.*row.member.reference).isNull();
+    case KpIfcFieldKind::select: return !row.member.select(instance).isNull();
+    case KpIfcFieldKind::aggregate: return !row.member.aggregate(instance).empty();
+    case KpIfcFieldKind::derived: break;
+    }
+    return false;
+}
+
+void unset(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row) {
+    KpIfcChange::before(instance);
+    switch (row.kind) {
+    case KpIfcFieldKind::string: instance.*row.member.string = KpAnsiString::unset(); break;
+    case KpIfcFieldKind::guid: instance.*row.member.guid = Consts::KpStringUnset; break;
+    case KpIfcFieldKind::real: instance.*row.member.real = Consts::KpRealUnset; break;
+    case KpIfcFieldKind::integer: instance.*row.member.integer = Consts::KpIntUnset; break;
+    case KpIfcFieldKind::notKept:
+    case KpIfcFieldKind::boolean: instance.*row.member.boolean = KpIfcBoolean::Unset; break;
+    case KpIfcFieldKind::logical: instance.*row.member.logical = KpIfcLogical::Unset; break;
+    case KpIfcFieldKind::enumeration:
+        std::memcpy(row.member.enumeration(instance), &row.enumeration->count, sizeof(int));
+        break;
+    case KpIfcFieldKind::reference: (instance.*row.member.reference).setNull(); break;
+    case KpIfcFieldKind::select: row.member.select(instance).nullify(); break;
+    case KpIfcFieldKind::aggregate: row.member.aggregate(instance).clear(); break;
+    case KpIfcFieldKind::derived: break;
+    }
+}
+
+} // namespace
+
+bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
+                  KpIfcVariant& value) {
+    requireAccess(instance, facts, "getAttr");
+    const KpIfcAttributeFacts* row = findExplicit(&facts, name);
+    if (row) get(const_cast<KpIfcEntityBase&>(instance), *row, value);
+    return row != nullptr;
+}
+
+bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
+                  const KpIfcVariant& value) {
+    requireReadWrite(instance, facts, "putAttr");
+    const KpIfcAttributeFacts* row = findExplicit(&facts, name);
+    return row && put(instance, *row, value);
+}
+
+bool testAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
+    requireAccess(instance, facts, "testAttr");
+    const KpIfcAttributeFacts* row = findExplicit(&facts, name);
+    return row && test(const_cast<KpIfcEntityBase&>(instance), *row);
+}
+
+void unsetAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
+    requireReadWrite(instance, facts, "unsetAttr");
+    const KpIfcAttributeFacts* row = findExplicit(&facts, name);
+    if (row) unset(instance, *row);
+}
+
+} // namespace IFC2X3
