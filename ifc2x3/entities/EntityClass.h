@@ -63,8 +63,9 @@ constexpr KpIfcFieldKind fieldKind() {
 
 } // namespace detail
 
-constexpr std::uint32_t keyOf(const char* name) {
-    return KpIfcAttributeFacts::keyOf(name, std::char_traits<char>::length(name));
+constexpr void setName(KpIfcAttributeFacts& row, std::string_view name) {
+    row.nameLength = static_cast<std::uint32_t>(name.size());
+    row.key = KpIfcAttributeFacts::keyOf(name.data(), name.size());
 }
 
 /// The row of an explicit attribute. `target` is given for references and aggregates of references.
@@ -73,7 +74,7 @@ constexpr KpIfcAttributeFacts field(const char* name, std::uint8_t flags, KpIfcE
     using Type = decltype(detail::typeOf(member));
     constexpr KpIfcFieldKind kind = detail::fieldKind<Type>();
     KpIfcAttributeFacts row{name, kind, flags, {}, target};
-    row.key = keyOf(name);
+    setName(row, name);
     if constexpr (kind == KpIfcFieldKind::enumeration) {
         row.member = detail::codeAddress<member>;
         row.enumeration = &EnumFacts<Type>::value;
@@ -98,7 +99,7 @@ constexpr KpIfcAttributeFacts derived(const char* name, std::uint8_t flags) {
 template <auto member>
 constexpr KpIfcAttributeFacts notKept(const char* name, std::uint8_t flags) {
     KpIfcAttributeFacts row{name, KpIfcFieldKind::notKept, flags, static_cast<KpIfcBoolean KpIfcEntityBase::*>(member)};
-    row.key = keyOf(name);
+    setName(row, name);
     return row;
 }
 

@@ -121,6 +121,7 @@ struct KpIfcAttributeFacts {
     const KpIfcAggrFacts* aggregate = nullptr;   ///< of aggregates
     KpIfcSelectDescriptors* select = nullptr;    ///< of selects
     std::uint32_t key = 0;                       ///< keyOf(name)
+    std::uint32_t nameLength = 0;
 
     /// Tells most names apart without a look at all their characters, whatever their letter case.
     static constexpr std::uint32_t keyOf(const char* name, std::size_t length) {
