@@ -1,0 +1,151 @@
+#include "SampleFiles.h"
+
+#include <IFC2X3/IfcCartesianPoint.h>
+#include <IFC2X3/IfcWall.h>
+#include <KpIfcCore/KpIfcFile.h>
+#include <KpIfcCore/KpIfcModule.h>
+#include <KpIfcCore/KpIfcVariant.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+// What it costs to read and change attributes: of all instances of a file by name, and single operations.
+
+using namespace KP_SDAI;
+namespace fs = std::filesystem;
+
+namespace {
+
+double cpuSeconds() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+/// Makes the compiler believe that a value is used.
+template <class T>
+void keep(const T& value) {
+    asm volatile("" : : "r,m"(&value) : "memory");
+}
+
+/// Median seconds of one call of `work`, which is repeated `repeats` times in each run.
+template <class Work>
+double secondsOf(std::size_t repeats, Work work) {
+    std::vector<double> runs;
+    for (int run = 0; run < 5; ++run) {
+        const double start = cpuSeconds();
+        for (std::size_t i = 0; i < repeats; ++i) {
+            work();
+        }
+        runs.push_back((cpuSeconds() - start) / static_cast<double>(repeats));
+    }
+    std::sort(runs.begin(), runs.end());
+    return runs[runs.size() / 2];
+}
+
+void row(const char* operation, double seconds) {
+    fmt::print("{:<52} {:>8.1f} ns\n", operation, seconds * 1e9);
+}
+
+void measureOperations(KpIfcModel& model) {
+    constexpr std::size_t many = 5'000'000;
+    auto* wall = model.create<IFC2X3::IfcWall>();
+    auto* point = model.create<IFC2X3::IfcCartesianPoint>();
+    wall->setName("Wall 1");
+    point->setCoordinates({1.0, 2.0, 3.0});
+    const KpAnsiString name("name"), coordinates("coordinates");
+    const KpIfcEntityBase* instance = wall; // calls are virtual, as in programs that do not know the class
+    const KpIfcEntityBase* pointInstance = point;
+    KpIfcEntityBase* changed = wall;
+    KpIfcVariant value;
+    row("typed getter, text", secondsOf(many, [&] { keep(wall->getName()); }));
+    row("typed getter, aggregate", secondsOf(many, [&] { keep(static_cast<const IFC2X3::IfcCartesianPoint*>(point)->getCoordinates()); }));
+    row("getAttr, text, 6 levels up", secondsOf(many, [&] { keep(instance->getAttr(name, value)); }));
+    row("getAttr, aggregate, own", secondsOf(many, [&] { keep(pointInstance->getAttr(coordinates, value)); }));
+    row("testAttr, text, 6 levels up", secondsOf(many, [&] { keep(instance->testAttr(name)); }));
+    const KpIfcVariant text("Another wall");
+    row("typed setter, text", secondsOf(many, [&] { wall->setName("Another wall"); }));
+    row("putAttr, text", secondsOf(many, [&] { keep(changed->putAttr(name, text)); }));
+    const KpIfcVariant reals(KpIfcArray<double>{4.0, 5.0, 6.0});
+    row("putAttr, aggregate of reals", secondsOf(many / 5, [&] { keep(point->putAttr(coordinates, reals)); }));
+}
+
+/// The names under which each entity's instances are asked.
+using Names = std::unordered_map<const KpIfcEntityType*, std::vector<KpAnsiString>>;
+
+void measureFile(const fs::path& path) {
+    const UnpackedFile unpacked(path);
+    KpIfcFile file;
+    if (file.open(unpacked.path().string()) != KP::eOk) {
+        fmt::print("{}: {}\n", path.filename().string(), file.error());
+        return;
+    }
+    KpIfcModel& model = *file.model();
+    Names names;
+    struct Asked {
+        const KpIfcEntityBase* instance;
+        const std::vector<KpAnsiString>* names;
+    };
+    std::vector<Asked> asked;
+    std::size_t count = 0;
+    for (const KpIfcEntityBase* instance : model.instances()) {
+        const KpIfcEntityType* type = instance->getInstanceType();
+        const auto [entry, isNew] = names.try_emplace(type);
+        if (isNew) {
+            for (const KpIfcAttributeDefinition* attribute : type->allAttributes()) {
+                if (attribute->kind() == KpIfcAttributeKind::explicitAttribute) {
+                    entry->second.emplace_back(attribute->name());
+                }
+            }
+        }
+        asked.push_back({instance, &entry->second});
+        count += entry->second.size();
+    }
+    model.mode(kReadOnly);
+    std::size_t found = 0;
+    const double seconds = secondsOf(1 + 2'000'000 / std::max<std::size_t>(count, 1), [&] {
+        KpIfcVariant value;
+        for (const Asked& one : asked) {
+            for (const KpAnsiString& name : *one.names) {
+                found += one.instance->getAttr(name, value);
+            }
+        }
+        keep(value);
+    });
+    fmt::print("{:<40.40} {:>9} attributes {:>7.1f} million/s\n", path.filename().string(), count,
+               static_cast<double>(count) / seconds / 1e6);
+    if (found % count != 0) {
+        fmt::print("  but not every attribute was found\n");
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::string error;
+    const std::shared_ptr<KpIfcModule> module = KpIfcModule::load("IFC2X3", error);
+    if (!module) {
+        std::fprintf(stderr, "kpifc_bench_access: %s\n", error.c_str());
+        return 1;
+    }
+    KpIfcModel model(module);
+    measureOperations(model);
+    std::vector<fs::path> files(argv + 1, argv + argc);
+    if (files.empty()) {
+        files = findSamples((fs::path(KP_SOURCE_DIR) / "../shared/samples").lexically_normal());
+    }
+    if (files.empty()) {
+        files.push_back(fs::path(KP_SOURCE_DIR) / "examples/small_house.ifc");
+    }
+    fmt::print("\nall attributes of all instances by name, read-only\n");
+    for (const fs::path& path : files) {
+        measureFile(path);
+    }
+    return 0;
+}
