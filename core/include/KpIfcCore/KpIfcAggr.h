@@ -19,12 +19,24 @@ class KpIfcAggrConstIterator;
 
 enum class KpIfcAggrContainerType : int { none = 0, array = 1, list = 2, set = 3 };
 
+/// Changes a set whose element type the caller need not know. Values are converted to the element type.
+class KPIFCCORE_EXPORT IUnorderdManiplator {
+public:
+    /// eOk also where an equal element is present; eRefused where the set is full or the value does not convert.
+    virtual KP::ErrorStatus addValue(const KpIfcVariant& value) = 0;
+    /// eRefused where the element is absent, the set at its lower bound, or the value does not convert.
+    virtual KP::ErrorStatus removeValue(const KpIfcVariant& value) = 0;
+
+protected:
+    constexpr ~IUnorderdManiplator() {}
+};
+
 /// What stands behind an aggregate: a small header with the element count, the elements directly behind it.
 ///
 /// Which aggregate it serves (element type, kind, bounds) is its class; bounds take no memory. Elements are moved to a
 /// buffer of their own when they outgrow their place, so the address of the implementation never changes. The shared
 /// placeholders of nil aggregates are implementations too, so that a nil aggregate still knows its kind.
-class KPIFCCORE_EXPORT KpIfcAggrImp {
+class KPIFCCORE_EXPORT KpIfcAggrImp : public IUnorderdManiplator {
 public:
     constexpr virtual ~KpIfcAggrImp() {}
     /// Iterators stand on the first element; null unless `aggr` is not nil and this is its implementation. The caller
@@ -34,13 +46,17 @@ public:
     virtual bool isOrdered() const = 0;
     virtual bool isUnique() const = 0;
     virtual void clear() = 0;
-    virtual int lowerBound() const = 0;
-    virtual int upperBound() const = 0;
-    virtual KpIfcAggrContainerType aggrContainerType() const = 0;
-    /// The descriptor of the elements' type; null where it has none.
-    virtual KpIfcVariantType* elementType() const = 0;
     /// The element at a place in the order of iteration; false where there is none.
     virtual bool getElement(std::size_t index, KpIfcVariant& value) const = 0;
+    virtual int lowerBound() const = 0;
+    virtual int upperBound() const = 0;
+    /// True where the value, converted to the element type, is an element; false where it does not convert.
+    virtual bool containsValue(const KpIfcVariant& value) const = 0;
+    /// The descriptor of the elements' type; null where it has none.
+    virtual KpIfcVariantType* elementType() const = 0;
+    virtual KpIfcAggrContainerType aggrContainerType() const = 0;
+    /// How to change the elements without their type: null for lists and arrays, whose elements have positions.
+    IUnorderdManiplator* unorderedManiplator() { return isOrdered() ? nullptr : this; }
     /// A new implementation with a copy of the elements; of a placeholder, a new one without elements.
     virtual KpIfcAggrImp* clone() const = 0;
     /// The one placeholder that stands behind nil aggregates of this class.
@@ -111,6 +127,15 @@ public:
         }
     }
 
+    bool containsValue(const KpIfcVariant& value) const override {
+        if constexpr (KpIfcDescribed<T>) {
+            T element{};
+            return value.get(element) && containsElement(element);
+        } else {
+            return false;
+        }
+    }
+
     void clear() override { shrinkTo(0); }
     /// Replaces the elements by values that are in order, which are moved.
     void replace(T* values, std::size_t count) {
@@ -155,6 +180,24 @@ public:
 protected:
     static_assert(alignof(T) <= 8);
     constexpr explicit KpIfcAggrElements(Room room) : KpIfcAggrImp(room) {}
+
+    virtual bool containsElement(const T& value) const = 0;
+    virtual KP::ErrorStatus addElement(const T& value) = 0;
+    virtual KP::ErrorStatus removeElement(const T& value) = 0;
+    KP::ErrorStatus addValue(const KpIfcVariant& value) override {
+        if constexpr (KpIfcDescribed<T>) {
+            T element{};
+            if (value.get(element)) return addElement(element);
+        }
+        return KP::eRefused;
+    }
+    KP::ErrorStatus removeValue(const KpIfcVariant& value) override {
+        if constexpr (KpIfcDescribed<T>) {
+            T element{};
+            if (value.get(element)) return removeElement(element);
+        }
+        return KP::eRefused;
+    }
 
     template <class Imp>
     static KpIfcAggrImp* createAs(KpArena* arena, std::size_t room) {
@@ -238,6 +281,22 @@ public:
         if (!isNil()) m_imp->clear();
     }
     KpIfcAggrImp* implementation() const { return m_imp; }
+
+    // Elements without their type: values are converted to it.
+
+    /// The element at a place in the order of iteration; false where there is none.
+    bool getElement(std::size_t index, KpIfcVariant& value) const { return m_imp->getElement(index, value); }
+    bool containsValue(const KpIfcVariant& value) const { return m_imp->containsValue(value); }
+    /// Adds to a set or behind the last element of a list or array; creates the aggregate where it is nil. eRefused
+    /// where a set is full or the value does not convert.
+    KP::ErrorStatus addValue(const KpIfcVariant& value) {
+        createEmpty();
+        return m_imp->addValue(value);
+    }
+    /// Removes from a set, or the first equal element of a list or array. eRefused where there is none, the set is at
+    /// its lower bound, or the value does not convert.
+    KP::ErrorStatus removeValue(const KpIfcVariant& value) { return isNil() ? KP::eRefused : m_imp->removeValue(value); }
+
     KpIfcAggrIterator* createIterator() { return m_imp->createIterator(*this); }
     KpIfcAggrConstIterator* createConstIterator() const { return m_imp->createConstIterator(*this); }
 

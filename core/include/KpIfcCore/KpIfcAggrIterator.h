@@ -15,6 +15,8 @@ public:
     virtual bool next() = 0;
     /// True while the iterator stands on an element.
     virtual bool valid() const = 0;
+    /// The element on which it stands; false where it stands on none.
+    virtual bool current(KpIfcVariant& value) const = 0;
 };
 
 class KPIFCCORE_EXPORT KpIfcAggrIterator : public KpIfcAggrConstIterator {
@@ -34,6 +36,7 @@ public:
         return valid();
     }
     bool valid() const override { return m_position < m_elements->count(); }
+    bool current(KpIfcVariant& value) const override { return m_elements->getElement(m_position, value); }
     /// The element on which the iterator stands; only while valid().
     const T& current() const { return m_elements->begin()[m_position]; }
 

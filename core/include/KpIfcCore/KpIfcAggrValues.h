@@ -15,20 +15,6 @@ void getAggregate(KpIfcAggr& field, KpIfcVariant& value) {
     value.set(static_cast<typename Aggr::Family*>(&static_cast<Aggr&>(field)));
 }
 
-/// One element of an array of variants.
-template <class T>
-bool convertElement(const KpIfcVariant& value, T& element) {
-    if constexpr (std::is_base_of_v<KpIfcSelect, T>) {
-        KpIfcVariant scratch;
-        const KpIfcVariant* converted = value.convert(KpIfcVariantType::Desc<T>::value(), scratch);
-        const T* select = converted ? converted->template getIf<T>() : nullptr;
-        if (select) element = *select;
-        return select != nullptr;
-    } else {
-        return value.get(element);
-    }
-}
-
 /// The elements that a value stands for; false where it stands for none or one does not convert.
 template <class Aggr>
 bool convertElements(const KpIfcVariant& value, KpIfcArray<typename Aggr::Element>& elements) {
@@ -46,7 +32,7 @@ bool convertElements(const KpIfcVariant& value, KpIfcArray<typename Aggr::Elemen
         elements.reserve(variants->length());
         for (const KpIfcVariant& variant : *variants) {
             T element{};
-            if (!convertElement(variant, element)) return false;
+            if (!variant.get(element)) return false;
             elements.append(element);
         }
         return true;

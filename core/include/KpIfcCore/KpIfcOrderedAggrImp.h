@@ -38,12 +38,27 @@ public:
         for (const T& value : copies) this->place(value);
     }
     void append(const T& value) { this->insertAt(this->m_count, value); }
+    /// The position of the first equal element; count() where there is none.
+    std::size_t find(const T& value) const {
+        std::size_t i = 0;
+        while (i < this->m_count && !(this->data()[i] == value)) ++i;
+        return i;
+    }
+    bool contains(const T& value) const { return find(value) < this->m_count; }
+    /// Elements have positions here: what has none is refused.
+    virtual KP::ErrorStatus add(const T&) { return KP::eRefused; }
 
     /// Brings values into the order in which they are kept; how many of them are kept.
     static std::size_t arrange(T*, std::size_t count) { return count; }
 
 protected:
     constexpr explicit KpIfcOrderedAggrImp(KpIfcAggrImp::Room room) : KpIfcAggrElements<T>(room) {}
+    bool containsElement(const T& value) const override { return contains(value); }
+    KP::ErrorStatus addElement(const T& value) override {
+        append(value);
+        return KP::eOk;
+    }
+    KP::ErrorStatus removeElement(const T& value) override { return removeAt(static_cast<int>(find(value))); }
 };
 
 /// What lists and arrays offer alike.
@@ -55,6 +70,12 @@ public:
     /// The element at a position within the declared bounds and below count(); throws KpIfcException 470.
     const T& at(int position) const { return this->imp().at(position); }
     T& at(int position) { return const_cast<T&>(this->imp().at(position)); }
+    using Typed::begin;
+    using Typed::end;
+    /// Elements may be changed in place: for (double& x : point->getCoordinates()) ...
+    T* begin() { return const_cast<T*>(this->imp().begin()); }
+    T* end() { return const_cast<T*>(this->imp().end()); }
+    bool contains(const T& value) const { return this->imp().contains(value); }
     void append(const T& value) { this->changeable().append(value); }
     /// eRefused unless 0 <= position < count().
     KP::ErrorStatus removeAt(int position) {

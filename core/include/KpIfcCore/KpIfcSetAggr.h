@@ -37,6 +37,7 @@ public:
         KpIfcArray<T> copies; // the values may be this set's own
         copies.reserve(static_cast<std::uint32_t>(count));
         for (std::size_t i = 0; i < count; ++i) copies.append(values[i]);
+        if (this->upperBound() >= kOpenBound) return this->replace(copies.begin(), arrange(copies.begin(), count));
         this->clear();
         for (const T& value : copies) add(value);
     }
@@ -57,6 +58,9 @@ public:
 
 protected:
     constexpr explicit KpIfcUnorderedAggrImp(KpIfcAggrImp::Room room) : KpIfcAggrElements<T>(room) {}
+    bool containsElement(const T& value) const override { return contains(value); }
+    KP::ErrorStatus addElement(const T& value) override { return add(value); }
+    KP::ErrorStatus removeElement(const T& value) override { return remove(value); }
 
 private:
     /// Where `value` is or would be inserted.
