@@ -256,6 +256,10 @@ std::string inverseGetter(std::string_view attribute) {
     return text("getInv", attribute);
 }
 
+std::string inverseMember() {
+    return "m_inverse";
+}
+
 std::string instanceGetter(std::string_view attribute, const std::set<std::string>& classNames) {
     std::string name = guarded(guarded(guarded(std::string(attribute), keywords()), macros()), entityMembers());
     // A member function of a class's name would hide the class, or be a constructor.

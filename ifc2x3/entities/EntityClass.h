@@ -16,7 +16,9 @@ namespace IFC2X3 {
 
 using KP_SDAI::KpIfcAggr;
 using KP_SDAI::KpIfcAttributeFacts;
+using KP_SDAI::KpIfcCounterpartFacts;
 using KP_SDAI::KpIfcFieldKind;
+using KP_SDAI::KpIfcInverseFacts;
 using KP_SDAI::KpIfcSelect;
 using KP_SDAI::KpIfcUniqueFacts;
 
@@ -43,6 +45,11 @@ KpIfcSelect& selectOf(KpIfcEntityBase& instance) {
 }
 template <auto member>
 KpIfcAggr& aggregateOf(KpIfcEntityBase& instance) {
+    return static_cast<decltype(classOf(member))&>(instance).*member;
+}
+
+template <auto member>
+KP_SDAI::KpIfcInverseMembers& inverseOf(KpIfcEntityBase& instance) {
     return static_cast<decltype(classOf(member))&>(instance).*member;
 }
 
@@ -90,7 +97,15 @@ constexpr KpIfcAttributeFacts notKept(const char* name, std::uint8_t flags) {
     return {name, KpIfcFieldKind::notKept, flags, {}};
 }
 
+/// The row of an inverse attribute; `index` counts the entity's own.
+template <auto member>
+constexpr KpIfcInverseFacts inverse(const char* name, std::uint32_t index) {
+    return {name, detail::inverseOf<member>, index, decltype(detail::typeOf(member))::kCount};
+}
+
 inline constexpr std::span<const KpIfcAttributeFacts> noAttributes;
+inline constexpr std::span<const KpIfcInverseFacts> noInverses;
+inline constexpr std::span<const KpIfcCounterpartFacts> noCounterparts;
 inline constexpr std::span<const KpIfcUniqueFacts> noUniqueRules;
 
 template <class T>
@@ -102,7 +117,8 @@ KpIfcEntityBase* constructEntity(void* memory) {
 template <class T>
 constexpr KpIfcEntityFacts
 entityFacts(const char* name, bool isAbstract, std::span<const KpIfcAttributeFacts> attributes,
-            std::span<const KpIfcAttributeFacts> record, std::span<const KpIfcUniqueFacts> uniqueRules) {
+            std::span<const KpIfcAttributeFacts> record, std::span<const KpIfcUniqueFacts> uniqueRules,
+            std::span<const KpIfcInverseFacts> inverses, std::span<const KpIfcCounterpartFacts> counterparts) {
     static_assert(alignof(T) <= 8);
     return {name,
             isAbstract,
@@ -113,7 +129,11 @@ entityFacts(const char* name, bool isAbstract, std::span<const KpIfcAttributeFac
             record.data(),
             static_cast<std::uint32_t>(record.size()),
             uniqueRules.data(),
-            static_cast<std::uint32_t>(uniqueRules.size())};
+            static_cast<std::uint32_t>(uniqueRules.size()),
+            inverses.data(),
+            static_cast<std::uint32_t>(inverses.size()),
+            counterparts.data(),
+            static_cast<std::uint32_t>(counterparts.size())};
 }
 
 /// Reads the fields of `rows` into the members of an instance of their class, in order; always eOk.
@@ -121,6 +141,10 @@ KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std
 /// Writes the members of an instance as the fields of `rows`, in order; always eOk.
 KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
                             std::span<const KpIfcAttributeFacts> rows);
+
+/// Enters an instance in the inverse attributes of those that it refers to through the attributes of `rows`. What
+/// cannot be entered is passed over in silence.
+void enterCounterParts(KpIfcEntityBase& referrer, std::span<const KpIfcCounterpartFacts> rows);
 
 /// The instance behind a handle, converted unchecked.
 template <class T>
