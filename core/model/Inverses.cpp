@@ -17,8 +17,10 @@ namespace KP_SDAI {
 void KpIfcInverseSet::change(KpArena& arena, std::span<const KpDbObjectId> removed,
                              std::span<const KpDbObjectId> inserted) {
     constexpr std::size_t kFew = 8; // are moved one by one faster than all are copied
-    if (removed.size() + inserted.size() <= kFew) {
+    const bool isAppended = removed.empty() && (empty() || end()[-1] < inserted.front());
+    if (isAppended || removed.size() + inserted.size() <= kFew) {
         for (const KpDbObjectId& referrer : removed) remove(referrer);
+        reserve(arena, size() + inserted.size());
         for (const KpDbObjectId& referrer : inserted) insert(arena, referrer);
         return;
     }
@@ -26,11 +28,8 @@ void KpIfcInverseSet::change(KpArena& arena, std::span<const KpDbObjectId> remov
     std::vector<KpDbObjectId> all;
     std::set_difference(begin(), end(), removed.begin(), removed.end(), std::back_inserter(kept));
     std::set_union(kept.begin(), kept.end(), inserted.begin(), inserted.end(), std::back_inserter(all));
-    if (all.size() > m_imp->room()) {
-        m_imp = imp().createFilled(arena, all.data(), all.size());
-        return;
-    }
     clear();
+    reserve(arena, all.size());
     for (const KpDbObjectId& referrer : all) add(referrer);
 }
 
@@ -38,6 +37,10 @@ void KpIfcInverseSet::change(KpArena& arena, std::span<const KpDbObjectId> remov
 
 const KpIfcSetAggr<KpDbObjectId>& KpIfcInverseMembers::read(const KpIfcEntityBase& owner, std::size_t index) const {
     if (KpIfcModel* const model = owner.owningModel(); model && model->hasUncommitted()) model->commit();
+    return set(index);
+}
+
+const KpIfcSetAggr<KpDbObjectId>& KpIfcInverseMembers::set(std::size_t index) const {
     static const KpIfcSetAggr<KpDbObjectId> nil;
     return m_sets ? m_sets[index] : nil;
 }

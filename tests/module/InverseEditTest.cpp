@@ -2,8 +2,11 @@
 #include "InverseTruth.h"
 
 #include <IFC2X3/IfcLocalPlacement.h>
+#include <IFC2X3/IfcObjectDefinition.h>
 #include <IFC2X3/IfcRelAggregates.h>
 #include <IFC2X3/IfcWall.h>
+#include <KpIfcCore/KpIfcFacts.h>
+#include <KpIfcCore/KpIfcInverseMembers.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -35,6 +38,9 @@ TEST(InverseEdit, IsSeenByTheNextRead) {
     relation->setRelatingObject(model.find(3));
     EXPECT_TRUE(relation->isUncommitted());
     EXPECT_TRUE(model.hasUncommitted());
+    const KpIfcInverseFacts& row = IfcObjectDefinition::facts().inverses[1];
+    ASSERT_STREQ(row.name, "IsDecomposedBy");
+    EXPECT_TRUE(row.members(*model.find(1).openObject()).set(row.index).contains(relation->objectId())); // not yet
     EXPECT_THAT(decomposing(1), IsEmpty());
     EXPECT_THAT(decomposing(3), ElementsAre(5));
     EXPECT_FALSE(relation->isUncommitted());
@@ -154,6 +160,19 @@ TEST(InverseEdit, TakesTimeInProportionToTheReferrers) {
         const std::string many = placements(kMany, descending);
         EXPECT_LT(seconds([&] { openedRecords(many); }), kMost * seconds([&] { openedRecords(few); }));
     }
+
+    const auto addAndCommit = [](std::uint64_t count) {
+        KpIfcFile file = openedRecords(placements(0, false));
+        KpIfcModel& model = *file.model();
+        for (std::uint64_t i = 1; i <= count; ++i) {
+            model.create<IfcLocalPlacement>()->setPlacementRelTo(model.find(1));
+            if (i % 10 == 0) {
+                model.commit();
+            }
+        }
+        EXPECT_EQ(inverseOf(model, 1, "ReferencedByPlacements").size(), count);
+    };
+    EXPECT_LT(seconds([&] { addAndCommit(kMany); }), kMost * seconds([&] { addAndCommit(kFew); }));
 
     KpIfcFile few = openedRecords(placements(kFew, false));
     KpIfcFile many = openedRecords(placements(kMany, false));

@@ -5,6 +5,7 @@
 #include <IFC2X3/IfcGridAxis.h>
 #include <IFC2X3/IfcRelAggregates.h>
 #include <IFC2X3/IfcRelAssociates.h>
+#include <IFC2X3/IfcRelDefinesByType.h>
 #include <IFC2X3/IfcWall.h>
 #include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcReferences.h>
@@ -156,6 +157,25 @@ TEST(Inverse, PassOverWhatCannotBeEntered) {
     EXPECT_EQ(expectTrueInverses(model), 2u);
     EXPECT_EQ(findings(file.report()), found);
     EXPECT_FALSE(model.hasUncommitted());
+}
+
+/// Where an INVERSE names a subtype of the entity that owns the attribute, instances of other subtypes do not count.
+TEST(Inverse, AreFedByTheSubtypeThatTheyName) {
+    KpIfcFile file = openedRecords("#1=IFCWALL('0123456789012345678901',$,$,$,$,$,$,$);\n"
+                                   "#2=IFCRELDEFINESBYTYPE('1123456789012345678901',$,$,$,(#1),$);\n"
+                                   "#3=IFCRELDEFINESBYPROPERTIES('2123456789012345678901',$,$,$,(#1),$);\n");
+    KpIfcEntityBase& byType = *file.model()->find(2).openObject();
+    KpIfcEntityBase& byProperties = *file.model()->find(3).openObject();
+    KpIfcCounterpartFacts row = byType.getInstanceType()->counterparts().front(); // IfcRelDefines.RelatedObjects
+    const auto visits = [&row](KpIfcEntityBase& referrer) {
+        int count = 0;
+        visitCounterParts(referrer, {&row, 1}, [&](KpIfcEntityBase&, const KpIfcInverseFacts&) { ++count; });
+        return count;
+    };
+    EXPECT_EQ(visits(byType) + visits(byProperties), 2);
+    row.referrer = &IfcRelDefinesByType::g_pEntityType;
+    EXPECT_EQ(visits(byType), 1);
+    EXPECT_EQ(visits(byProperties), 0);
 }
 
 TEST(Inverse, BelongToThePlaceInAModel) {

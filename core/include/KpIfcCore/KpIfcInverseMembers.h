@@ -30,7 +30,9 @@ public:
     /// own inverse attributes. Commits what is not committed in the model; a model at rest is only read. Good until an
     /// instance of the model changes.
     const KpIfcSetAggr<KpDbObjectId>& read(const KpIfcEntityBase& owner, std::size_t index) const;
-    /// The same, copied.
+    /// The same as of the last commit, and without a look at the model.
+    const KpIfcSetAggr<KpDbObjectId>& set(std::size_t index) const;
+    /// What read() gives, copied.
     void copyTo(const KpIfcEntityBase& owner, std::size_t index, KpIfcArray<KpDbObjectId>& values) const {
         values.clear();
         read(owner, index).copyTo(values);
