@@ -37,6 +37,10 @@ std::string cell(Figure figure, int decimals) {
     return figure ? fmt::format("{:.{}f}", *figure, decimals) : "-";
 }
 
+Figure inNanoseconds(Figure seconds) {
+    return seconds ? Figure(*seconds * 1e9) : Figure();
+}
+
 Json orNull(Figure figure) {
     return figure ? Json(*figure) : Json();
 }
@@ -56,16 +60,17 @@ Json memoryOf(const FileFigures& file) {
 } // namespace
 
 std::string tableOf(const Figures& figures) {
-    constexpr const char* columns = "{:<34.34} {:>7} {:>9} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7}\n";
+    constexpr const char* columns = "{:<34.34} {:>7} {:>9} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7}\n";
     std::string table =
-        fmt::format(columns, "", "size", "instances", "open", "open", "write", "close", "memory", "peak") +
-        fmt::format(columns, "file", "MB", "", "MB/s", "Minst/s", "MB/s", "MB/s", "B/inst", "/file");
+        fmt::format(columns, "", "size", "instances", "open", "open", "write", "close", "inverse", "memory", "peak") +
+        fmt::format(columns, "file", "MB", "", "MB/s", "Minst/s", "MB/s", "MB/s", "ns/read", "B/inst", "/file");
     for (const FileFigures& file : figures.files) {
         const double size = megabytes(file);
         table += fmt::format(columns, file.name, cell(size, 2), file.instances, cell(ratio(size, file.open), 0),
                              cell(ratio(static_cast<double>(file.instances) / kMillion, file.open), 2),
                              cell(ratio(size, file.write), 0), cell(ratio(size, file.close), 0),
-                             cell(bytesPerInstance(file), 0), cell(peakPerFile(file), 2));
+                             cell(inNanoseconds(file.inverse), 1), cell(bytesPerInstance(file), 0),
+                             cell(peakPerFile(file), 2));
     }
     if (figures.module) {
         table += fmt::format("module: load and initialise {:.2f} ms, unload {:.2f} ms\n",
@@ -84,6 +89,7 @@ std::string jsonOf(const Figures& figures) {
                          {"open", speedOf(file, file.open)},
                          {"write", speedOf(file, file.write)},
                          {"close", speedOf(file, file.close)},
+                         {"inverse", {{"cpuSecondsPerRead", orNull(file.inverse)}}},
                          {"memory", memoryOf(file)}});
     }
     Json module;

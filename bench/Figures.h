@@ -14,6 +14,7 @@ struct FileFigures {
     std::optional<double> open;
     std::optional<double> write;
     std::optional<double> close;
+    std::optional<double> inverse;             ///< of reading one inverse attribute of one instance
     std::optional<std::uint64_t> peakMemory;   ///< bytes of a process that opens the file and does nothing else
     std::optional<std::uint64_t> memoryGrowth; ///< what the peak grew by opening it, once the module is loaded
 };

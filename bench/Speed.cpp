@@ -1,7 +1,9 @@
 #include "ChildProcess.h"
 #include "Workloads.h"
 
+#include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcFile.h>
+#include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcModule.h>
 
 #include <algorithm>
@@ -42,6 +44,32 @@ void require(KP::ErrorStatus status, const KpIfcFile& file) {
     }
 }
 
+/// Seconds that it takes to copy an inverse attribute of an instance, on average over all that a model has; 0 where it
+/// has none.
+double secondsPerInverse(const KpIfcModel& model) {
+    KpIfcArray<KpDbObjectId> referrers;
+    std::size_t reads = 0;
+    double seconds = 0;
+    while (seconds < kShortestRun) {
+        const std::size_t before = reads;
+        const double start = cpuSeconds();
+        for (KpIfcEntityBase* instance : model.instances()) {
+            for (const KpIfcEntityType* type = instance->getInstanceType(); type; type = type->superType()) {
+                const KpIfcEntityFacts& facts = *type->facts();
+                for (std::uint32_t i = 0; i < facts.inverseCount; ++i) {
+                    facts.inverses[i].members(*instance).copyTo(*instance, i, referrers);
+                    ++reads;
+                }
+            }
+        }
+        seconds += cpuSeconds() - start;
+        if (reads == before) {
+            return 0;
+        }
+    }
+    return seconds / static_cast<double>(reads);
+}
+
 } // namespace
 
 void measureSpeed(const std::string& path, int runs, const Workloads& workloads, FileFigures& figures) {
@@ -49,10 +77,12 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
     std::vector<double> opens;
     std::vector<double> writes;
     std::vector<double> closes;
+    std::vector<double> inverses;
     for (int run = 0; run < runs; ++run) {
         double open = 0;
         double write = 0;
         double close = 0;
+        double inverse = 0;
         int rounds = 0;
         for (; rounds == 0 || open < kShortestRun; ++rounds) {
             KpIfcFile file;
@@ -65,6 +95,9 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
             }
             const double saved = cpuSeconds();
             figures.instances = file.model()->count();
+            if (workloads.inverse && rounds == 0) {
+                inverse = secondsPerInverse(*file.model());
+            }
             const double before = cpuSeconds();
             file.close();
             close += cpuSeconds() - before;
@@ -74,6 +107,7 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
         opens.push_back(open / rounds);
         writes.push_back(write / rounds);
         closes.push_back(close / rounds);
+        inverses.push_back(inverse);
     }
     if (workloads.open) {
         figures.open = median(opens);
@@ -83,6 +117,9 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
     }
     if (workloads.close) {
         figures.close = median(closes);
+    }
+    if (workloads.inverse) {
+        figures.inverse = median(inverses);
     }
 }
 

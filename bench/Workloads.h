@@ -10,13 +10,14 @@ struct Workloads {
     bool open = false;
     bool write = false; ///< to memory
     bool close = false;
+    bool inverse = false; ///< every inverse attribute of every instance
     bool memory = false;
     bool module = false;
 };
 
 /// All throw std::runtime_error where the work fails.
 
-/// Fills in the times of opening, writing and closing a file.
+/// Fills in the times of opening, writing and closing a file, and of reading its inverse attributes.
 void measureSpeed(const std::string& path, int runs, const Workloads& workloads, FileFigures& figures);
 /// Fills in how much memory an open file takes, seen in a fresh child process. Counts what this process holds in memory
 /// when it is called, so it should be called before any other work.

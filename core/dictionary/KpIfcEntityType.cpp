@@ -57,7 +57,10 @@ KpIfcEntityType::redeclarationOf(const KpIfcAttributeDefinition& attribute) cons
 void KpIfcEntityType::facts(const KpIfcEntityFacts* facts) {
     m_facts = facts;
     m_recordFields.clear();
+    m_counterparts.clear();
     if (!facts) return;
+    if (m_supertype) m_counterparts = m_supertype->m_counterparts;
+    m_counterparts.insert(m_counterparts.end(), facts->counterparts, facts->counterparts + facts->counterpartCount);
     if (facts->record) {
         m_recordFields.reserve(facts->recordCount);
         for (std::uint32_t i = 0; i < facts->recordCount; ++i) m_recordFields.push_back(&facts->record[i]);

@@ -9,8 +9,8 @@ namespace KP_SDAI {
 KpIfcEntityBase::~KpIfcEntityBase() = default;
 
 void KpIfcEntityBase::noteChange() {
-    m_self |= kChanged;
     if (KpIfcModel* model = owningModel()) model->data().noteChange(*this);
+    m_self |= kUncommitted;
 }
 
 bool KpIfcEntityBase::getAttr(const KpAnsiString&, KpIfcVariant&) const {

@@ -50,6 +50,22 @@ std::uint64_t KpIfcModel::highestName() const {
     return m_data->highestName;
 }
 
+void KpIfcModel::commit() {
+    m_data->commit();
+}
+
+bool KpIfcModel::hasUncommitted() const {
+    return m_data->hasUncommitted();
+}
+
+KpIfcArray<KpDbObjectId> KpIfcModel::referrers(const KpDbObjectId& handle) const {
+    KpIfcArray<KpDbObjectId> referrers;
+    if (handle.isNull()) return referrers;
+    m_data->commit();
+    m_data->referrerIndex().copyTo(handle, referrers);
+    return referrers;
+}
+
 KpIfcModel::Range KpIfcModel::range(const KpIfcEntityType* type, bool withSubtypes) const {
     Range range;
     range.m_begin.m_data = m_data.get();

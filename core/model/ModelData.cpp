@@ -66,13 +66,35 @@ const std::vector<KeptField>* ModelData::keptFields(const KpIfcEntityBase& insta
     return found == m_keptFields.end() ? nullptr : &found->second;
 }
 
-void ModelData::noteChange(KpIfcEntityBase& instance) {
-    if (!(instance.m_self & KpIfcEntityBase::kOwnsHeap)) noteHeap(instance);
+void ModelData::noteHeap(KpIfcEntityBase& instance) {
+    m_toDestroy.push_back(&instance);
+    instance.m_self |= KpIfcEntityBase::kOwnsHeap;
 }
 
-void ModelData::noteHeap(KpIfcEntityBase& instance) {
-    instance.m_self |= KpIfcEntityBase::kOwnsHeap;
-    m_toDestroy.push_back(&instance);
+void ModelData::noteChange(KpIfcEntityBase& instance) {
+    if ((instance.m_self & KpIfcEntityBase::kState) == KpIfcEntityBase::kAsRead) noteHeap(instance);
+    m_uncommitted.push_back(&instance);
+    inverses.withdraw(instance);
+}
+
+void ModelData::commit() {
+    if (m_uncommitted.empty()) return;
+    inverses.commit(m_uncommitted);
+    if (m_referrers && !m_referrers->update(m_uncommitted)) {
+        m_builtReferrers = nullptr;
+        m_referrers.reset();
+    }
+    for (KpIfcEntityBase* instance : m_uncommitted)
+        instance->m_self = (instance->m_self & ~KpIfcEntityBase::kState) | KpIfcEntityBase::kCommitted;
+    m_uncommitted.clear();
+}
+
+const ReferrerIndex& ModelData::referrerIndex() {
+    if (const ReferrerIndex* built = m_builtReferrers.load(std::memory_order_acquire)) return *built;
+    const std::lock_guard lock(m_buildingReferrers);
+    if (!m_referrers) m_referrers = std::make_unique<ReferrerIndex>(model);
+    m_builtReferrers.store(m_referrers.get(), std::memory_order_release);
+    return *m_referrers;
 }
 
 void ModelData::makeOrderExplicit() {

@@ -6,10 +6,14 @@
 #include <KpIfcCore/KpIfcModule.h>
 
 #include "model/InstanceTable.h"
+#include "model/Inverses.h"
+#include "model/ReferrerIndex.h"
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -66,8 +70,12 @@ public:
     const std::vector<KeptField>* keptFields(const KpIfcEntityBase& instance) const;
 
     /// Registers an instance whose destructor has to run.
-    void noteChange(KpIfcEntityBase& instance);
     void noteHeap(KpIfcEntityBase& instance);
+    /// What is to do before the first change of an instance since the last commit.
+    void noteChange(KpIfcEntityBase& instance);
+    bool hasUncommitted() const { return !m_uncommitted.empty(); }
+    void commit();
+    const ReferrerIndex& referrerIndex();
 
     /// Calls `visit(KpIfcEntityBase*)` or `visit(KeptRecord&)` for everything in file order.
     template <class VisitInstance, class VisitRecord>
@@ -86,6 +94,7 @@ public:
 
     KpIfcModel& model;
     KpArena arena;
+    Inverses inverses{arena};
     InstanceTable table;
     bool utf8 = true;
     std::size_t instanceCount = 0;
@@ -103,6 +112,10 @@ private:
     std::deque<KeptRecord> m_kept;
     std::unordered_map<const KpIfcEntityBase*, std::vector<KeptField>> m_keptFields;
     std::vector<KpIfcEntityBase*> m_toDestroy;
+    std::vector<KpIfcEntityBase*> m_uncommitted;
+    std::mutex m_buildingReferrers;
+    std::unique_ptr<ReferrerIndex> m_referrers;
+    std::atomic<const ReferrerIndex*> m_builtReferrers = nullptr; ///< the same, once it is built
 };
 
 } // namespace KP_SDAI

@@ -21,6 +21,7 @@ struct KpIfcFile::State {
 
     KP::ErrorStatus open(ByteSource& source, const std::string& name);
     bool write(const std::function<bool(std::string_view)>& sink) {
+        model->commit();
         writeReport.clear();
         return RecordWriter(model->data()).writeFile(header, frame, writeReport, sink);
     }

@@ -5,6 +5,7 @@
 
 #include <KpIfcCore/KpIfcEntityType.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -250,6 +251,7 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
             m_data.demote(slot, RecordWriter(m_data).record(*former));
     }
     m_data.bind(slot, instance);
+    if (!type.counterparts().empty()) m_referring.push_back(instance);
     if (m_filer.m_ownsHeap) m_data.noteHeap(*instance);
     if (type.isAbstract()) {
         KpIfcReportEntry entry = findingAt(KpIfcFinding::abstractEntity, KpIfcSeverity::warning, m_filer.m_recordOffset,
@@ -390,6 +392,19 @@ void RecordReader::finish() {
     }
     m_filer.m_pending.clear();
     m_data.table.sortSparse();
+    enterInverses();
+}
+
+void RecordReader::enterInverses() {
+    // In ascending order, so that every set grows at its end.
+    const auto byName = [](const KpIfcEntityBase* a, const KpIfcEntityBase* b) {
+        return a->objectId() < b->objectId();
+    };
+    if (!std::is_sorted(m_referring.begin(), m_referring.end(), byName))
+        std::sort(m_referring.begin(), m_referring.end(), byName);
+    for (KpIfcEntityBase* instance : m_referring)
+        if (instance->objectId().openObject() == instance) instance->setInverseCounterParts();
+    m_referring.clear();
 }
 
 void RecordReader::resolve(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset) {

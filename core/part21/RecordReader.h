@@ -9,6 +9,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace KP_SDAI {
 
@@ -43,6 +44,7 @@ private:
     void bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance, std::string_view parameters);
     void takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::string_view parameters);
     void keepRecord(const char* begin, const char* end, Failure& failure);
+    void enterInverses();
     void resolve(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset);
     void reportField(KpIfcFinding finding, KpIfcSeverity severity, const KpIfcEntityBase& instance, std::uint32_t field,
                      std::uint64_t offset, std::string message);
@@ -52,6 +54,7 @@ private:
     KpIfcReport& m_report;
     EntityNames m_names;
     KpSpfFilerBase m_filer;
+    std::vector<KpIfcEntityBase*> m_referring; ///< instances that inverse attributes are about
     bool m_tooManyParameters = false;
     const char* m_end = nullptr;     ///< how far the record that is being read may look
     std::uint64_t m_openComment = 0; ///< a comment before this offset did not end before it

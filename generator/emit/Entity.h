@@ -10,7 +10,8 @@ File emitEntitySource(const plan::EntityPlan& entity, const plan::Frame& frame);
 
 /// True where the class has a nested struct of constant rows.
 inline bool hasFacts(const plan::EntityPlan& entity) {
-    return !entity.attributeRows.empty() || !entity.recordRows.empty() || !entity.uniqueRows.empty();
+    return !entity.attributeRows.empty() || !entity.recordRows.empty() || !entity.uniqueRows.empty() ||
+           !entity.inverseRows.empty();
 }
 
 } // namespace kpifcgen::emit

@@ -28,6 +28,7 @@ public:
     void unsetAttr(const KpAnsiString& name) override;
     KP::ErrorStatus inFields(KpSpfFilerBase* filer) override;
     KP::ErrorStatus outFields(KpSpfFilerBase* filer) override;
+    $counterParts$
     bool isInstanceOf(const KpIfcEntityType* type) const override;
     bool isInstanceOf(const char* typeName) const override;
     bool isKindOf(const KpIfcEntityType* type) const override;
@@ -86,7 +87,12 @@ void $setter$(const $type$& values) {
 )";
 
 constexpr auto inverseSignature = "void $getter$(KpIfcArray<KpDbObjectId>& values) const";
-constexpr auto inverseStatement = "m_inverse.copyTo($index$, values);";
+constexpr auto inverseStatement = "$member$.copyTo(*this, $index$, values);";
+
+constexpr auto counterParts = R"(
+void setInverseCounterParts() override;
+void resetInverseCounterParts() override;
+)";
 
 /// Depth of a member of a class.
 constexpr std::size_t memberIndentation = 4;
@@ -127,9 +133,10 @@ std::string allAccessors(const plan::EntityPlan& entity) {
         text += accessors(attribute);
     }
     for (std::size_t i = 0; i < entity.inverseGetters.size(); ++i) {
-        text += inlineFunction(memberIndentation, print(inverseSignature, {{"getter", entity.inverseGetters[i]}}),
-                               print(inverseStatement, {{"index", std::to_string(i)}})) +
-                "\n";
+        text +=
+            inlineFunction(memberIndentation, print(inverseSignature, {{"getter", entity.inverseGetters[i]}}),
+                           print(inverseStatement, {{"member", entity.inverseMember}, {"index", std::to_string(i)}})) +
+            "\n";
     }
     return text + (entity.inverseGetters.empty() ? "" : "\n");
 }
@@ -140,7 +147,7 @@ std::string members(const plan::EntityPlan& entity) {
         text += attribute.type + " " + attribute.member + attribute.initializer + ";\n";
     }
     if (!entity.inverseGetters.empty()) {
-        text += "InverseMembers<" + std::to_string(entity.inverseGetters.size()) + "> m_inverse;\n";
+        text += "InverseMembers<" + std::to_string(entity.inverseGetters.size()) + "> " + entity.inverseMember + ";\n";
     }
     return text;
 }
@@ -158,6 +165,7 @@ File emitEntityHeader(const plan::EntityPlan& entity, const plan::Frame& frame) 
                      {"class", entity.className},
                      {"base", entity.baseClass},
                      {"accessors", allAccessors(entity)},
+                     {"counterParts", entity.counterpartRows.empty() ? "" : print(counterParts, {})},
                      {"facts", hasFacts(entity) ? "struct Facts;" : ""},
                      {"gap", memberLines.empty() ? "" : "\n"},
                      {"members", memberLines}}));

@@ -12,7 +12,7 @@ KpIfcEntityType* $class$::g_pEntityType = nullptr;
 
 $factsStruct$
 constinit const KpIfcEntityFacts $class$::s_facts = entityFacts<$class$>(
-    "$name$", $isAbstract$, $baseFacts$, $attributes$, $record$, $unique$);
+    $facts$
 
 const KpIfcEntityFacts& $class$::facts() {
     return s_facts;
@@ -46,6 +46,7 @@ void $class$::unsetAttr(const KpAnsiString& name) {
     unsetAttribute(*this, s_facts, name);
 }
 
+$counterPartOperations$
 bool $class$::isInstanceOf(const KpIfcEntityType* type) const {
     return type == g_pEntityType;
 }
@@ -68,6 +69,8 @@ struct $class$::Facts {
     $attributes$
     $record$
     $unique$
+    $inverses$
+    $counterparts$
 };
 
 )";
@@ -93,6 +96,16 @@ KP::ErrorStatus $class$::inFields(KpSpfFilerBase*) {
 KP::ErrorStatus $class$::outFields(KpSpfFilerBase*) {
     return KP::eOk;
 }
+)";
+
+constexpr auto counterParts = R"(
+void $class$::setInverseCounterParts() {
+    $base$::setInverseCounterParts();
+    enterCounterParts(*this, Facts::counterparts);
+}
+
+void $class$::resetInverseCounterParts() {}
+
 )";
 
 constexpr auto inheritedFields = R"(
@@ -137,10 +150,25 @@ std::string printFactsStruct(const plan::EntityPlan& entity) {
     if (!hasFacts(entity)) {
         return {};
     }
-    return print(factsStruct, {{"class", entity.className},
-                               {"attributes", printTable("KpIfcAttributeFacts", "attributes", entity.attributeRows)},
-                               {"record", printTable("KpIfcAttributeFacts", "record", entity.recordRows)},
-                               {"unique", printTable("KpIfcUniqueFacts", "unique", entity.uniqueRows)}});
+    return print(factsStruct,
+                 {{"class", entity.className},
+                  {"attributes", printTable("KpIfcAttributeFacts", "attributes", entity.attributeRows)},
+                  {"record", printTable("KpIfcAttributeFacts", "record", entity.recordRows)},
+                  {"unique", printTable("KpIfcUniqueFacts", "unique", entity.uniqueRows)},
+                  {"inverses", printTable("KpIfcInverseFacts", "inverses", entity.inverseRows)},
+                  {"counterparts", printTable("KpIfcCounterpartFacts", "counterparts", entity.counterpartRows)}});
+}
+
+/// What the facts of the class are made from.
+std::string printFacts(const plan::EntityPlan& entity) {
+    return fill(statementIndentation, "",
+                {"\"" + entity.name + "\"", entity.isAbstract ? "true" : "false", entity.baseFacts,
+                 entity.attributeRows.empty() ? "noAttributes" : "Facts::attributes",
+                 entity.recordRows.empty() ? "noAttributes" : "Facts::record",
+                 entity.uniqueRows.empty() ? "noUniqueRules" : "Facts::unique",
+                 entity.inverseRows.empty() ? "noInverses" : "Facts::inverses",
+                 entity.counterpartRows.empty() ? "noCounterparts" : "Facts::counterparts"},
+                ",", ");");
 }
 
 std::string printInstanceGetters(const plan::EntityPlan& entity) {
@@ -171,6 +199,13 @@ std::string printFields(const plan::EntityPlan& entity) {
                              {"rows", entity.fields == Fields::Own ? "attributes" : "record"}});
 }
 
+std::string printCounterParts(const plan::EntityPlan& entity) {
+    if (entity.counterpartRows.empty()) {
+        return {};
+    }
+    return print(counterParts, {{"class", entity.className}, {"base", entity.counterpartsBase}});
+}
+
 std::string printIsKindOfType(const plan::EntityPlan& entity) {
     std::vector<std::string> tests = {"type == g_pEntityType"};
     for (const std::string& type : entity.chain) {
@@ -195,14 +230,10 @@ File emitEntitySource(const plan::EntityPlan& entity, const plan::Frame& frame) 
     return source(frame, entity.files, "\"entities/EntityClass.h\"",
                   print(body, {{"class", entity.className},
                                {"factsStruct", printFactsStruct(entity)},
-                               {"name", entity.name},
-                               {"isAbstract", entity.isAbstract ? "true" : "false"},
-                               {"baseFacts", entity.baseFacts},
-                               {"attributes", entity.attributeRows.empty() ? "noAttributes" : "Facts::attributes"},
-                               {"record", entity.recordRows.empty() ? "noAttributes" : "Facts::record"},
-                               {"unique", entity.uniqueRows.empty() ? "noUniqueRules" : "Facts::unique"},
+                               {"facts", printFacts(entity)},
                                {"instanceGetters", printInstanceGetters(entity)},
                                {"fields", printFields(entity)},
+                               {"counterPartOperations", printCounterParts(entity)},
                                {"isKindOfType", printIsKindOfType(entity)},
                                {"isKindOfName", printIsKindOfName(entity)}}));
 }

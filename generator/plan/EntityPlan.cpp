@@ -48,8 +48,9 @@ public:
             planAttribute(attribute);
         }
         for (const auto& inverse : m_entity.inverseAttributes) {
-            m_plan.inverseGetters.push_back(inverseGetter(inverse.name));
+            planInverse(inverse);
         }
+        planCounterparts();
         planRecord();
         for (const auto& rule : m_entity.uniqueRules) {
             planUniqueRule(rule);
@@ -123,6 +124,51 @@ private:
             m_plan.files.sourceIncludes.push_back(include(storage->target->name, m_context));
         }
         m_plan.attributeRows.push_back(row(attribute, *storage));
+    }
+
+    void planInverse(const facts::InverseAttribute& inverse) {
+        m_plan.inverseMember = inverseMember();
+        m_plan.inverseRows.push_back({"inverse<&" + m_plan.className + "::" + m_plan.inverseMember + ">",
+                                      {quoted(inverse.name), std::to_string(m_plan.inverseRows.size())}});
+        m_plan.inverseGetters.push_back(inverseGetter(inverse.name));
+    }
+
+    void planCounterparts() {
+        const auto feedsInverses = [](const facts::ExplicitAttribute& attribute) {
+            return !attribute.inverses.empty();
+        };
+        for (std::size_t i = 0; i < m_entity.explicitAttributes.size(); ++i) {
+            for (const facts::InverseAttribute* inverse : m_entity.explicitAttributes[i].inverses) {
+                planCounterpart(i, *inverse);
+            }
+        }
+        if (m_plan.counterpartRows.empty()) {
+            return;
+        }
+        const auto base = std::ranges::find_if(m_entity.supertypes(), [&](const facts::Entity* supertype) {
+            return std::ranges::any_of(supertype->explicitAttributes, feedsInverses);
+        });
+        m_plan.counterpartsBase = base == m_entity.supertypes().end() ? "KpIfcEntityBase" : className((*base)->name);
+    }
+
+    void planCounterpart(std::size_t attribute, const facts::InverseAttribute& inverse) {
+        const auto& siblings = inverse.owner->inverseAttributes;
+        const auto index = std::ranges::find(siblings, &inverse, [](const auto& one) { return &one; });
+        EntityPlan::Row row{"",
+                            {"&attributes[" + std::to_string(attribute) + "]", entityTypeAddress(*inverse.owner),
+                             std::to_string(index - siblings.begin())}};
+        if (inverse.target != &m_entity) {
+            row.arguments.push_back(entityTypeAddress(*inverse.target));
+        }
+        m_plan.counterpartRows.push_back(std::move(row));
+    }
+
+    /// Of another entity's dictionary type, for which its header is included.
+    std::string entityTypeAddress(const facts::Entity& entity) {
+        if (!m_entity.isKindOf(entity)) {
+            m_plan.files.sourceIncludes.push_back(include(entity.name, m_context));
+        }
+        return "&" + entityTypeOf(className(entity.name));
     }
 
     EntityPlan::Row row(const facts::ExplicitAttribute& attribute, const Storage& storage) const {

@@ -111,10 +111,14 @@ struct EntityPlan {
     std::vector<std::string> chain; ///< where the dictionary types of the supertypes are kept, nearest first
     std::vector<std::string> forwardDeclarations;
     std::vector<Attribute> attributes;
+    std::string inverseMember; ///< holds the inverse attributes that the entity itself declares
     std::vector<std::string> inverseGetters;
     std::vector<Row> attributeRows;
     std::vector<Row> recordRows; ///< where fields are redeclared as derived: all fields
     std::vector<Row> uniqueRows;
+    std::vector<Row> inverseRows;
+    std::vector<Row> counterpartRows; ///< an inverse attribute that an attribute of this entity feeds
+    std::string counterpartsBase;     ///< where it has such rows: the nearest class above that enters its own
 };
 
 /// The steps that register the schema in the dictionary: a source with a table of rows each.

@@ -130,6 +130,7 @@ const Words& entityMembers() {
                                 "isChanged",
                                 "isInstanceOf",
                                 "isKindOf",
+                                "isUncommitted",
                                 "objectId",
                                 "outFields",
                                 "owningModel",
@@ -157,12 +158,14 @@ const Words& moduleNames() {
                                 "Select",          "SelectAlternative",
                                 "SelectFacts",     "as",
                                 "constructEntity", "derived",
-                                "detail",          "entityFacts",
-                                "field",           "isNamed",
+                                "detail",          "enterCounterParts",
+                                "entityFacts",     "field",
+                                "inverse",         "isNamed",
                                 "kBinary",         "kDefinedType",
                                 "kFirst",          "kOptional",
                                 "literalCode",     "literalText",
-                                "noAttributes",    "noUniqueRules",
+                                "noAttributes",    "noCounterparts",
+                                "noInverses",      "noUniqueRules",
                                 "notKept",         "opened",
                                 "readFields",      "typeOf",
                                 "unsetText",       "writeFields"};
@@ -262,6 +265,10 @@ std::string setter(std::string_view attribute) {
 }
 std::string inverseGetter(std::string_view attribute) {
     return text("getInv", attribute);
+}
+
+std::string inverseMember() {
+    return "m_inverse";
 }
 
 std::string instanceGetter(std::string_view attribute, const std::set<std::string>& classNames) {

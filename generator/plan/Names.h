@@ -57,6 +57,8 @@ std::string member(std::string_view attribute);
 std::string getter(std::string_view attribute);
 std::string setter(std::string_view attribute);
 std::string inverseGetter(std::string_view attribute);
+/// In which a class keeps the entity's inverse attributes.
+std::string inverseMember();
 /// Of the instance that a reference attribute refers to; `classNames` are all that className() made for the schema.
 std::string instanceGetter(std::string_view attribute, const std::set<std::string>& classNames);
 /// Where the class keeps its dictionary type and its facts.

@@ -17,7 +17,9 @@ namespace IFC2X3 {
 
 using KP_SDAI::KpIfcAggr;
 using KP_SDAI::KpIfcAttributeFacts;
+using KP_SDAI::KpIfcCounterpartFacts;
 using KP_SDAI::KpIfcFieldKind;
+using KP_SDAI::KpIfcInverseFacts;
 using KP_SDAI::KpIfcSelect;
 using KP_SDAI::KpIfcUniqueFacts;
 
@@ -44,6 +46,11 @@ KpIfcSelect& selectOf(KpIfcEntityBase& instance) {
 }
 template <auto member>
 KpIfcAggr& aggregateOf(KpIfcEntityBase& instance) {
+    return static_cast<decltype(classOf(member))&>(instance).*member;
+}
+
+template <auto member>
+KP_SDAI::KpIfcInverseMembers& inverseOf(KpIfcEntityBase& instance) {
     return static_cast<decltype(classOf(member))&>(instance).*member;
 }
 
@@ -103,7 +110,16 @@ constexpr KpIfcAttributeFacts notKept(const char* name, std::uint8_t flags) {
     return row;
 }
 
+/// The row of an inverse attribute; `index` counts the entity's own.
+template <auto member>
+constexpr KpIfcInverseFacts inverse(const char* name, std::uint32_t index) {
+    return {name, detail::inverseOf<member>, index, decltype(detail::typeOf(member))::kCount,
+            KpIfcAttributeFacts::keyOf(name, std::string_view(name).size())};
+}
+
 inline constexpr std::span<const KpIfcAttributeFacts> noAttributes;
+inline constexpr std::span<const KpIfcInverseFacts> noInverses;
+inline constexpr std::span<const KpIfcCounterpartFacts> noCounterparts;
 inline constexpr std::span<const KpIfcUniqueFacts> noUniqueRules;
 
 template <class T>
@@ -116,7 +132,8 @@ template <class T>
 constexpr KpIfcEntityFacts
 entityFacts(const char* name, bool isAbstract, const KpIfcEntityFacts* supertype,
             std::span<const KpIfcAttributeFacts> attributes,
-            std::span<const KpIfcAttributeFacts> record, std::span<const KpIfcUniqueFacts> uniqueRules) {
+            std::span<const KpIfcAttributeFacts> record, std::span<const KpIfcUniqueFacts> uniqueRules,
+            std::span<const KpIfcInverseFacts> inverses, std::span<const KpIfcCounterpartFacts> counterparts) {
     static_assert(alignof(T) <= 8);
     return {name,
             isAbstract,
@@ -128,6 +145,10 @@ entityFacts(const char* name, bool isAbstract, const KpIfcEntityFacts* supertype
             static_cast<std::uint32_t>(record.size()),
             uniqueRules.data(),
             static_cast<std::uint32_t>(uniqueRules.size()),
+            inverses.data(),
+            static_cast<std::uint32_t>(inverses.size()),
+            counterparts.data(),
+            static_cast<std::uint32_t>(counterparts.size()),
             supertype};
 }
 
@@ -145,6 +166,10 @@ bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, cons
                   const KP_SDAI::KpIfcVariant& value);
 bool testAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name);
 void unsetAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name);
+
+/// Enters an instance in the inverse attributes of those that it refers to through the attributes of `rows`. What
+/// cannot be entered is passed over in silence.
+void enterCounterParts(KpIfcEntityBase& referrer, std::span<const KpIfcCounterpartFacts> rows);
 
 /// The instance behind a handle, converted unchecked.
 template <class T>

@@ -2,6 +2,7 @@
 
 #include <KpIfcCore/Consts.h>
 #include <KpIfcCore/KpIfcException.h>
+#include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcModel.h>
 #include <KpIfcCore/KpStepText.h>
 #include <KpRx/KcString.h>
@@ -71,6 +72,10 @@ public:
     bool operator==(const KpIfcAttributeFacts& row) const {
         return row.key == m_key && row.nameLength == m_text.size() &&
                equalNoCase(m_text.data(), row.name, m_text.size());
+    }
+
+    bool operator==(const KpIfcInverseFacts& row) const {
+        return row.key == m_key && KP_SDAI::equalNoCase(m_text.data(), m_text.size(), row.name);
     }
 
 private:
@@ -244,9 +249,22 @@ void unset(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row) {
 bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
                   KpIfcVariant& value) {
     requireAccess(instance, facts, "getAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, name);
-    if (row) get(const_cast<KpIfcEntityBase&>(instance), *row, value);
-    return row != nullptr;
+    auto& changeable = const_cast<KpIfcEntityBase&>(instance);
+    const Name wanted(name);
+    for (const KpIfcEntityFacts* level = &facts; level; level = level->supertype) {
+        for (const KpIfcAttributeFacts& row : std::span(level->attributes, level->attributeCount)) {
+            if (!(wanted == row)) continue;
+            get(changeable, row, value);
+            return true;
+        }
+        for (const KpIfcInverseFacts& row : std::span(level->inverses, level->inverseCount)) {
+            if (!(wanted == row)) continue;
+            const auto& referrers = row.members(changeable).read(instance, row.index);
+            value.set(const_cast<KP_SDAI::KpIfcSetAggr<KpDbObjectId>*>(&referrers));
+            return true;
+        }
+    }
+    return false;
 }
 
 bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,

@@ -25,6 +25,7 @@ TEST(BenchTest, MeasuresEveryWorkload) {
         EXPECT_GT(file[workload]["megabytesPerSecond"], 0.0) << workload;
     }
     EXPECT_GT(file["memory"]["peakBytes"], file["bytes"]);
+    EXPECT_GT(file["inverse"]["cpuSecondsPerRead"], 0.0);
     EXPECT_GT(figures["module"]["initialiseSeconds"], 0.0);
 }
 
@@ -39,6 +40,7 @@ TEST(BenchTest, MeasuresWhatIsAskedForOfCompressedFiles) {
     EXPECT_GT(file["open"]["megabytesPerSecond"], 0.0);
     EXPECT_TRUE(file["write"]["megabytesPerSecond"].is_null());
     EXPECT_TRUE(file["memory"]["peakBytes"].is_null());
+    EXPECT_TRUE(file["inverse"]["cpuSecondsPerRead"].is_null());
     EXPECT_TRUE(figures["module"].is_null());
 }
 

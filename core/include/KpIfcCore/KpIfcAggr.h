@@ -64,8 +64,10 @@ public:
 
     std::uint32_t count() const { return m_count; }
     bool isPlaceholder() const { return (m_room & kPlaceholder) != 0; }
+    /// How many elements there may be before they move to another buffer.
+    std::uint32_t room() const { return m_room & kMaxCount; }
 
-    /// How many elements fit behind the header, and the flags below.
+    /// How many elements fit, and the flags below.
     struct Room {
         std::uint32_t word;
     };
@@ -156,9 +158,10 @@ public:
         for (const T& element : *this) copy->place(element);
         return copy;
     }
-    /// A new implementation of the same class in a model's memory; takes the values over.
-    KpIfcAggrImp* createFilled(KpArena& arena, T* values, std::size_t count) const {
-        KpIfcAggrElements* filled = static_cast<KpIfcAggrElements*>(this->create(&arena, count));
+    /// A new implementation of the same class in a model's memory, with room for `room` elements at least; takes the
+    /// values over.
+    KpIfcAggrImp* createFilled(KpArena& arena, T* values, std::size_t count, std::size_t room = 0) const {
+        KpIfcAggrElements* filled = static_cast<KpIfcAggrElements*>(this->create(&arena, room > count ? room : count));
         for (std::size_t i = 0; i < count; ++i)
             ::new (static_cast<void*>(filled->inlined() + i)) T(std::move(values[i]));
         filled->m_count = static_cast<std::uint32_t>(count);

@@ -23,6 +23,10 @@ class ModelData;
 /// stack), in which case whoever made it destroys it. Copying copies attribute values only: not the handle, not the
 /// model. Every operation that changes an instance calls beforeChange() first. One thread at a time changes a model;
 /// any number may read one that nobody changes.
+///
+/// A changed instance of a model is uncommitted until the next commit (KpIfcModel::commit()), which reading an inverse
+/// attribute, asking for referrers and saving do by themselves. References to members obtained for changing are good
+/// for changing until then and have to be obtained anew afterwards.
 class KPIFCCORE_EXPORT KpIfcEntityBase {
 public:
     KpIfcEntityBase() = default;
@@ -60,7 +64,10 @@ public:
     virtual KP::ErrorStatus outFields(KpSpfFilerBase* filer);
     virtual KP::ErrorStatus _inFields(KpSpfFilerBase* filer);
     virtual KP::ErrorStatus _outFields(KpSpfFilerBase* filer);
+    /// Enters this instance in the inverse attributes of those that it refers to. The runtime calls it when a file has
+    /// been read and when changes are committed; programs need not.
     virtual void setInverseCounterParts();
+    /// Does nothing: entries are withdrawn by the runtime.
     virtual void resetInverseCounterParts();
     // The same operations once more; the second tells whether it knows the attribute.
     virtual bool testAttrCaseInsensitive(const KpAnsiString& name) const;
@@ -84,21 +91,28 @@ public:
     KP::ErrorStatus close() const { return KP::eOk; }
 
     /// True once anything may have changed this instance since it was read.
-    bool isChanged() const { return (m_self & kChanged) != 0; }
+    bool isChanged() const { return (m_self & kState) >= kCommitted; }
+    /// True from a change until the next commit of its model; of an instance of no model, for ever.
+    bool isUncommitted() const { return (m_self & kState) == kUncommitted; }
 
 protected:
     /// The one operation that every change passes before it stores.
     void beforeChange() {
-        if (!(m_self & kChanged)) noteChange();
+        if (!isUncommitted()) noteChange();
     }
 
 private:
     friend class ModelData;
     friend struct KpIfcChange;
 
-    static constexpr std::uintptr_t kChanged = 1;  ///< may differ from what was read; may own heap memory
-    static constexpr std::uintptr_t kKeptText = 2; ///< the model keeps source text of some of its fields
-    static constexpr std::uintptr_t kOwnsHeap = 4; ///< its destructor must run when the model closes
+    // Two bits of state, each of which implies those before it, ...
+    static constexpr std::uintptr_t kAsRead = 0;
+    static constexpr std::uintptr_t kOwnsHeap = 1;    ///< its destructor must run when the model closes
+    static constexpr std::uintptr_t kCommitted = 2;   ///< may differ from what was read
+    static constexpr std::uintptr_t kUncommitted = 3; ///< changed; on the model's list for the next commit
+    static constexpr std::uintptr_t kState = 3;
+    // ... and a flag.
+    static constexpr std::uintptr_t kKeptText = 4; ///< the model keeps source text of some of its fields
     static constexpr std::uintptr_t kFlags = 7;
 
     void noteChange();

@@ -62,6 +62,9 @@ public:
     /// The fields of a record of this entity: all explicit attributes, inherited ones first.
     const std::vector<const KpIfcAttributeFacts*>& recordFields() const { return m_recordFields; }
 
+    /// The attributes through which instances of this entity are entered in inverse attributes, inherited ones first.
+    const std::vector<KpIfcCounterpartFacts>& counterparts() const { return m_counterparts; }
+
 private:
     KpIfcEntityType(KpIfcSchema* schema, const char* name, Factory factory, PropertyBuilder propertyBuilder,
                     const KpIfcEntityType* supertype);
@@ -73,6 +76,7 @@ private:
     std::vector<const KpIfcEntityType*> m_subtypes;
     const KpIfcEntityFacts* m_facts = nullptr;
     std::vector<const KpIfcAttributeFacts*> m_recordFields;
+    std::vector<KpIfcCounterpartFacts> m_counterparts;
     std::vector<std::unique_ptr<KpIfcAttributeDefinition>> m_attributes;
     std::uint32_t m_explicitCount = 0;
 };

@@ -20,6 +20,7 @@ class KpIfcAggrImp;
 class KpIfcDescriptorSlot;
 class KpIfcEntityBase;
 class KpIfcEntityType;
+class KpIfcInverseMembers;
 class KpIfcSelect;
 class KpIfcVariant;
 struct KpIfcSelectDescriptors;
@@ -141,6 +142,23 @@ struct KpIfcAttributeFacts {
     bool isFirst() const { return (flags & kFirst) != 0; }
 };
 
+/// One inverse attribute.
+struct KpIfcInverseFacts {
+    const char* name;                                  ///< as the schema spells it
+    KpIfcInverseMembers& (*members)(KpIfcEntityBase&); ///< of an instance of the entity that declares it
+    std::uint32_t index;                               ///< among the inverse attributes that the entity itself declares
+    std::uint32_t count;                               ///< of those
+    std::uint32_t key;                                 ///< KpIfcAttributeFacts::keyOf(name)
+};
+
+/// The other side of an inverse attribute: an explicit attribute through which it is referred to.
+struct KpIfcCounterpartFacts {
+    const KpIfcAttributeFacts* attribute;       ///< of the entity whose row this is
+    KpIfcEntityType* const* declaring;          ///< the entity that declares the inverse attribute
+    std::uint32_t inverse;                      ///< which of those that it declares
+    KpIfcEntityType* const* referrer = nullptr; ///< the subtype whose instances alone count; null for all
+};
+
 /// A uniqueness rule: attribute names separated by blanks.
 struct KpIfcUniqueFacts {
     const char* label;
@@ -159,6 +177,10 @@ struct KpIfcEntityFacts {
     std::uint32_t recordCount = 0;
     const KpIfcUniqueFacts* uniqueRules = nullptr;
     std::uint32_t uniqueRuleCount = 0;
+    const KpIfcInverseFacts* inverses = nullptr; ///< the inverse attributes that the entity itself declares
+    std::uint32_t inverseCount = 0;
+    const KpIfcCounterpartFacts* counterparts = nullptr; ///< of explicit attributes that the entity itself declares
+    std::uint32_t counterpartCount = 0;
     const KpIfcEntityFacts* supertype = nullptr;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KpIfcCore/KpDbObjectId.h>
+#include <KpIfcCore/KpIfcArray.h>
 #include <KpIfcCore/KpIfcCoreApi.h>
 #include <KpIfcCore/KpIfcEntityBase.h>
 #include <KpIfcCore/KpIfcSchema.h>
@@ -58,6 +59,17 @@ public:
     /// Number of records that are kept as text because they could not be bound to a class.
     std::size_t keptRecordCount() const;
     std::uint64_t highestName() const;
+
+    /// Makes inverse attributes and referrers follow what changed since the last commit. Reading them and saving do it
+    /// by themselves; a program need call it only before it hands a changed model to many threads for reading. From
+    /// here on, references to members that were obtained for changing are no longer good for that.
+    void commit();
+    /// True from a change until the next commit.
+    bool hasUncommitted() const;
+    /// The instances of this model that refer to an instance through any explicit attribute, be it through an aggregate
+    /// or a select; ascending, each once. The first call builds an index over the whole model, which later changes keep
+    /// true. A model at rest may be asked by many threads at once, the first time too.
+    KpIfcArray<KpDbObjectId> referrers(const KpDbObjectId& handle) const;
 
     /// Walks instances in ascending order of their names, all of them or those of one type.
     class KPIFCCORE_EXPORT Iterator {

@@ -3,6 +3,7 @@
 #include <IFC2X3/Types.h>
 #include <KpIfcCore/Consts.h>
 #include <KpIfcCore/KpIfcEntityBase.h>
+#include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcListAggr.h>
 #include <KpIfcCore/KpIfcSetAggr.h>
 
@@ -21,23 +22,11 @@ inline KpAnsiString unsetText() {
     return KpAnsiString::unset();
 }
 
-/// The inverse attributes that an entity declares: one pointer, null until the first referrer is entered, because most
-/// instances have none. They belong to the instance's place in its model and are not copied with its values.
+/// The inverse attributes that an entity declares.
 template <std::size_t count>
-class InverseMembers {
+class InverseMembers : public KP_SDAI::KpIfcInverseMembers {
 public:
-    InverseMembers() = default;
-    InverseMembers(const InverseMembers&) {}
-    InverseMembers& operator=(const InverseMembers&) { return *this; }
-
-    /// Fills `values` with the instances that refer here; `index` counts the entity's own inverse attributes.
-    void copyTo(std::size_t index, KpIfcArray<KpDbObjectId>& values) const {
-        values.clear();
-        if (m_sets) m_sets[index].copyTo(values);
-    }
-
-private:
-    KpIfcSetAggr<KpDbObjectId>* m_sets = nullptr;
+    static constexpr std::size_t kCount = count;
 };
 
 } // namespace IFC2X3

@@ -1,0 +1,123 @@
+#include "model/Inverses.h"
+
+#include "model/InverseSet.h"
+#include "model/ModelData.h"
+
+#include <KpIfcCore/KpIfcInverseMembers.h>
+#include <KpIfcCore/KpIfcReferences.h>
+
+#include <algorithm>
+#include <iterator>
+#include <new>
+
+namespace KP_SDAI {
+
+// -- one set ---------------------------------------------------------------------------------------------------------
+
+void KpIfcInverseSet::change(KpArena& arena, std::span<const KpDbObjectId> removed,
+                             std::span<const KpDbObjectId> inserted) {
+    constexpr std::size_t kFew = 8; // are moved one by one faster than all are copied
+    const bool isAppended = removed.empty() && (empty() || end()[-1] < inserted.front());
+    if (isAppended || removed.size() + inserted.size() <= kFew) {
+        for (const KpDbObjectId& referrer : removed) remove(referrer);
+        reserve(arena, size() + inserted.size());
+        for (const KpDbObjectId& referrer : inserted) insert(arena, referrer);
+        return;
+    }
+    std::vector<KpDbObjectId> kept;
+    std::vector<KpDbObjectId> all;
+    std::set_difference(begin(), end(), removed.begin(), removed.end(), std::back_inserter(kept));
+    std::set_union(kept.begin(), kept.end(), inserted.begin(), inserted.end(), std::back_inserter(all));
+    clear();
+    reserve(arena, all.size());
+    for (const KpDbObjectId& referrer : all) add(referrer);
+}
+
+// -- the members of an instance ---------------------------------------------------------------------------------------
+
+const KpIfcSetAggr<KpDbObjectId>& KpIfcInverseMembers::read(const KpIfcEntityBase& owner, std::size_t index) const {
+    if (KpIfcModel* const model = owner.owningModel(); model && model->hasUncommitted()) model->commit();
+    return set(index);
+}
+
+const KpIfcSetAggr<KpDbObjectId>& KpIfcInverseMembers::set(std::size_t index) const {
+    static const KpIfcSetAggr<KpDbObjectId> nil;
+    return m_sets ? m_sets[index] : nil;
+}
+
+void KpIfcInverseMembers::enter(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, KpIfcEntityBase& referrer) {
+    KpIfcModel* const model = target.owningModel();
+    if (model && model == referrer.owningModel()) model->data().inverses.enter(target, inverse, referrer);
+}
+
+// -- all of a model --------------------------------------------------------------------------------------------------
+
+KpIfcInverseSet& Inverses::setOf(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse) {
+    KpIfcInverseSet*& sets = inverse.members(target).m_sets;
+    if (!sets) {
+        auto* const block = static_cast<KpIfcInverseSet*>(m_arena.allocate(inverse.count * sizeof(KpIfcInverseSet)));
+        for (std::uint32_t i = 0; i < inverse.count; ++i) ::new (static_cast<void*>(block + i)) KpIfcInverseSet;
+        sets = block;
+    }
+    return sets[inverse.index];
+}
+
+void Inverses::enter(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, const KpIfcEntityBase& referrer) {
+    const Entry entry{&setOf(target, inverse), referrer.objectId()};
+    if (m_isCommitting) {
+        m_entered.push_back(entry);
+        return;
+    }
+    if (referrer.isUncommitted()) m_withdrawn.push_back(entry); // may refer elsewhere by the next commit
+    entry.set->insert(m_arena, entry.referrer);
+}
+
+void Inverses::withdraw(KpIfcEntityBase& referrer) {
+    const KpIfcModel* const model = referrer.owningModel();
+    visitCounterParts(referrer, referrer.getInstanceType()->counterparts(),
+                      [&](KpIfcEntityBase& target, const KpIfcInverseFacts& inverse) {
+                          if (target.owningModel() == model)
+                              m_withdrawn.push_back({&setOf(target, inverse), referrer.objectId()});
+                      });
+}
+
+void Inverses::commit(std::span<KpIfcEntityBase* const> changed) {
+    m_isCommitting = true;
+    for (KpIfcEntityBase* instance : changed) instance->setInverseCounterParts();
+    m_isCommitting = false;
+    apply();
+    m_withdrawn.clear();
+    m_entered.clear();
+}
+
+/// Brings the sets from what was withdrawn to what is entered now.
+void Inverses::apply() {
+    for (std::vector<Entry>* entries : {&m_withdrawn, &m_entered}) {
+        std::sort(entries->begin(), entries->end());
+        entries->erase(std::unique(entries->begin(), entries->end()), entries->end());
+    }
+    std::vector<KpDbObjectId> removed;
+    std::vector<KpDbObjectId> inserted;
+    auto gone = m_withdrawn.begin();
+    auto come = m_entered.begin();
+    while (gone != m_withdrawn.end() || come != m_entered.end()) {
+        KpIfcInverseSet* const set =
+            come == m_entered.end() || (gone != m_withdrawn.end() && *gone < *come) ? gone->set : come->set;
+        removed.clear();
+        inserted.clear();
+        while ((gone != m_withdrawn.end() && gone->set == set) || (come != m_entered.end() && come->set == set)) {
+            const bool isGone = gone != m_withdrawn.end() && gone->set == set;
+            const bool isCome = come != m_entered.end() && come->set == set;
+            if (isGone && isCome && gone->referrer == come->referrer) {
+                ++gone, ++come;
+            } else if (isGone && (!isCome || gone->referrer < come->referrer)) {
+                removed.push_back((gone++)->referrer);
+            } else {
+                inserted.push_back((come++)->referrer);
+            }
+        }
+        if (!removed.empty() || !inserted.empty()) set->change(m_arena, removed, inserted);
+    }
+}
+
+} // namespace KP_SDAI

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <KpIfcCore/KpArena.h>
+#include <KpIfcCore/KpDbObjectId.h>
+
+#include <functional>
+#include <span>
+#include <vector>
+
+namespace KP_SDAI {
+
+class KpIfcEntityBase;
+class KpIfcInverseSet;
+struct KpIfcInverseFacts;
+
+/// Keeps the inverse attributes of a model's instances true.
+///
+/// Before an instance changes, what it has entered is noted; at the next commit it is entered anew, and only what
+/// differs is withdrawn from or inserted into the sets. So edits that move no reference cost the sets nothing, and many
+/// edits cost no more than the sets are large.
+class Inverses {
+public:
+    explicit Inverses(KpArena& arena) : m_arena(arena) {}
+
+    void enter(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, const KpIfcEntityBase& referrer);
+    /// Notes what an instance that is about to change has entered.
+    void withdraw(KpIfcEntityBase& referrer);
+    /// Enters instances that changed anew.
+    void commit(std::span<KpIfcEntityBase* const> changed);
+
+private:
+    struct Entry {
+        KpIfcInverseSet* set;
+        KpDbObjectId referrer;
+
+        friend bool operator==(const Entry& a, const Entry& b) = default;
+        friend bool operator<(const Entry& a, const Entry& b) {
+            return a.set == b.set ? a.referrer < b.referrer : std::less<>()(a.set, b.set);
+        }
+    };
+
+    KpIfcInverseSet& setOf(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse);
+    void apply();
+
+    KpArena& m_arena;
+    std::vector<Entry> m_withdrawn; ///< since the last commit
+    std::vector<Entry> m_entered;   ///< by the commit that is under way
+    bool m_isCommitting = false;
+};
+
+} // namespace KP_SDAI
