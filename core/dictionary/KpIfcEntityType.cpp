@@ -1,4 +1,5 @@
 #include <KpIfcCore/KpIfcEntityType.h>
+#include <KpIfcCore/KpIfcProperty.h>
 
 namespace KP_SDAI {
 
@@ -6,7 +7,33 @@ KpIfcEntityType::KpIfcEntityType(KpIfcSchema* schema, const char* name, Factory 
                                  const KpIfcEntityType* supertype)
     : KpIfcNameType(name), m_schema(schema), m_factory(factory), m_propertyBuilder(builder), m_supertype(supertype) {}
 
-KpIfcEntityType::~KpIfcEntityType() = default;
+KpIfcEntityType::~KpIfcEntityType() {
+    delete m_properties.load();
+}
+
+const KpIfcPropertyCollection& KpIfcEntityType::properties() const {
+    if (const KpIfcPropertyCollection* made = m_properties.load(std::memory_order_acquire)) return *made;
+    const KpIfcAutoLocker guard(kpifcGetVaraintTypeLocker());
+    if (const KpIfcPropertyCollection* made = m_properties.load(std::memory_order_relaxed)) return *made;
+    auto collection = std::make_unique<KpIfcPropertyCollection>();
+    if (m_propertyBuilder) m_propertyBuilder(collection.get(), this);
+    m_properties.store(collection.get(), std::memory_order_release);
+    return *collection.release();
+}
+
+std::vector<const KpIfcProperty*> KpIfcEntityType::allProperties() const {
+    std::vector<const KpIfcProperty*> all;
+    if (m_supertype) all = m_supertype->allProperties();
+    const KpIfcPropertyCollection& own = properties();
+    for (std::size_t i = 0; i < own.size(); ++i) all.push_back(&own[i]);
+    return all;
+}
+
+const KpIfcProperty* KpIfcEntityType::findProperty(std::string_view name) const {
+    for (const KpIfcEntityType* type = this; type; type = type->superType())
+        if (const KpIfcProperty* found = type->properties().find(name)) return found;
+    return nullptr;
+}
 
 KpIfcEntityType* KpIfcEntityType::createEntityType(KpIfcSchema* schema, const char* name, bool, Factory factory,
                                                    PropertyBuilder propertyBuilder, KpIfcEntityType*& staticType,

@@ -34,6 +34,15 @@ void KpIfcVariant::setObject(const KpIfcVariantType& type, const void* value) {
     std::memcpy(m_storage, storage, sizeof m_storage);
 }
 
+void KpIfcVariant::setCopy(const KpIfcVariantType& type, const void* value) {
+    if (type.m_allocator) return setObject(type, value);
+    unsigned char storage[kInline] = {};
+    std::memcpy(storage, value, type.m_size);
+    clear();
+    m_type = &type;
+    std::memcpy(m_storage, storage, sizeof m_storage);
+}
+
 void KpIfcVariant::destroy() noexcept {
     void* const value = const_cast<void*>(data());
     m_type->m_allocator->destroy(value);

@@ -15,6 +15,9 @@ std::vector<File> emitEntity(const plan::EntityPlan& entity, const plan::Frame& 
 /// The umbrella header and the steps that register the schema in the dictionary.
 std::vector<File> emitSchema(const plan::SchemaPlan& schema, const plan::Frame& frame);
 
+/// The property classes and what fills the collections of the entities with them.
+std::vector<File> emitProperties(const plan::PropertiesPlan& properties, const plan::Frame& frame);
+
 /// The tables by which descriptors are released.
 std::vector<File> emitDescriptors(const plan::DescriptorsPlan& descriptors, const plan::Frame& frame);
 

@@ -18,6 +18,7 @@ std::vector<File> emitModule(const plan::ModulePlan& plan) {
         add(emitEntity(entity, plan.frame));
     }
     add(emitSchema(plan.schema, plan.frame));
+    add(emitProperties(plan.properties, plan.frame));
     add(emitDescriptors(plan.descriptors, plan.frame));
     return files;
 }

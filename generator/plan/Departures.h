@@ -15,6 +15,10 @@ struct ExtraAggregation {
     std::string_view element;
 };
 
+/// Where an inverse attribute is one through which the structure of a building descends: the attribute of its relations
+/// that holds what is below. Null elsewhere.
+const char* relatedThrough(std::string_view schema, std::string_view entity, std::string_view inverse);
+
 std::vector<ExtraAggregation> extraAggregations(std::string_view schema);
 
 } // namespace kpifcgen::plan

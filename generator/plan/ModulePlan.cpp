@@ -89,6 +89,7 @@ std::optional<ModulePlan> planModule(const facts::Schema& schema, std::string_vi
         plan.entities.push_back(planEntity(entity, context));
     }
     plan.schema = planSchema(context);
+    plan.properties = planProperties(context);
     plan.descriptors = planDescriptors(plan);
     return diagnostics.empty() ? std::optional(std::move(plan)) : std::nullopt;
 }

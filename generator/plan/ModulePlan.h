@@ -157,6 +157,26 @@ struct SchemaPlan {
     std::vector<Row> anonymousAggregations;
 };
 
+/// The property classes, one for each attribute, and what fills the collection of each entity with them.
+struct PropertiesPlan {
+    struct Property {
+        std::string className;
+        std::string baseClass;
+        std::string arguments; ///< of the base's constructor
+    };
+    struct Collection {
+        std::string builder; ///< the function that fills it
+        std::vector<Property> properties;
+    };
+
+    std::string headerPath;
+    std::string include; ///< of the header
+    std::string baseInclude;
+    std::string sourcePath;
+    std::string entitiesInclude;
+    std::vector<Collection> collections;
+};
+
 /// The descriptors of the module: where each is kept, in the order in which they are released.
 struct DescriptorsPlan {
     std::string path;
@@ -173,6 +193,7 @@ struct ModulePlan {
     std::vector<EntityPlan> entities;
     SchemaPlan schema;
     DescriptorsPlan descriptors;
+    PropertiesPlan properties;
 };
 
 /// None, and diagnostics, where the schema has something that no code can be generated for.

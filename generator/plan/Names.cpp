@@ -190,7 +190,7 @@ SchemaNames::SchemaNames(std::string_view schema)
     : space(upperCase(schema)), exportMacro("KP" + space + "_EXPORT"), builderClass("Kp" + space + "SchemaBuilder") {}
 
 bool SchemaNames::isHeaderTaken(std::string_view file) const {
-    static const Words taken = {"entities", "entity", "enumeration", "select", "types"};
+    static const Words taken = {"entities", "entity", "enumeration", "properties", "property", "select", "types"};
     return taken.contains(lowerCase(file)) || lowerCase(file) == lowerCase(space);
 }
 
@@ -278,6 +278,13 @@ std::string instanceGetter(std::string_view attribute, const std::set<std::strin
         name += '_';
     }
     return name;
+}
+
+std::string propertyClass(std::string_view entity, std::string_view attribute) {
+    return text(entity, attribute, "Property");
+}
+std::string propertyBuilder(std::string_view entity) {
+    return text("build", entity, "Properties");
 }
 
 std::string selectTypeOf(std::string_view classOfSelect) {

@@ -61,6 +61,11 @@ std::string inverseGetter(std::string_view attribute);
 std::string inverseMember();
 /// Of the instance that a reference attribute refers to; `classNames` are all that className() made for the schema.
 std::string instanceGetter(std::string_view attribute, const std::set<std::string>& classNames);
+std::string propertyClass(std::string_view entity, std::string_view attribute);
+/// What fills the property collection of an entity; of one without attributes, the hand-written function that adds
+/// nothing.
+std::string propertyBuilder(std::string_view entity);
+inline constexpr std::string_view emptyPropertyBuilder = "buildNoProperties";
 /// Where the class keeps its dictionary type and its facts.
 std::string entityTypeOf(std::string_view classOfEntity);
 std::string entityFacts(std::string_view classOfEntity);

@@ -22,6 +22,7 @@ EnumerationPlan planEnumeration(const facts::Enumeration& enumeration, const Con
 SelectPlan planSelect(const facts::Select& select, const Context& context);
 EntityPlan planEntity(const facts::Entity& entity, const Context& context);
 SchemaPlan planSchema(const Context& context);
+PropertiesPlan planProperties(const Context& context);
 DescriptorsPlan planDescriptors(const ModulePlan& plan);
 
 /// "<IFC2X3/IfcWall.h>" of a declaration or a hand-written header.

@@ -73,13 +73,15 @@ private:
     }
 
     void planEntities() {
-        m_plan.entitiesStep = {schemaSource("EntityTypes"), {include("Entities", m_context)}};
+        m_plan.entitiesStep = {schemaSource("EntityTypes"),
+                               {include("Entities", m_context), include("Properties", m_context)}};
         for (const facts::Entity* entity : m_schema.supertypesFirst) {
             const std::string name = className(entity->name);
             const facts::Entity* supertype = entity->supertype;
             SchemaPlan::EntityRow row;
             row.entity = {quoted(upperCase(entity->name)), "createEntity<" + name + ">", "&" + entityTypeOf(name),
-                          supertype ? "&" + entityTypeOf(className(supertype->name)) : "nullptr", name + "::facts"};
+                          supertype ? "&" + entityTypeOf(className(supertype->name)) : "nullptr", name + "::facts",
+                          hasProperties(*entity) ? propertyBuilder(entity->name) : std::string(emptyPropertyBuilder)};
             for (const auto& attribute : entity->explicitAttributes) {
                 row.explicitAttributes.push_back({quoted(attribute.name), quoted(attributeTypeName(attribute.type))});
             }
@@ -91,6 +93,12 @@ private:
             }
             m_plan.entities.push_back(std::move(row));
         }
+    }
+
+    static bool hasProperties(const facts::Entity& entity) {
+        return !entity.explicitAttributes.empty() || !entity.inverseAttributes.empty() ||
+               std::ranges::any_of(entity.derivedAttributes,
+                                   [](const facts::DerivedAttribute& one) { return one.redeclared != nullptr; });
     }
 
     Row derivedRow(const facts::DerivedAttribute& attribute) {

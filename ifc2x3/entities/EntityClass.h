@@ -4,7 +4,7 @@
 #include <IFC2X3/Enumeration.h>
 #include <IFC2X3/Select.h>
 #include <KpIfcCore/KpIfcEntityType.h>
-#include <KpIfcCore/KpSpfAggregates.h>
+#include <KpIfcCore/KpIfcAggrAccess.h>
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include <new>
@@ -16,10 +16,8 @@
 namespace IFC2X3 {
 
 using KP_SDAI::KpIfcAggr;
-using KP_SDAI::KpIfcAttributeFacts;
 using KP_SDAI::KpIfcCounterpartFacts;
 using KP_SDAI::KpIfcFieldKind;
-using KP_SDAI::KpIfcInverseFacts;
 using KP_SDAI::KpIfcSelect;
 using KP_SDAI::KpIfcUniqueFacts;
 

@@ -1,6 +1,7 @@
 #include "entities/EntityClass.h"
 
 #include <KpIfcCore/Consts.h>
+#include <KpIfcCore/KpIfcAttributeAccess.h>
 #include <KpIfcCore/KpIfcException.h>
 #include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcModel.h>
@@ -99,26 +100,8 @@ void handOut(KpIfcEntityBase& instance) {
 }
 
 void get(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, KpIfcVariant& value) {
-    switch (row.kind) {
-    case KpIfcFieldKind::string: return value.set((instance.*row.member.string).constStr());
-    case KpIfcFieldKind::guid: return value.set(instance.*row.member.guid);
-    case KpIfcFieldKind::real: return value.set(instance.*row.member.real);
-    case KpIfcFieldKind::integer: return value.set(instance.*row.member.integer);
-    case KpIfcFieldKind::notKept:
-    case KpIfcFieldKind::boolean: return value.set(instance.*row.member.boolean);
-    case KpIfcFieldKind::logical: return value.set(instance.*row.member.logical);
-    case KpIfcFieldKind::enumeration:
-        return value.setPlain(row.enumeration->descriptor->value(), row.enumerationCode(instance));
-    case KpIfcFieldKind::reference: return value.set(instance.*row.member.reference);
-    case KpIfcFieldKind::select:
-        handOut(instance);
-        // A select class is the base alone, so the pointer is the same.
-        return value.setPlain(row.select->pointer.value(), &row.member.select(instance));
-    case KpIfcFieldKind::aggregate:
-        handOut(instance);
-        return row.aggregate->get(row.member.aggregate(instance), value);
-    case KpIfcFieldKind::derived: break;
-    }
+    if (row.kind == KpIfcFieldKind::select || row.kind == KpIfcFieldKind::aggregate) handOut(instance);
+    KP_SDAI::readAttribute(instance, row, value);
 }
 
 bool putString(KpIfcEntityBase& instance, KpAnsiString& member, const KpIfcVariant& value) {

@@ -2,13 +2,12 @@
 
 using namespace KP_SDAI;
 
-/// Shared by all entity types while no properties are presented.
-static void buildNoProperties(KpIfcPropertyCollection*, const KpIfcEntityType*) {}
+void KpIFC2X3SchemaBuilder::buildNoProperties(KpIfcPropertyCollection*, const KpIfcEntityType*) {}
 
 void KpIFC2X3SchemaBuilder::addEntityType(const EntityType& type) {
     const KpIfcEntityType* supertype = type.supertype ? *type.supertype : nullptr;
     KpIfcEntityType* entity = KpIfcEntityType::createEntityType(schema, type.name, true, type.factory,
-                                                                buildNoProperties, *type.staticType, supertype);
+                                                                type.properties, *type.staticType, supertype);
     entityDictionary->putAt(type.name, entity);
     entity->facts(&type.facts());
     addAttributes(*entity, type);

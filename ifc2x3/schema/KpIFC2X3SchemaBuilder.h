@@ -49,6 +49,7 @@ private:
         KP_SDAI::KpIfcEntityType** staticType;
         KP_SDAI::KpIfcEntityType* const* supertype; ///< null for a root
         const KP_SDAI::KpIfcEntityFacts& (*facts)();
+        KP_SDAI::KpIfcEntityType::PropertyBuilder properties;
         std::initializer_list<ExplicitAttribute> explicitAttributes = {};
         std::initializer_list<DerivedAttribute> derivedAttributes = {};
         std::initializer_list<InverseAttribute> inverseAttributes = {};
@@ -82,6 +83,9 @@ private:
     void addAttributes(KP_SDAI::KpIfcEntityType& entity, const EntityType& type);
     void addSelectType(const SelectType& type);
     void addAggregationType(const AggregationType& type, Dictionary& dictionary);
+
+    /// Of entities without attributes of their own.
+    static void buildNoProperties(KP_SDAI::KpIfcPropertyCollection* collection, const KP_SDAI::KpIfcEntityType* type);
 
     /// The factory that the dictionary keeps for an entity class.
     template <class T>

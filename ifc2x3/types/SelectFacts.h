@@ -7,7 +7,7 @@
 #include <KpIfcCore/KpIfcListAggr.h>
 #include <KpIfcCore/KpIfcSetAggr.h>
 #include <KpIfcCore/KpIfcVariantTypes.h>
-#include <KpIfcCore/KpSpfAggregates.h>
+#include <KpIfcCore/KpIfcAggrAccess.h>
 
 namespace IFC2X3 {
 

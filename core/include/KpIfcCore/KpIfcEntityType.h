@@ -5,6 +5,7 @@
 #include <KpIfcCore/KpIfcFacts.h>
 #include <KpIfcCore/KpIfcTypes.h>
 
+#include <atomic>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,7 @@
 namespace KP_SDAI {
 
 class KpIfcEntityBase;
+class KpIfcProperty;
 class KpIfcPropertyCollection;
 class KpIfcSchema;
 
@@ -51,6 +53,12 @@ public:
     /// A new instance that belongs to no model; the caller owns it.
     KpIfcEntityBase* createInstance() const { return m_factory(); }
     PropertyBuilder propertyBuilder() const { return m_propertyBuilder; }
+    /// The properties of the attributes that the entity itself declares; made on the first call, by any thread.
+    const KpIfcPropertyCollection& properties() const;
+    /// All properties of an instance: those of the root, then those of each subtype down to this one.
+    std::vector<const KpIfcProperty*> allProperties() const;
+    /// The property of a name in any letter case, the entity's own or the nearest supertype's; null where there is none.
+    const KpIfcProperty* findProperty(std::string_view name) const;
 
     /// Attaches the constant rows of the module; they outlive the type.
     void facts(const KpIfcEntityFacts* facts);
@@ -73,6 +81,7 @@ private:
     Factory m_factory;
     PropertyBuilder m_propertyBuilder;
     const KpIfcEntityType* m_supertype;
+    mutable std::atomic<const KpIfcPropertyCollection*> m_properties{nullptr};
     std::vector<const KpIfcEntityType*> m_subtypes;
     const KpIfcEntityFacts* m_facts = nullptr;
     std::vector<const KpIfcAttributeFacts*> m_recordFields;

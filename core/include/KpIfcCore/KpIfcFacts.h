@@ -23,6 +23,7 @@ class KpIfcEntityType;
 class KpIfcInverseMembers;
 class KpIfcSelect;
 class KpIfcVariant;
+class KpIfcVariantType;
 struct KpIfcSelectDescriptors;
 
 enum class KpIfcFieldKind : std::uint8_t {
@@ -72,6 +73,10 @@ struct KpIfcAggrFacts {
     void (*rearrange)(KpIfcAggr& aggregate);
     /// Makes `value` the pointer to the aggregate, typed by its family and element type.
     void (*get)(KpIfcAggr& aggregate, KpIfcVariant& value);
+    /// Makes `value` the array of the elements.
+    void (*toArray)(const KpIfcAggr& aggregate, KpIfcVariant& value);
+    /// The descriptor of that array.
+    const KpIfcVariantType& (*arrayType)();
     /// Replaces the elements of an attribute of `owner` by those of an array or aggregate of the element type, of an
     /// array of variants or, for selects, of an array of handles; bounds are not checked. False, and nothing changed,
     /// where the value is another one or an element does not convert.

@@ -105,6 +105,8 @@ public:
     void setHeapStorageValue(const T& value, bool, bool, bool) {
         set(value);
     }
+    /// A copy of an object of a described type.
+    void setCopy(const KpIfcVariantType& type, const void* value);
     /// For descriptors: bytes of a type that is not `T`'s own, such as the code of an enumeration.
     template <class T>
     void setPlain(const KpIfcVariantType& type, const T& value) {

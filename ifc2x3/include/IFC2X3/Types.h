@@ -28,6 +28,7 @@ namespace IFC2X3 {
 using KP_SDAI::KpAnsiString;
 using KP_SDAI::KpDbObjectId;
 using KP_SDAI::KpIfcArray;
+using KP_SDAI::KpIfcAttributeFacts;
 using KP_SDAI::KpIfcBoolean;
 using KP_SDAI::KpIfcDefinedType;
 using KP_SDAI::KpIfcDescriptorSlot;
@@ -36,6 +37,7 @@ using KP_SDAI::KpIfcEntityFacts;
 using KP_SDAI::KpIfcEntityType;
 using KP_SDAI::KpIfcEnumFacts;
 using KP_SDAI::KpIfcGUID;
+using KP_SDAI::KpIfcInverseFacts;
 using KP_SDAI::KpIfcLogical;
 using KP_SDAI::KpIfcListElementDescriptors;
 using KP_SDAI::KpIfcNameType;
