@@ -1,5 +1,10 @@
+#include <KpIfcCore/KpIfcAggrValues.h>
+#include <KpIfcCore/KpIfcModel.h>
 #include <KpIfcCore/KpIfcVariant.h>
+#include <KpIfcCore/KpStepText.h>
+#include <KpRx/KcString.h>
 
+#include <string>
 #include <utility>
 
 namespace KP_SDAI {
@@ -50,6 +55,17 @@ const KpIfcVariant* KpIfcVariant::convert(const KpIfcVariantType& target, KpIfcV
 
 bool KpIfcVariant::toString(KcString& out, StringFormat format) const {
     return m_type && m_type->toString(out, *this, format);
+}
+
+const KpIfcVariant& detail::inModelsForm(const KpIfcVariant& value, const KpIfcEntityBase& owner,
+                                         KpIfcVariant& scratch) {
+    const KcString* const unicode = value.getIf<KcString>();
+    const KpIfcModel* const model = owner.owningModel();
+    if (!unicode || !model) return value;
+    std::string encoded;
+    if (!model->textIsUtf8()) KpStepText::encode(unicode->view(), encoded);
+    scratch.set(KpAnsiString(model->textIsUtf8() ? unicode->view() : std::string_view(encoded)));
+    return scratch;
 }
 
 } // namespace KP_SDAI

@@ -1,10 +1,9 @@
 #include "entities/EntityClass.h"
 
 #include <KpIfcCore/Consts.h>
+#include <KpIfcCore/KpIfcAggrValues.h>
 #include <KpIfcCore/KpIfcException.h>
 #include <KpIfcCore/KpIfcModel.h>
-#include <KpIfcCore/KpStepText.h>
-#include <KpRx/KcString.h>
 
 #include <cstring>
 #include <string>
@@ -15,6 +14,7 @@ using KP_SDAI::KpIfcChange;
 using KP_SDAI::KpIfcModel;
 using KP_SDAI::KpIfcVariant;
 using KP_SDAI::KpIfcVariantType;
+using KP_SDAI::detail::inModelsForm;
 
 namespace {
 
@@ -78,9 +78,7 @@ void get(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, KpIfcVariant
         handOut(instance);
         // A select class is the base alone, so the pointer is the same.
         return value.setPlain(row.select->pointer.value(), &row.member.select(instance));
-    case KpIfcFieldKind::aggregate:
-        handOut(instance);
-        return row.aggregate->get(row.member.aggregate(instance), value);
+    case KpIfcFieldKind::aggregate: handOut(instance); return row.aggregate->get(row.member.aggregate(instance), value);
     case KpIfcFieldKind::derived: break;
     }
 }
@@ -96,15 +94,8 @@ bool putString(KpIfcEntityBase& instance, KpAnsiString& member, const KpIfcVaria
         return true;
     }
     KpAnsiString text;
-    const KcString* const unicode = value.getIf<KcString>();
-    const KpIfcModel* const model = instance.owningModel();
-    if (unicode && model) { // texts of a model have the form in which it was read
-        std::string encoded;
-        if (!model->textIsUtf8()) KP_SDAI::KpStepText::encode(unicode->view(), encoded);
-        text = KpAnsiString(model->textIsUtf8() ? unicode->view() : std::string_view(encoded));
-    } else if (!value.get(text)) {
-        return false;
-    }
+    KpIfcVariant scratch;
+    if (!inModelsForm(value, instance, scratch).get(text)) return false;
     KpIfcChange::before(instance);
     member = std::move(text);
     return true;
@@ -144,8 +135,9 @@ bool putEnumeration(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, c
 
 bool putSelect(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, const KpIfcVariant& value) {
     const KpIfcVariantType& type = row.select->value.value();
+    KpIfcVariant text;
     KpIfcVariant scratch;
-    const KpIfcVariant* converted = value.convert(type, scratch);
+    const KpIfcVariant* converted = inModelsForm(value, instance, text).convert(type, scratch);
     if (!converted || converted->type() != &type) return false;
     KpIfcChange::before(instance);
     type.objectMemAllocator()->assign(&row.member.select(instance), converted->data());

@@ -15,9 +15,16 @@ void getAggregate(KpIfcAggr& field, KpIfcVariant& value) {
     value.set(static_cast<typename Aggr::Family*>(&static_cast<Aggr&>(field)));
 }
 
+/// The value as attributes of `owner` take it: a host's text, in `scratch`, in the form that its model's texts have;
+/// any other value as it is.
+KPIFCCORE_EXPORT const KpIfcVariant& inModelsForm(const KpIfcVariant& value, const KpIfcEntityBase& owner,
+                                                  KpIfcVariant& scratch);
+
 /// One element of an array of variants.
 template <class T>
-bool convertElement(const KpIfcVariant& value, T& element) {
+bool convertElement(const KpIfcVariant& given, const KpIfcEntityBase& owner, T& element) {
+    KpIfcVariant text;
+    const KpIfcVariant& value = inModelsForm(given, owner, text);
     if constexpr (std::is_base_of_v<KpIfcSelect, T>) {
         KpIfcVariant scratch;
         const KpIfcVariant* converted = value.convert(KpIfcVariantType::Desc<T>::value(), scratch);
@@ -31,7 +38,8 @@ bool convertElement(const KpIfcVariant& value, T& element) {
 
 /// The elements that a value stands for; false where it stands for none or one does not convert.
 template <class Aggr>
-bool convertElements(const KpIfcVariant& value, KpIfcArray<typename Aggr::Element>& elements) {
+bool convertElements(const KpIfcVariant& value, const KpIfcEntityBase& owner,
+                     KpIfcArray<typename Aggr::Element>& elements) {
     using T = typename Aggr::Element;
     using Family = typename Aggr::Family;
     if (const auto* array = value.getIf<KpIfcArray<T>>()) {
@@ -46,7 +54,7 @@ bool convertElements(const KpIfcVariant& value, KpIfcArray<typename Aggr::Elemen
         elements.reserve(variants->length());
         for (const KpIfcVariant& variant : *variants) {
             T element{};
-            if (!convertElement(variant, element)) return false;
+            if (!convertElement(variant, owner, element)) return false;
             elements.append(element);
         }
         return true;
@@ -68,7 +76,7 @@ bool convertElements(const KpIfcVariant& value, KpIfcArray<typename Aggr::Elemen
 template <class Aggr>
 bool putAggregate(KpIfcAggr& field, const KpIfcVariant& value, KpIfcEntityBase& owner) {
     KpIfcArray<typename Aggr::Element> elements; // a copy: the value may be this aggregate
-    if (!convertElements<Aggr>(value, elements)) return false;
+    if (!convertElements<Aggr>(value, owner, elements)) return false;
     KpIfcChange::before(owner);
     static_cast<Aggr&>(field).replace(std::move(elements));
     return true;
