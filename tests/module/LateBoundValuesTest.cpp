@@ -176,7 +176,6 @@ TEST(LateBoundValue, TakenOrRefused) {
           {role, kNo},
           {Variants(), kNo},
           {nothing, kNo}}},
-        {"IfcTask", "TaskId", "before", {{number, kNo}, {wall, kNo}}},
         {"IfcWorkPlan",
          "StartTime",
          dateSelect,
