@@ -2,6 +2,8 @@
 
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcInverseMembers.h>
+#include <KpIfcCore/TextEncodeDecode.h>
+#include <KpRx/KcString.h>
 
 namespace KP_SDAI {
 
@@ -17,6 +19,15 @@ bool anyLevel(const KpIfcEntityBase& instance, Visit visit) {
 }
 
 } // namespace
+
+const KpIfcVariant& inModelsForm(const KpIfcVariant& value, const KpIfcEntityBase& owner, KpIfcVariant& scratch) {
+    const KcString* const unicode = value.getIf<KcString>();
+    if (!unicode) return value;
+    KpAnsiString text;
+    TextEncodeDecode().encodeText(*unicode, text, codecOf(owner));
+    scratch.set(text);
+    return scratch;
+}
 
 const KpIfcAttributeFacts* findAttributeFacts(const KpIfcEntityBase& instance, std::string_view name) {
     const KpIfcAttributeFacts* found = nullptr;

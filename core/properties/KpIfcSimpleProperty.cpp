@@ -2,21 +2,13 @@
 
 #include <KpIfcCore/KpIfcAttributeAccess.h>
 #include <KpIfcCore/KpIfcException.h>
-#include <KpIfcCore/KpIfcModel.h>
 #include <KpIfcCore/KpIfcReferences.h>
-#include <KpIfcCore/KpIfcSettings.h>
 #include <KpIfcCore/TextEncodeDecode.h>
 #include <KpRx/KcString.h>
 
 namespace KP_SDAI {
 
 namespace {
-
-CodecType codecOf(const KpIfcEntityBase& instance) {
-    const KpIfcModel* model = instance.owningModel();
-    const bool isUtf8 = model ? model->textIsUtf8() : settings().get_useUTF8();
-    return isUtf8 ? kCodecUtf8 : kCodecStep;
-}
 
 /// Texts as users see them; other values as they are. False for unset texts.
 bool show(const KpIfcEntityBase& instance, KpIfcVariant& value) {

@@ -1,3 +1,5 @@
+#include <KpIfcCore/KpIfcModel.h>
+#include <KpIfcCore/KpIfcSettings.h>
 #include <KpIfcCore/KpStepText.h>
 #include <KpIfcCore/TextEncodeDecode.h>
 #include <KpRx/KcString.h>
@@ -17,6 +19,12 @@ void TextEncodeDecode::encodeText(const KcString& text, KpAnsiString& encoded, C
 
 void TextEncodeDecode::decodeText(const KpAnsiString& encoded, KcString& text, CodecType codec) const {
     text.assign(codec == kCodecStep ? KpStepText::decode(encoded.view()).c_str() : encoded.constStr());
+}
+
+CodecType codecOf(const KpIfcEntityBase& instance) {
+    const KpIfcModel* model = instance.owningModel();
+    const bool isUtf8 = model ? model->textIsUtf8() : settings().get_useUTF8();
+    return isUtf8 ? kCodecUtf8 : kCodecStep;
 }
 
 } // namespace KP_SDAI

@@ -39,12 +39,16 @@ bool give(KpIfcVariant& result, const T& value) {
     return true;
 }
 
-/// A text that spells a whole number or real, and nothing else.
+/// A text that spells a whole number or finite real, and nothing else.
 template <class T>
 bool parse(std::string_view text, T& number) {
-    if (text.size() > 1 && text[0] == '+') text.remove_prefix(1);
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size();
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
+    T parsed{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), parsed);
+    if (error != std::errc() || end != text.data() + text.size()) return false;
+    if (std::is_floating_point_v<T> && !std::isfinite(static_cast<double>(parsed))) return false;
+    number = parsed;
+    return true;
 }
 
 bool asReal(CoreType type, const KpIfcVariant& value, double& real) {

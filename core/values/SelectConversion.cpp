@@ -145,7 +145,8 @@ bool KpIfcSelectConversion::_subToString(KcString& out, const KpIfcSelect& selec
     std::string typed;
     for (const char* c = select.underlyingTypeName(); *c; ++c) typed += upperAscii(*c);
     typed += '(';
-    typed += select.valueKind() == kTypeEnumeration ? '.' + std::string(select.getLiteral()) + '.' : text.utf8Ptr();
+    const char* const literal = select.getLiteral();
+    typed += literal ? '.' + std::string(literal) + '.' : text.utf8Ptr();
     typed += ')';
     out.assign(typed.c_str());
     return true;

@@ -5,8 +5,6 @@
 #include <KpIfcCore/KpIfcException.h>
 #include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcModel.h>
-#include <KpIfcCore/KpStepText.h>
-#include <KpRx/KcString.h>
 
 #include <cstring>
 #include <string>
@@ -17,6 +15,7 @@ using KP_SDAI::KpIfcChange;
 using KP_SDAI::KpIfcModel;
 using KP_SDAI::KpIfcVariant;
 using KP_SDAI::KpIfcVariantType;
+using KP_SDAI::inModelsForm;
 
 namespace {
 
@@ -115,15 +114,8 @@ bool putString(KpIfcEntityBase& instance, KpAnsiString& member, const KpIfcVaria
         return true;
     }
     KpAnsiString text;
-    const KcString* const unicode = value.getIf<KcString>();
-    const KpIfcModel* const model = instance.owningModel();
-    if (unicode && model) { // texts of a model have the form in which it was read
-        std::string encoded;
-        if (!model->textIsUtf8()) KP_SDAI::KpStepText::encode(unicode->view(), encoded);
-        text = KpAnsiString(model->textIsUtf8() ? unicode->view() : std::string_view(encoded));
-    } else if (!value.get(text)) {
-        return false;
-    }
+    KpIfcVariant scratch;
+    if (!inModelsForm(value, instance, scratch).get(text)) return false;
     KpIfcChange::before(instance);
     member = std::move(text);
     return true;
@@ -163,8 +155,9 @@ bool putEnumeration(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, c
 
 bool putSelect(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, const KpIfcVariant& value) {
     const KpIfcVariantType& type = row.select->value.value();
+    KpIfcVariant text;
     KpIfcVariant scratch;
-    const KpIfcVariant* converted = value.convert(type, scratch);
+    const KpIfcVariant* converted = inModelsForm(value, instance, text).convert(type, scratch);
     if (!converted || converted->type() != &type) return false;
     KpIfcChange::before(instance);
     type.objectMemAllocator()->assign(&row.member.select(instance), converted->data());

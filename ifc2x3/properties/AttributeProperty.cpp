@@ -6,7 +6,6 @@
 #include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcModel.h>
 #include <KpIfcCore/KpIfcReferences.h>
-#include <KpIfcCore/KpIfcSettings.h>
 #include <KpIfcCore/TextEncodeDecode.h>
 #include <KpRx/KcString.h>
 
@@ -19,13 +18,6 @@ using KP_SDAI::KpIfcModel;
 using KP_SDAI::KpIfcVariantType;
 
 namespace {
-
-/// How the texts of an instance stand for what users see: as its model was read, without a model as set.
-KP_SDAI::CodecType codecOf(const KpIfcEntityBase& instance) {
-    const KpIfcModel* model = instance.owningModel();
-    const bool isUtf8 = model ? model->textIsUtf8() : KP_SDAI::settings().get_useUTF8();
-    return isUtf8 ? KP_SDAI::kCodecUtf8 : KP_SDAI::kCodecStep;
-}
 
 bool isOf(const KpIfcEntityBase* instance, const KpIfcEntityType* type) {
     return instance && instance->isKindOf(type);

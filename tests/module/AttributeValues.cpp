@@ -214,28 +214,31 @@ int AttributeValues::variants(const KpIfcEntityType& type) {
 }
 
 void AttributeValues::fill(KpIfcEntityBase& instance, int variant) {
-    noteChange(instance);
     int seed = variant;
     for (const KpIfcAttributeFacts* attribute : instance.getInstanceType()->recordFields()) {
-        const KpIfcAttributeFacts::Member& member = attribute->member;
-        ++seed;
-        switch (attribute->kind) {
-        case KpIfcFieldKind::string: instance.*member.string = textValue(seed); break;
-        case KpIfcFieldKind::guid: instance.*member.guid = "0aZ_$' \\5678901234567\x7F"; break;
-        case KpIfcFieldKind::real: instance.*member.real = realValue(seed); break;
-        case KpIfcFieldKind::integer: instance.*member.integer = integerValue(seed); break;
-        case KpIfcFieldKind::boolean: instance.*member.boolean = seed % 2 == 0; break;
-        case KpIfcFieldKind::logical: instance.*member.logical = static_cast<KpIfcLogical::Code>(seed % 3); break;
-        case KpIfcFieldKind::enumeration: {
-            const int code = variant % attribute->enumeration->count;
-            std::memcpy(member.enumeration(instance), &code, sizeof code);
-            break;
-        }
-        case KpIfcFieldKind::reference: instance.*member.reference = instanceOf(*attribute->target, seed); break;
-        case KpIfcFieldKind::select: fillSelect(member.select(instance), variant); break;
-        case KpIfcFieldKind::aggregate: fillAggregate(member.aggregate(instance), *attribute, variant); break;
-        case KpIfcFieldKind::derived:
-        case KpIfcFieldKind::notKept: break;
-        }
+        fill(instance, *attribute, variant, ++seed);
+    }
+}
+
+void AttributeValues::fill(KpIfcEntityBase& instance, const KpIfcAttributeFacts& attribute, int variant, int seed) {
+    noteChange(instance);
+    const KpIfcAttributeFacts::Member& member = attribute.member;
+    switch (attribute.kind) {
+    case KpIfcFieldKind::string: instance.*member.string = textValue(seed); break;
+    case KpIfcFieldKind::guid: instance.*member.guid = "0aZ_$' \\5678901234567\x7F"; break;
+    case KpIfcFieldKind::real: instance.*member.real = realValue(seed); break;
+    case KpIfcFieldKind::integer: instance.*member.integer = integerValue(seed); break;
+    case KpIfcFieldKind::boolean: instance.*member.boolean = seed % 2 == 0; break;
+    case KpIfcFieldKind::logical: instance.*member.logical = static_cast<KpIfcLogical::Code>(seed % 3); break;
+    case KpIfcFieldKind::enumeration: {
+        const int code = variant % attribute.enumeration->count;
+        std::memcpy(member.enumeration(instance), &code, sizeof code);
+        break;
+    }
+    case KpIfcFieldKind::reference: instance.*member.reference = instanceOf(*attribute.target, seed); break;
+    case KpIfcFieldKind::select: fillSelect(member.select(instance), variant); break;
+    case KpIfcFieldKind::aggregate: fillAggregate(member.aggregate(instance), attribute, variant); break;
+    case KpIfcFieldKind::derived:
+    case KpIfcFieldKind::notKept: break;
     }
 }

@@ -20,6 +20,8 @@ public:
     int variants(const KP_SDAI::KpIfcEntityType& type);
     /// Sets every attribute.
     void fill(KP_SDAI::KpIfcEntityBase& instance, int variant);
+    /// Sets one attribute; `seed` varies values that have no alternatives to walk through.
+    void fill(KP_SDAI::KpIfcEntityBase& instance, const KP_SDAI::KpIfcAttributeFacts& attribute, int variant, int seed);
 
 private:
     /// An instance of an entity or a subtype of it; `which` tells two apart.

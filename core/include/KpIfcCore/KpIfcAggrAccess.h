@@ -2,6 +2,7 @@
 
 #include <KpIfcCore/KpIfcAggr.h>
 #include <KpIfcCore/KpIfcArrayAggr.h>
+#include <KpIfcCore/KpIfcAttributeAccess.h>
 #include <KpIfcCore/KpIfcEntityBase.h>
 #include <KpIfcCore/KpIfcFacts.h>
 #include <KpIfcCore/KpIfcListAggr.h>
@@ -84,7 +85,7 @@ struct AggrAccess {
 
     static bool put(KpIfcAggr& field, const KpIfcVariant& value, KpIfcEntityBase& owner) {
         KpIfcArray<T> elements; // a copy: the value may be this aggregate
-        if (!convert(value, elements)) return false;
+        if (!convert(value, owner, elements)) return false;
         KpIfcChange::before(owner);
         static_cast<Family&>(field).replace(std::move(elements));
         return true;
@@ -112,7 +113,7 @@ private:
     }
 
     /// The elements that a value stands for; false where it stands for none or one does not convert.
-    static bool convert(const KpIfcVariant& value, KpIfcArray<T>& elements) {
+    static bool convert(const KpIfcVariant& value, const KpIfcEntityBase& owner, KpIfcArray<T>& elements) {
         if (const auto* array = value.getIf<KpIfcArray<T>>()) {
             elements = *array;
             return true;
@@ -125,7 +126,8 @@ private:
             elements.reserve(variants->length());
             for (const KpIfcVariant& variant : *variants) {
                 T element{};
-                if (!variant.get(element)) return false;
+                KpIfcVariant text;
+                if (!inModelsForm(variant, owner, text).get(element)) return false;
                 elements.append(element);
             }
             return true;

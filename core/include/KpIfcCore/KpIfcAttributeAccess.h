@@ -30,6 +30,11 @@ inline void readAttribute(KpIfcEntityBase& instance, const KpIfcAttributeFacts& 
     }
 }
 
+/// The value as attributes of `owner` take it: a host's text, in `scratch`, in the form that its model's texts have;
+/// any other value as it is.
+KPIFCCORE_EXPORT const KpIfcVariant& inModelsForm(const KpIfcVariant& value, const KpIfcEntityBase& owner,
+                                                  KpIfcVariant& scratch);
+
 /// The row of an explicit attribute, own or inherited, by its name in any letter case; null where there is none.
 KPIFCCORE_EXPORT const KpIfcAttributeFacts* findAttributeFacts(const KpIfcEntityBase& instance, std::string_view name);
 

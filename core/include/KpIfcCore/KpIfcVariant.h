@@ -80,7 +80,7 @@ public:
         if (!converted) return false;
         if constexpr (std::is_same_v<T, KpAnsiString>) {
             if (const char* const* text = converted->getIf<const char*>()) {
-                out = *text;
+                out = *text ? KpAnsiString(*text) : KpAnsiString::unset();
                 return true;
             }
         }
@@ -89,7 +89,8 @@ public:
         return value != nullptr;
     }
     /// The value as one of another type: this variant where it is that already, else `scratch`, which then holds what
-    /// the value was converted to; null where neither type knows how. Asked for a KpAnsiString, it may be a const char*.
+    /// the value was converted to; null where neither type knows how. Asked for a KpAnsiString, it may be a const
+    /// char*.
     const KpIfcVariant* convert(const KpIfcVariantType& target, KpIfcVariant& scratch) const;
 
     template <KpIfcDescribed T>
@@ -111,9 +112,10 @@ public:
     template <class T>
     void setPlain(const KpIfcVariantType& type, const T& value) {
         static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= kInline);
+        const T copy = value; // may be a part of what is destroyed
         if (ownsValue()) destroy();
         m_type = &type;
-        std::memcpy(m_storage, &value, sizeof value);
+        std::memcpy(m_storage, &copy, sizeof copy);
     }
 
     /// The bytes of the value: an object of the described type; not for variants without value.

@@ -7,6 +7,8 @@ class KcString;
 
 namespace KP_SDAI {
 
+class KpIfcEntityBase;
+
 /// How narrow texts stand for Unicode.
 enum CodecType : int {
     kCodecUtf8 = 0, ///< as UTF-8
@@ -21,5 +23,9 @@ public:
     void encodeText(const KcString& text, KpAnsiString& encoded, CodecType codec) const;
     void decodeText(const KpAnsiString& encoded, KcString& text, CodecType codec) const;
 };
+
+/// How the texts of an instance stand for Unicode: as its model was read; of an instance of no model, as
+/// KpIfcSettings::get_useUTF8() says.
+KPIFCCORE_EXPORT CodecType codecOf(const KpIfcEntityBase& instance);
 
 } // namespace KP_SDAI
