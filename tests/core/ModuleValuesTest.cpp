@@ -1,6 +1,6 @@
 #include "ModulePath.h"
 
-#include <KpIfcCore/KpIfcAggrValues.h>
+#include <KpIfcCore/KpIfcAggrAccess.h>
 #include <KpIfcCore/KpIfcEntityBase.h>
 #include <KpIfcCore/KpIfcEnumerationType.h>
 #include <KpIfcCore/KpIfcVariantTypes.h>

@@ -1,7 +1,7 @@
 #include "Counted.h"
 #include "VariantText.h"
 
-#include <KpIfcCore/KpIfcAggrValues.h>
+#include <KpIfcCore/KpIfcAggrAccess.h>
 #include <KpIfcCore/KpIfcVariantTypes.h>
 
 #include <gtest/gtest.h>
