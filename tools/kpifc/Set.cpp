@@ -62,9 +62,11 @@ Assignment parse(const std::string& text, Targets& targets) {
     Assignment assignment{target.instance, settable(target), target.text(), {}};
     const std::string_view value = trimmed(std::string_view(text).substr(sign + 1));
     if (!KpStepValue::read(value, assignment.value)) {
-        throw Failure(fmt::format("{}: found {}, which is no value in the notation of STEP files, expected {}",
-                                  assignment.target, value.empty() ? "nothing" : printable(value),
-                                  valuesText(*assignment.attribute->domain())));
+        throw Failure(
+            fmt::format("{}: found {}, which is no value in the notation of STEP files (texts stand in apostrophes), "
+                        "expected {}",
+                        assignment.target, value.empty() ? "nothing" : printable(value),
+                        valuesText(*assignment.attribute->domain())));
     }
     return assignment;
 }
