@@ -50,6 +50,10 @@ std::uint64_t KpIfcModel::highestName() const {
     return m_data->highestName;
 }
 
+void KpIfcModel::forgetSource(const KpIfcEntityBase& instance, std::size_t field) {
+    m_data->forgetField(instance, field);
+}
+
 KpIfcModel::Range KpIfcModel::range(const KpIfcEntityType* type, bool withSubtypes) const {
     Range range;
     range.m_begin.m_data = m_data.get();

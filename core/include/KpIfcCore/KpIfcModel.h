@@ -59,6 +59,10 @@ public:
     std::size_t keptRecordCount() const;
     std::uint64_t highestName() const;
 
+    /// Forgets the source text that is kept of a field because its attribute could not hold what the file said, so that
+    /// the attribute's value is written even where nothing has changed it since. `field` counts from 0 in the record.
+    void forgetSource(const KpIfcEntityBase& instance, std::size_t field);
+
     /// Walks instances in ascending order of their names, all of them or those of one type.
     class KPIFCCORE_EXPORT Iterator {
     public:
