@@ -144,8 +144,8 @@ const Refusal kRefusals[] = {
     {"DeepList", "#4.Coordinates=((1.),(2.))", "member 1: found (1.), expected IfcLengthMeasure, which is REAL"},
     {"NumberForText", "#1.FamilyName=3", "found 3, expected IfcLabel, which is STRING"},
     {"TypedValueForText", "#1.FamilyName=IFCLABEL('x')", "found IFCLABEL('x'), expected IfcLabel, which is STRING"},
-    {"ShortGlobalId", "#10.GlobalId='abc'",
-     "found 'abc' of length 3, expected IfcGloballyUniqueId, which is STRING(22) FIXED"},
+    {"ShortGlobalId", "#10.GlobalId='abc'", "#10.GlobalId of IfcSite: found 3 characters, expected 22"},
+    {"NumberForGlobalId", "#10.GlobalId=1", "found 1, expected IfcGloballyUniqueId"},
     {"TextForReal", "#10.RefElevation='1.'", "found '1.', expected IfcLengthMeasure, which is REAL"},
     {"NoNumber", "#10.RefElevation=1.2.3", "found 1.2.3, expected IfcLengthMeasure"},
     {"NumberThatIsTooLarge", "#10.RefElevation=1.E999", "found 1.E999, expected"},
@@ -205,6 +205,16 @@ TEST(SetFilesTest, KeepsWhatItDoesNotUnderstand) {
             << assignment;
     }
     EXPECT_FALSE(std::filesystem::exists(folder.path("newer.ifc")));
+}
+
+TEST(SetFilesTest, ReplacesTextThatTheAttributeCouldNotHold) {
+    const WorkFolder folder;
+    folder.write("model.ifc", stepFile("#1=IFCSIUNIT(*,.NOSUCHUNIT.,.NOSUCHPREFIX.,.METRE.);#2=IFCVERTEXPOINT(#9);"));
+    const Outcome outcome = folder.run("kpifc set model.ifc '#1.Prefix=$' '#2.VertexGeometry=$' -o new.ifc");
+    EXPECT_EQ(outcome.exitCode, 1) << outcome.err;
+    const std::string written = contentOf(folder.path("new.ifc"));
+    EXPECT_NE(written.find("#1=IFCSIUNIT(*,.NOSUCHUNIT.,$,.METRE.);\n#2=IFCVERTEXPOINT($);\n"), std::string::npos)
+        << written;
 }
 
 TEST(SetFilesTest, WhatGetPrintsChangesNothing) {

@@ -12,6 +12,7 @@
 
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -119,6 +120,17 @@ void tellDepartures(const Assignment& assignment) {
     }
 }
 
+/// Makes sure that the value is written, also in place of text that the attribute could not hold.
+void forgetSource(const Assignment& assignment) {
+    std::size_t place = 0; // in the record, which has a field for every explicit attribute
+    for (const KpIfcAttributeDefinition* attribute : assignment.instance->getInstanceType()->allAttributes()) {
+        if (attribute == assignment.attribute) {
+            return assignment.instance->owningModel()->forgetSource(*assignment.instance, place);
+        }
+        place += attribute->kind() == KpIfcAttributeKind::explicitAttribute;
+    }
+}
+
 /// Stores the value in the model; throws Failure where the attribute cannot hold it.
 void apply(const Assignment& assignment, const StepConversion& conversion) {
     const KpAnsiString name(assignment.attribute->name());
@@ -128,6 +140,11 @@ void apply(const Assignment& assignment, const StepConversion& conversion) {
         const KpIfcAttributeFacts* facts = assignment.attribute->facts();
         if (facts && facts->kind == KpIfcFieldKind::notKept) {
             throw Failure(assignment.target + " cannot be set: values of it are neither read nor written");
+        }
+        if (facts && facts->kind == KpIfcFieldKind::guid && assignment.value.kind == KpStepValue::Kind::string &&
+            assignment.value.text.size() != KpIfcGUID::kLength) {
+            throw Failure(fmt::format("{}: found {} characters, expected {}", assignment.target,
+                                      assignment.value.text.size(), KpIfcGUID::kLength));
         }
         KpIfcVariant value;
         try {
@@ -139,6 +156,7 @@ void apply(const Assignment& assignment, const StepConversion& conversion) {
             throw Failure(fmt::format("{} does not take this value", assignment.target));
         }
     }
+    forgetSource(assignment);
     tellDepartures(assignment);
 }
 

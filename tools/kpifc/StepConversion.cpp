@@ -10,7 +10,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <charconv>
 
 using namespace KP_SDAI;
@@ -44,11 +43,6 @@ bool parse(std::string_view text, T& number) {
     return error == std::errc() && behind == end;
 }
 
-std::size_t lengthOf(std::string_view utf8) {
-    return static_cast<std::size_t>(
-        std::count_if(utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
 } // namespace
 
 KpIfcVariant StepConversion::convert(const Value& value, const Type& declared, const KpIfcVariantType* select) const {
@@ -62,8 +56,8 @@ KpIfcVariant StepConversion::convert(const Value& value, const Type& declared, c
     if (const auto* type = base->as<KpIfcSimpleType>()) {
         return simple(value, *type, declared);
     }
-    if (const auto* limits = base->as<KpIfcStringType>()) {
-        return string(value, limits, declared);
+    if (base->as<KpIfcStringType>()) {
+        return string(value, declared);
     }
     if (const auto* enumeration = base->as<KpIfcEnumerationType>()) {
         return literal(value, *enumeration, declared);
@@ -83,7 +77,7 @@ KpIfcVariant StepConversion::simple(const Value& value, const KpIfcSimpleType& s
     case kTypeInteger: return wholeNumber(value, declared);
     case kTypeBoolean: return truth(value, false, declared);
     case kTypeLogical: return truth(value, true, declared);
-    case kTypeString: return string(value, nullptr, declared);
+    case kTypeString: return string(value, declared);
     case kTypeBinary: return binary(value, declared);
     default: refuse(value, declared);
     }
@@ -116,12 +110,9 @@ KpIfcVariant StepConversion::truth(const Value& value, bool isLogical, const Typ
     return code == 'U' ? KpIfcLogical(KpIfcLogical::Unknown) : KpIfcLogical(code == 'T');
 }
 
-KpIfcVariant StepConversion::string(const Value& value, const KpIfcStringType* limits, const Type& declared) const {
+KpIfcVariant StepConversion::string(const Value& value, const Type& declared) const {
     if (value.kind != Kind::string || value.text == Consts::KpStringUnset) {
         refuse(value, declared);
-    }
-    if (limits && limits->isFixed() && lengthOf(value.text) != static_cast<std::size_t>(limits->width())) {
-        refuse(fmt::format("{} of length {}", shown(value), lengthOf(value.text)), declared);
     }
     std::string text = value.text;
     if (!m_model.textIsUtf8()) {

@@ -34,7 +34,7 @@ private:
     Variant number(const Value& value, const Type& declared) const;
     Variant wholeNumber(const Value& value, const Type& declared) const;
     Variant truth(const Value& value, bool isLogical, const Type& declared) const;
-    Variant string(const Value& value, const KP_SDAI::KpIfcStringType* limits, const Type& declared) const;
+    Variant string(const Value& value, const Type& declared) const;
     Variant binary(const Value& value, const Type& declared) const;
     Variant literal(const Value& value, const KP_SDAI::KpIfcEnumerationType& enumeration, const Type& declared) const;
     Variant reference(const Value& value, const KP_SDAI::KpIfcEntityType& entity) const;
