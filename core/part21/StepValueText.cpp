@@ -111,9 +111,9 @@ bool KpStepValue::read(std::string_view text, KpStepValue& value) {
 }
 
 std::string KpStepValue::spelled() const {
-    std::string text;
-    writeStepValue(*this, text);
-    return text;
+    std::string out;
+    writeStepValue(*this, out);
+    return out;
 }
 
 } // namespace KP_SDAI

@@ -47,6 +47,9 @@ const KpIfcExplicitAttributeDefinition* settable(const Target& target) {
         throw Failure(fmt::format("{} is inverse and cannot be set; {}.{} of the instances that refer to this one can",
                                   target.text(), inverse->target()->displayName(), inverted ? inverted->name() : "?"));
     }
+    if (!baseType(target.attribute->domain())) {
+        throw Failure(target.text() + " is of a type that the schema does not declare");
+    }
     return target.attribute->as<KpIfcExplicitAttributeDefinition>();
 }
 

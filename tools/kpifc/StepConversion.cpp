@@ -48,7 +48,7 @@ bool parse(std::string_view text, T& number) {
 KpIfcVariant StepConversion::convert(const Value& value, const Type& declared, const KpIfcVariantType* select) const {
     const DictionaryInstance* base = baseType(&declared);
     if (!base) {
-        throw Failure("its type is not known");
+        throw Failure("the schema does not declare its type");
     }
     if (const auto* entity = base->as<KpIfcEntityType>()) {
         return reference(value, *entity);
@@ -169,7 +169,7 @@ KpIfcVariant StepConversion::alternative(const Value& value, const KpIfcVariantT
     KpIfcVariant made;
     KpIfcSelect* const select = type.createVariant(made) ? type.storedSelect(made) : nullptr;
     if (!select) {
-        throw Failure("its type cannot be made");
+        throw Failure(fmt::format("no {} can be made", valuesText(declared)));
     }
     if (value.kind == Kind::reference) {
         const KpDbObjectId found = handle(value, declared);
