@@ -119,11 +119,12 @@ class SetRefusalTest : public testing::TestWithParam<Refusal> {};
 TEST_P(SetRefusalTest, WritesNothingAndTellsWhy) {
     const WorkFolder folder;
     folder.write("model.ifc", smallModel());
-    const Outcome outcome = folder.run("kpifc set model.ifc \"#1.Id='1'\" " + ::quoted(GetParam().assignment) +
-                                       " \"#1.Id='2'\" -o new.ifc");
+    const Outcome outcome =
+        folder.run("kpifc set model.ifc '#2.Name=$' " + ::quoted(GetParam().assignment) + " \"#1.Id='2'\" -o new.ifc");
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.out, "");
     EXPECT_NE(outcome.err.find(GetParam().said), std::string::npos) << outcome.err;
+    EXPECT_EQ(linesOf(outcome.err).size(), 1u) << outcome.err; // nothing of what the first one would have done
     EXPECT_FALSE(std::filesystem::exists(folder.path("new.ifc")));
     EXPECT_EQ(contentOf(folder.path("model.ifc")), smallModel());
 }

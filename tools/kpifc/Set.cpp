@@ -87,13 +87,13 @@ const KpIfcVariantType* selectDescriptor(const Assignment& assignment) {
     return aggregate ? aggregate->implementation()->elementType() : nullptr;
 }
 
-/// Tells of what may be stored but is not as the schema wants it.
-void tellDepartures(const Assignment& assignment) {
+/// Notes what was stored but is not as the schema wants it.
+void noteDepartures(const Assignment& assignment, std::vector<std::string>& notes) {
     const KpIfcExplicitAttributeDefinition& attribute = *assignment.attribute;
-    const auto say = [&](const std::string& text) { tell(fmt::format("kpifc: {}: {}", assignment.target, text)); };
+    const auto note = [&](const std::string& text) { notes.push_back(assignment.target + ": " + text); };
     if (assignment.value.kind == KpStepValue::Kind::unset) {
         if (!attribute.isOptionalInFiles()) {
-            say("is not optional, but has no value now");
+            note("is not optional, but has no value now");
         }
         return;
     }
@@ -107,7 +107,7 @@ void tellDepartures(const Assignment& assignment) {
     const auto given = static_cast<std::int64_t>(assignment.value.items.size());
     const auto kept = static_cast<std::int64_t>(aggregate->size());
     if (kept != given) {
-        say(fmt::format("{} of {} members left out, because they come again", given - kept, given));
+        note(fmt::format("{} of {} members left out, because they come again", given - kept, given));
     }
     if (kept == 0 && attribute.isOptionalInFiles()) {
         return; // no value
@@ -118,8 +118,8 @@ void tellDepartures(const Assignment& assignment) {
     const std::int64_t first = aggregation->as<KpIfcArrayType>() ? lower.value() : 1;
     const std::int64_t least = aggregation->as<KpIfcArrayType>() ? upper.value() - first + 1 : lower.value();
     if (kept < least || (!upper.isUnbounded() && kept > upper.value() - first + 1)) {
-        say(fmt::format("{} now, not {}", counted(static_cast<std::uint64_t>(kept), "member"),
-                        valuesText(*attribute.domain())));
+        note(fmt::format("{} now, not {}", counted(static_cast<std::uint64_t>(kept), "member"),
+                         valuesText(*attribute.domain())));
     }
 }
 
@@ -160,7 +160,6 @@ void apply(const Assignment& assignment, const StepConversion& conversion) {
         }
     }
     forgetSource(assignment);
-    tellDepartures(assignment);
 }
 
 ExitCode set(const SetArguments& arguments) {
@@ -172,8 +171,13 @@ ExitCode set(const SetArguments& arguments) {
         assignments.push_back(parse(text, targets));
     }
     const StepConversion conversion(*file.model());
+    std::vector<std::string> notes; // told only when nothing was refused
     for (const Assignment& assignment : assignments) {
         apply(assignment, conversion);
+        noteDepartures(assignment, notes);
+    }
+    for (const std::string& note : notes) {
+        tell("kpifc: " + note);
     }
     return save(file, arguments.input, arguments.output, counted(assignments.size(), "attribute") + " set");
 }
