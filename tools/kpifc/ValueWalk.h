@@ -70,7 +70,10 @@ private:
     void walk(KP_SDAI::KpIfcLogical value) { value.isSet() ? writer().truth(value) : writer().null(); }
     void walk(const KP_SDAI::KpAnsiString& value) { walkText(value.view()); }
     void walk(const KP_SDAI::KpDbObjectId& value) { value.isNull() ? writer().null() : writer().reference(value); }
-    void walkText(std::string_view value) { value == Consts::KpStringUnset ? writer().null() : writer().text(value); }
+    void walkText(std::string_view value) {
+        value == std::string_view(Consts::KpStringUnset, Consts::KpStringUnsetLength) ? writer().null()
+                                                                                      : writer().text(value);
+    }
     void walkLiteral(const char* value) { value ? writer().literal(value) : writer().null(); }
 
     void walk(const KP_SDAI::KpIfcSelect& select) {
