@@ -66,6 +66,10 @@ KpIfcArray<KpDbObjectId> KpIfcModel::referrers(const KpDbObjectId& handle) const
     return referrers;
 }
 
+void KpIfcModel::forgetSource(const KpIfcEntityBase& instance, std::size_t field) {
+    m_data->forgetField(instance, field);
+}
+
 KpIfcModel::Range KpIfcModel::range(const KpIfcEntityType* type, bool withSubtypes) const {
     Range range;
     range.m_begin.m_data = m_data.get();

@@ -66,6 +66,13 @@ const std::vector<KeptField>* ModelData::keptFields(const KpIfcEntityBase& insta
     return found == m_keptFields.end() ? nullptr : &found->second;
 }
 
+void ModelData::forgetField(const KpIfcEntityBase& instance, std::size_t field) {
+    const auto found = m_keptFields.find(&instance);
+    if (found == m_keptFields.end()) return;
+    if (std::erase_if(found->second, [field](const KeptField& kept) { return kept.field == field; }))
+        std::erase_if(found->second, [](const KeptField& kept) { return kept.field == KeptField::kWholeRecord; });
+}
+
 void ModelData::noteHeap(KpIfcEntityBase& instance) {
     m_toDestroy.push_back(&instance);
     instance.m_self |= KpIfcEntityBase::kOwnsHeap;

@@ -68,6 +68,8 @@ public:
     void demote(KpIfcSlot* slot, std::string text);
     void keepField(KpIfcEntityBase& instance, KeptField field);
     const std::vector<KeptField>* keptFields(const KpIfcEntityBase& instance) const;
+    /// Drops what is kept of a field, and with it the text of the whole record, which has that field too.
+    void forgetField(const KpIfcEntityBase& instance, std::size_t field);
 
     /// Registers an instance whose destructor has to run.
     void noteHeap(KpIfcEntityBase& instance);

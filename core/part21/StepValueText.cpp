@@ -70,32 +70,50 @@ const char* readStepValues(const char* p, const char* end, std::vector<KpStepVal
     return readValues(p, end, values, 0);
 }
 
-void writeStepValues(const std::vector<KpStepValue>& values, std::string& out) {
+static void writeStepValue(const KpStepValue& value, std::string& out) {
     using Kind = KpStepValue::Kind;
+    switch (value.kind) {
+    case Kind::unset: out += '$'; break;
+    case Kind::derived: out += '*'; break;
+    case Kind::string:
+        out += '\'';
+        KpStepText::encode(value.text, out);
+        out += '\'';
+        break;
+    case Kind::enumeration: out += '.' + value.text + '.'; break;
+    case Kind::binary: out += '"' + value.text + '"'; break;
+    case Kind::number:
+    case Kind::reference: out += value.text; break;
+    case Kind::typed: out += value.text; [[fallthrough]];
+    case Kind::list:
+        out += '(';
+        writeStepValues(value.items, out);
+        out += ')';
+        break;
+    }
+}
+
+void writeStepValues(const std::vector<KpStepValue>& values, std::string& out) {
     bool next = false;
     for (const KpStepValue& value : values) {
         if (next) out += ',';
         next = true;
-        switch (value.kind) {
-        case Kind::unset: out += '$'; break;
-        case Kind::derived: out += '*'; break;
-        case Kind::string:
-            out += '\'';
-            KpStepText::encode(value.text, out);
-            out += '\'';
-            break;
-        case Kind::enumeration: out += '.' + value.text + '.'; break;
-        case Kind::binary: out += '"' + value.text + '"'; break;
-        case Kind::number:
-        case Kind::reference: out += value.text; break;
-        case Kind::typed: out += value.text; [[fallthrough]];
-        case Kind::list:
-            out += '(';
-            writeStepValues(value.items, out);
-            out += ')';
-            break;
-        }
+        writeStepValue(value, out);
     }
+}
+
+bool KpStepValue::read(std::string_view text, KpStepValue& value) {
+    const std::string ended(text); // a zero stands behind it
+    const char* const end = ended.c_str() + ended.size();
+    value = {};
+    const char* const p = readValue(lexer::skipBlanks(ended.c_str(), end), end, value, 0);
+    return p && lexer::skipBlanks(p, end) == end;
+}
+
+std::string KpStepValue::spelled() const {
+    std::string out;
+    writeStepValue(*this, out);
+    return out;
 }
 
 } // namespace KP_SDAI

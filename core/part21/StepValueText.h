@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KpIfcCore/KpIfcHeader.h>
+#include <KpIfcCore/KpStepValue.h>
 
 #include <string>
 

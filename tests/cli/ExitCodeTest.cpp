@@ -38,12 +38,20 @@ const Call kCalls[] = {
     {"Info", "kpifc info clean.ifc", 0},
     {"InfoForPrograms", "kpifc info --json clean.ifc", 0},
     {"Dump", "kpifc dump clean.ifc", 0},
+    {"HelpOfGet", "kpifc get --help", 0},
+    {"HelpOfSet", "kpifc set --help", 0},
+    {"Get", "kpifc get clean.ifc '#1'", 0},
     {"NoCommand", "kpifc", 2},
     {"UnknownCommand", "kpifc explain clean.ifc", 2},
     {"UnknownOption", "kpifc info --loud clean.ifc", 2},
     {"NoFile", "kpifc dump", 2},
     {"TwoFiles", "kpifc dump clean.ifc clean.ifc", 2},
     {"NoOutput", "kpifc convert clean.ifc", 2},
+    {"NothingToGet", "kpifc get clean.ifc", 2},
+    {"NothingToSet", "kpifc set clean.ifc -o new.ifc", 2},
+    {"NoOutputOfSet", "kpifc set clean.ifc '#1.Coordinates=(1.)'", 2},
+    {"MissingFileToSet", "kpifc set missing.ifc '#1.Coordinates=(1.)' -o new.ifc", 2},
+    {"SetIntoMissingFolder", "kpifc set clean.ifc '#1.Coordinates=(1.)' -o missing/new.ifc", 2},
     {"MissingFile", "kpifc info missing.ifc", 2},
     {"Folder", "kpifc info .", 2},
     {"OutputInMissingFolder", "kpifc convert clean.ifc -o missing/new.ifc", 2},
@@ -128,7 +136,7 @@ TEST_P(LostOutputTest, ClosedOutputIsAnError) {
 
 INSTANTIATE_TEST_SUITE_P(Results, LostOutputTest,
                          testing::Values("--help", "--version", "info points.ifc", "info --json points.ifc",
-                                         "dump points.ifc"),
+                                         "dump points.ifc", "get points.ifc '#1'"),
                          [](const auto& test) { return "Call" + std::to_string(test.index); });
 
 TEST(BrokenPipeTest, IsAnError) {

@@ -1,10 +1,7 @@
 #include "Commands.h"
 #include "Files.h"
-#include "Output.h"
+#include "Save.h"
 
-#include <fmt/format.h>
-
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -20,32 +17,9 @@ struct ConvertArguments {
 };
 
 ExitCode convert(const ConvertArguments& arguments) {
-    std::error_code none; // files that are missing are not the same
-    if (std::filesystem::equivalent(arguments.input, arguments.output, none)) {
-        throw Failure(arguments.output + " is the input, which is not overwritten");
-    }
+    refuseToOverwrite(arguments.input, arguments.output);
     KpIfcFile file = openFile(arguments.input);
-    if (file.save(arguments.output) != KP::eOk) {
-        throw Failure(file.error());
-    }
-
-    const KpIfcModel& model = *file.model();
-    std::string line =
-        fmt::format("{} -> {}: {}", arguments.input, arguments.output, counted(model.count(), "instance"));
-    if (model.keptRecordCount()) {
-        line += fmt::format(", {} kept as text", counted(model.keptRecordCount(), "record"));
-    }
-    if (const std::string problems = summary(file.report()); !problems.empty()) {
-        line += fmt::format("; read with {}", problems);
-    }
-    if (const std::string problems = summary(file.writeReport()); !problems.empty()) {
-        line += fmt::format("; written with {}", problems);
-    }
-    tell(line);
-    for (const KpIfcReportEntry& entry : file.writeReport().entries()) {
-        tell(fmt::format("{}: {}", arguments.output, entry.text()));
-    }
-    return file.writeReport().isClean() ? exitCode(file.report()) : kProblems;
+    return save(file, arguments.input, arguments.output);
 }
 
 } // namespace

@@ -1,16 +1,10 @@
 #include "Commands.h"
 #include "Files.h"
-#include "JsonText.h"
+#include "InstanceJson.h"
 #include "Output.h"
-#include "ValueJson.h"
-
-#include <KpIfcCore/KpIfcEntityType.h>
 
 #include <memory>
 #include <string>
-#include <unordered_map>
-#include <utility>
-#include <vector>
 
 using namespace KP_SDAI;
 
@@ -18,49 +12,12 @@ namespace kpifc {
 
 namespace {
 
-/// What the lines of one entity's instances have in common.
-struct Layout {
-    struct Field {
-        const KpIfcAttributeFacts* facts;
-        std::string key; ///< with what separates it from the value before
-    };
-    std::string type; ///< from behind the instance name to the attributes
-    std::vector<Field> fields;
-};
-
-Layout layoutOf(const KpIfcEntityType& type) {
-    Layout layout;
-    layout.type = ",\"type\":";
-    json::appendText(layout.type, type.displayName());
-    layout.type += ",\"attributes\":{";
-    for (const KpIfcAttributeFacts* facts : type.recordFields()) {
-        if (facts->kind != KpIfcFieldKind::derived) {
-            std::string key = layout.fields.empty() ? "" : ",";
-            json::appendText(key, facts->name);
-            layout.fields.push_back({facts, key + ':'});
-        }
-    }
-    return layout;
-}
-
 void dumpModel(const KpIfcModel& model, Output& output) {
     std::string& text = output.text();
-    ValueJson values(text, model.textIsUtf8());
-    std::unordered_map<const KpIfcEntityType*, Layout> layouts;
-    for (KpIfcEntityBase* instance : model.instances()) {
-        const KpIfcEntityType* type = instance->getInstanceType();
-        auto found = layouts.find(type);
-        if (found == layouts.end()) {
-            found = layouts.emplace(type, layoutOf(*type)).first;
-        }
-        text += "{\"id\":";
-        json::appendNumber(text, instance->instanceName());
-        text += found->second.type;
-        for (const Layout::Field& field : found->second.fields) {
-            text += field.key;
-            values.attribute(*instance, *field.facts);
-        }
-        text += "}}\n";
+    InstanceJson instances(text, model.textIsUtf8());
+    for (const KpIfcEntityBase* instance : model.instances()) {
+        instances.append(*instance);
+        text += '\n';
         output.passOn();
     }
 }
@@ -69,6 +26,7 @@ ExitCode dump(const std::string& path) {
     const KpIfcFile file = openFile(path);
     tellProblems(path, file.report());
     Output output;
+    file.model()->mode(kReadOnly);
     dumpModel(*file.model(), output);
     output.finish();
     return exitCode(file.report());

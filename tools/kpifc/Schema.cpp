@@ -8,7 +8,6 @@
 #include <KpIfcCore/KpIfcModule.h>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <memory>
 #include <optional>
@@ -26,11 +25,8 @@ struct SchemaArguments {
 };
 
 std::string unknownText(const KpIfcSchema& schema, const std::string& name) {
-    std::string text = fmt::format("{} declares no \"{}\"", schema.name(), printable(name));
-    if (const std::vector<std::string> near = suggestions(SchemaNames(schema), name); !near.empty()) {
-        text += fmt::format("; did you mean {}?", fmt::join(near, ", "));
-    }
-    return text;
+    return fmt::format("{} declares no \"{}\"{}", schema.name(), printable(name),
+                       didYouMean(suggestions(SchemaNames(schema), name)));
 }
 
 std::string answer(const KpIfcSchema& schema, const SchemaArguments& arguments) {

@@ -2,6 +2,9 @@
 
 #include <KpIfcCore/KpTextCase.h>
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -59,6 +62,14 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
 } // namespace
 
 std::vector<std::string> suggestions(const SchemaNames& names, std::string_view name) {
+    std::vector<std::string> all;
+    for (const std::vector<std::string>* list : {&names.entities, &names.types, &names.enumerations, &names.selects}) {
+        all.insert(all.end(), list->begin(), list->end());
+    }
+    return suggestions(all, name);
+}
+
+std::vector<std::string> suggestions(const std::vector<std::string>& names, std::string_view name) {
     constexpr std::string_view prefix = "ifc";
     const std::string asked = lower(name);
     const std::string_view letters = std::string_view(asked).substr(asked.starts_with(prefix) ? prefix.size() : 0);
@@ -67,15 +78,13 @@ std::vector<std::string> suggestions(const SchemaNames& names, std::string_view 
     }
     std::vector<std::pair<std::size_t, const std::string*>> near;
     std::vector<std::pair<std::size_t, const std::string*>> containing;
-    for (const std::vector<std::string>* list : {&names.entities, &names.types, &names.enumerations, &names.selects}) {
-        for (const std::string& known : *list) {
-            std::string own = lower(known);
-            own.erase(0, own.starts_with(prefix) ? prefix.size() : 0);
-            if (const std::size_t distance = editDistance(letters, own); distance <= 1 + letters.size() / 4) {
-                near.emplace_back(distance, &known);
-            } else if (own.find(letters) != std::string::npos) {
-                containing.emplace_back(own.size(), &known);
-            }
+    for (const std::string& known : names) {
+        std::string own = lower(known);
+        own.erase(0, own.starts_with(prefix) ? prefix.size() : 0);
+        if (const std::size_t distance = editDistance(letters, own); distance <= 1 + letters.size() / 4) {
+            near.emplace_back(distance, &known);
+        } else if (own.find(letters) != std::string::npos) {
+            containing.emplace_back(own.size(), &known);
         }
     }
     auto& found = near.empty() ? containing : near;
@@ -86,6 +95,10 @@ std::vector<std::string> suggestions(const SchemaNames& names, std::string_view 
         result.push_back(*known);
     }
     return result;
+}
+
+std::string didYouMean(const std::vector<std::string>& suggestions) {
+    return suggestions.empty() ? "" : fmt::format("; did you mean {}?", fmt::join(suggestions, ", "));
 }
 
 } // namespace kpifc

@@ -2,6 +2,7 @@
 #include "Schema.h"
 #include "SchemaLayout.h"
 #include "SchemaUses.h"
+#include "TypeText.h"
 
 #include <KpIfcCore/KpIfcEnumerationType.h>
 #include <KpIfcCore/KpIfcExpressText.h>
@@ -163,14 +164,6 @@ void members(SchemaLayout& out, const KpIfcSelectType& select) {
         out.line(fmt::format("A value is one of {} types", flattened.size()));
         out.list("", 2, namesOf(flattened));
     }
-}
-
-/// "IfcLengthMeasure, which is REAL"
-std::string chainText(const KpIfcDefinedType& type) {
-    std::string text = definitionText(type);
-    const DictionaryInstance* underlying = type.underlyingType();
-    const auto* named = underlying ? underlying->as<KpIfcDefinedType>() : nullptr;
-    return named && !named->isAnonymous() ? text + ", which is " + chainText(*named) : text;
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <KpIfcCore/KpIfcFacts.h>
+#include "ValueWalk.h"
 
 #include <string>
 #include <string_view>
@@ -19,30 +19,33 @@ namespace kpifc {
 ///     aggregate                  an array, empty where the attribute is unset
 ///
 /// null stands for no value, also of a defined type that is an aggregate, and for references to no instance.
-class ValueJson {
+class ValueJson : private ValueWalk<ValueJson> {
 public:
     /// `isUtf8`: whether texts of the model are UTF-8, else they are encoded as in files.
     ValueJson(std::string& out, bool isUtf8) : m_out(out), m_isUtf8(isUtf8) {}
 
-    /// The value of an attribute, of any kind but derived.
-    void attribute(KP_SDAI::KpIfcEntityBase& instance, const KP_SDAI::KpIfcAttributeFacts& facts);
+    /// `isNamedAggregation`: whether the attribute is declared by the name of a defined type that is an aggregation.
+    void attribute(const KP_SDAI::KpIfcVariant& value, bool isNamedAggregation) { walk(value, isNamedAggregation); }
 
 private:
+    friend class ValueWalk<ValueJson>;
+
     void null() { m_out += "null"; }
-    void value(double value);
-    void value(int value);
-    void value(KP_SDAI::KpIfcBoolean value);
-    void value(KP_SDAI::KpIfcLogical value);
-    void value(const KP_SDAI::KpAnsiString& value);
-    void value(const KP_SDAI::KpDbObjectId& value);
-    void value(const KP_SDAI::KpIfcSelect& select);
+    void real(double value);
+    void integer(int value);
+    void truth(KP_SDAI::KpIfcLogical value);
     void text(std::string_view value);
     void literal(const char* value);
-    void typedValue(const KP_SDAI::KpIfcSelect& select);
-    void aggregate(const KP_SDAI::KpIfcAggr& aggregate, const KP_SDAI::KpIfcAggrFacts& facts);
-    template <class T>
-    void elements(const KP_SDAI::KpIfcAggr& aggregate);
-    void selects(const KP_SDAI::KpIfcAggr& aggregate, const KP_SDAI::KpIfcAggrFacts& facts);
+    void reference(const KP_SDAI::KpDbObjectId& value);
+    void beginTyped(const char* name);
+    void endTyped() { m_out += '}'; }
+    void beginList() { m_out += '['; }
+    void nextItem() {
+        if (m_out.back() != '[') {
+            m_out += ',';
+        }
+    }
+    void endList() { m_out += ']'; }
 
     std::string& m_out;
     bool m_isUtf8;

@@ -25,11 +25,15 @@ static int run(int argc, char** argv) {
                "  kpifc info house.ifc\n"
                "  kpifc convert house.ifc -o house_new.ifc\n"
                "  kpifc dump house.ifc > house.jsonl\n"
+               "  kpifc get house.ifc '#15.FamilyName'\n"
+               "  kpifc set house.ifc \"#15.FamilyName='Meier'\" -o house_new.ifc\n"
                "  kpifc schema IfcWall");
     Action action;
     addInfo(app, action);
     addConvert(app, action);
     addDump(app, action);
+    addGet(app, action);
+    addSet(app, action);
     addSchema(app, action);
     try {
         app.parse(argc, argv);

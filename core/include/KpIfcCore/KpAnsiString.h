@@ -74,6 +74,11 @@ public:
     int length() const { return static_cast<int>(header().length); }
     bool isEmpty() const { return header().length == 0; }
     std::string_view view() const { return {m_text, header().length}; }
+    /// The same of the string that gave `text` as its constStr(), zeros inside it included: for the texts that
+    /// KpIfcEntityBase::getAttr() hands out.
+    static std::string_view viewOf(const char* text) {
+        return {text, reinterpret_cast<const KpTextHeader*>(text - sizeof(KpTextHeader))->length};
+    }
 
     /// True where the text is Consts::KpStringUnset: no value.
     bool isUnset() const {

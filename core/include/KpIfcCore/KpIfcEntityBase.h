@@ -38,15 +38,17 @@ public:
 
     // Attributes by name, in any letter case. The classes of a schema override the public ones; what is true of all:
     //
-    //  - a model whose mode is kAccessUndefined throws KpIfcException 190 where something is read, one whose mode is not
+    //  - a model whose mode is kAccessUndefined throws KpIfcException 190 where something is read, one whose mode is
+    //  not
     //    kReadWrite throws 180 where something is changed; nothing has changed then. Without a model all is allowed;
     //  - own and inherited explicit attributes are known, redeclared ones as the supertype's; inverse ones to getAttr()
     //    only; derived ones not at all;
     //  - nothing is checked but the type of the value: not bounds, not the entity of an instance that is referred to.
 
     /// Makes `value` what the attribute holds, unset markers included, without a copy of what lives in the instance:
-    /// texts are const char*, selects and aggregates pointers to the member. On a model that may be written, handing
-    /// out such a pointer counts as a change about to happen. False, and `value` as it was, for an unknown name.
+    /// texts are const char* (their length: KpAnsiString::viewOf()), selects and aggregates pointers to the member. On
+    /// a model that may be written, handing out such a pointer counts as a change about to happen. False, and `value`
+    /// as it was, for an unknown name.
     virtual bool getAttr(const KpAnsiString& name, KpIfcVariant& value) const;
     virtual ~KpIfcEntityBase();
     virtual KpIfcEntityType* getInstanceType() const;

@@ -1,27 +1,13 @@
 #pragma once
 
 #include <KpIfcCore/KpIfcCoreApi.h>
+#include <KpIfcCore/KpStepValue.h>
 
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace KP_SDAI {
-
-/// One parameter of a record as the file format knows it, without a schema.
-struct KpStepValue {
-    enum class Kind { unset, derived, string, number, enumeration, binary, reference, list, typed };
-
-    Kind kind = Kind::unset;
-    /// string: the text in UTF-8; number, reference: as written; enumeration: without its dots; binary: without its
-    /// quotes; typed: the keyword.
-    std::string text;
-    std::vector<KpStepValue> items; ///< of lists and typed values
-
-    static KpStepValue string(std::string text) { return {Kind::string, std::move(text), {}}; }
-    static KpStepValue list(std::vector<KpStepValue> items) { return {Kind::list, {}, std::move(items)}; }
-    friend bool operator==(const KpStepValue&, const KpStepValue&) = default;
-};
 
 /// One record of the header section.
 struct KpIfcHeaderRecord {

@@ -71,6 +71,10 @@ public:
     /// true. A model at rest may be asked by many threads at once, the first time too.
     KpIfcArray<KpDbObjectId> referrers(const KpDbObjectId& handle) const;
 
+    /// Forgets the source text that is kept of a field because its attribute could not hold what the file said, so that
+    /// the attribute's value is written even where nothing has changed it since. `field` counts from 0 in the record.
+    void forgetSource(const KpIfcEntityBase& instance, std::size_t field);
+
     /// Walks instances in ascending order of their names, all of them or those of one type.
     class KPIFCCORE_EXPORT Iterator {
     public:

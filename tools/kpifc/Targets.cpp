@@ -1,0 +1,101 @@
+#include "Targets.h"
+
+#include "Failure.h"
+#include "SchemaNames.h"
+#include "Utf8.h"
+
+#include <KpIfcCore/KpIfcGUID.h>
+#include <KpIfcCore/KpIfcVariant.h>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <charconv>
+
+using namespace KP_SDAI;
+
+namespace kpifc {
+
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
+std::string Target::text() const {
+    return fmt::format("#{}.{} of {}", instance->instanceName(), attribute->displayName(),
+                       instance->getInstanceType()->displayName());
+}
+
+bool Target::isDerived() const {
+    return attribute->kind() == KpIfcAttributeKind::derivedAttribute ||
+           instance->getInstanceType()->redeclarationOf(*attribute);
+}
+
+Target Targets::find(std::string_view name) {
+    const std::size_t point = name.find('.');
+    Target target{instance(trimmed(name.substr(0, point))), nullptr};
+    if (point == std::string_view::npos) {
+        return target;
+    }
+    const std::string_view attribute = trimmed(name.substr(point + 1));
+    const KpIfcEntityType& entity = *target.instance->getInstanceType();
+    target.attribute = entity.findAttribute(attribute);
+    if (!target.attribute) {
+        std::vector<std::string> known;
+        for (const KpIfcAttributeDefinition* each : entity.allAttributes()) {
+            known.emplace_back(each->displayName());
+        }
+        throw Failure(fmt::format("#{} is an {}, which has no attribute \"{}\"{}", target.instance->instanceName(),
+                                  entity.displayName(), printable(attribute),
+                                  didYouMean(suggestions(known, attribute))));
+    }
+    return target;
+}
+
+KpIfcEntityBase* Targets::instance(std::string_view name) {
+    std::uint64_t number = 0;
+    if (name.starts_with('#')) {
+        const char* const end = name.data() + name.size();
+        const auto [behind, error] = std::from_chars(name.data() + 1, end, number);
+        if (error != std::errc() || behind != end) {
+            throw Failure(fmt::format("\"{}\" is no instance name, such as #15", printable(name)));
+        }
+    } else if (name.size() == KpIfcGUID::kLength) {
+        number = nameOfGlobalId(name);
+    } else {
+        throw Failure(fmt::format("\"{}\" is neither an instance name, such as #15, nor a GlobalId of {} characters",
+                                  printable(name), KpIfcGUID::kLength));
+    }
+    const KpDbObjectId handle = m_model.find(number);
+    KpIfcEntityBase* instance = handle.openObject();
+    if (!instance) {
+        throw Failure(handle.isDefined()
+                          ? fmt::format("#{} could not be understood and is kept as text; kpifc info tells why", number)
+                          : fmt::format("there is no instance #{}", number));
+    }
+    return instance;
+}
+
+std::uint64_t Targets::nameOfGlobalId(std::string_view globalId) {
+    if (m_globalIds.empty()) {
+        KpIfcVariant value;
+        for (const KpIfcEntityBase* rooted : m_model.instances("IfcRoot")) {
+            rooted->getAttr("GlobalId", value);
+            if (const KpIfcGUID* own = value.getIf<KpIfcGUID>()) {
+                m_globalIds[own->constStr()].push_back(rooted->instanceName());
+            }
+        }
+    }
+    const auto found = m_globalIds.find(std::string(globalId));
+    if (found == m_globalIds.end()) {
+        throw Failure(fmt::format("no instance has the GlobalId {}", printable(globalId)));
+    }
+    if (found->second.size() > 1) {
+        throw Failure(fmt::format("the GlobalId {} is that of several instances: #{}", printable(globalId),
+                                  fmt::join(found->second, ", #")));
+    }
+    return found->second.front();
+}
+
+} // namespace kpifc

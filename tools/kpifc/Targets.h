@@ -1,0 +1,45 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcEntityType.h>
+#include <KpIfcCore/KpIfcModel.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace kpifc {
+
+/// An instance, and one of its attributes or none.
+struct Target {
+    KP_SDAI::KpIfcEntityBase* instance;
+    const KP_SDAI::KpIfcAttributeDefinition* attribute; ///< null where only an instance was named
+
+    /// "#15.FamilyName of IfcPerson"
+    std::string text() const;
+    /// True where the entity of the instance derives the attribute, whatever a supertype declares.
+    bool isDerived() const;
+};
+
+/// Finds what users name in one model: "#15.FamilyName", or "#15" alone; a GlobalId may stand for "#15". GlobalIds are
+/// those that the model had when one was first asked for.
+class Targets {
+public:
+    explicit Targets(const KP_SDAI::KpIfcModel& model) : m_model(model) {}
+
+    /// Throws Failure where there is no such instance or its entity has no such attribute.
+    Target find(std::string_view name);
+
+private:
+    KP_SDAI::KpIfcEntityBase* instance(std::string_view name);
+    std::uint64_t nameOfGlobalId(std::string_view globalId);
+
+    const KP_SDAI::KpIfcModel& m_model;
+    std::unordered_map<std::string, std::vector<std::uint64_t>> m_globalIds; ///< empty until one is asked for
+};
+
+/// A text without the blanks around it.
+std::string_view trimmed(std::string_view text);
+
+} // namespace kpifc
