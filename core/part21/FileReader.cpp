@@ -150,7 +150,7 @@ std::uint64_t FileReader::readData(ModelData& data) {
             }
         } else if (keyword == "END-ISO-10303-21") {
             m_place = end;
-            readTrailing(&data);
+            readTrailing();
             ended = true;
         } else {
             readOtherSection(end);
@@ -182,7 +182,7 @@ void FileReader::readOtherSection(const char* end) {
 }
 
 /// What follows the end mark: signatures are kept, all else is no part of the file.
-void FileReader::readTrailing(ModelData*) {
+void FileReader::readTrailing() {
     if (!skipBlanks()) return;
     if (keywordOf(m_place) == "SIGNATURE") {
         report(KpIfcFinding::sectionStructure, KpIfcSeverity::note, "a signature is kept and not checked");

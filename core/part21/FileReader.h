@@ -31,7 +31,7 @@ private:
     bool skipBlanks();
     bool readHeaderRecord(const char* end);
     void readOtherSection(const char* end);
-    void readTrailing(ModelData* data);
+    void readTrailing();
     void locateFindings();
     std::string statement(const char* end) const;
     void report(KpIfcFinding finding, KpIfcSeverity severity, std::string message);
