@@ -13,6 +13,11 @@ void KpIfcEntityBase::noteChange() {
     m_self |= kUncommitted;
 }
 
+void KpIfcEntityBase::noteHandOut() {
+    const KpIfcModel* model = owningModel();
+    if (!model || model->mode() == kReadWrite) noteChange();
+}
+
 bool KpIfcEntityBase::getAttr(const KpAnsiString&, KpIfcVariant&) const {
     return false;
 }

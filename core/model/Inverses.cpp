@@ -40,9 +40,30 @@ const KpIfcSetAggr<KpDbObjectId>& KpIfcInverseMembers::read(const KpIfcEntityBas
     return set(index);
 }
 
+namespace {
+
+/// Behind the set of all instances to which nothing refers. By name it is reached as one that could be changed; it
+/// cannot.
+class NobodyImp final : public KpIfcSetAggr<KpDbObjectId>::KpIfcSetAggrImp {
+public:
+    NobodyImp() : KpIfcSetAggrImp(Room{kPlaceholder}) {}
+    KP::ErrorStatus add(const KpDbObjectId&) override { return KP::eRefused; }
+    KP::ErrorStatus remove(const KpDbObjectId&) override { return KP::eRefused; }
+    void assign(const KpDbObjectId*, std::size_t) override {}
+    KpIfcAggrImp* clone() const override { return const_cast<NobodyImp*>(this); }
+};
+
+class NobodySet : public KpIfcSetAggr<KpDbObjectId> {
+public:
+    explicit NobodySet(NobodyImp& imp) : KpIfcSetAggr(&imp) {}
+};
+
+} // namespace
+
 const KpIfcSetAggr<KpDbObjectId>& KpIfcInverseMembers::set(std::size_t index) const {
-    static const KpIfcSetAggr<KpDbObjectId> nil;
-    return m_sets ? m_sets[index] : nil;
+    static NobodyImp imp;
+    static const NobodySet nobody(imp);
+    return m_sets ? static_cast<const KpIfcSetAggr<KpDbObjectId>&>(m_sets[index]) : nobody;
 }
 
 void KpIfcInverseMembers::enter(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, KpIfcEntityBase& referrer) {

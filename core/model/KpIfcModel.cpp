@@ -2,6 +2,8 @@
 
 #include "model/ModelData.h"
 
+#include <cstring>
+
 namespace KP_SDAI {
 
 KpIfcModel::KpIfcModel(std::shared_ptr<KpIfcModule> module)
@@ -68,6 +70,14 @@ KpIfcArray<KpDbObjectId> KpIfcModel::referrers(const KpDbObjectId& handle) const
 
 void KpIfcModel::forgetSource(const KpIfcEntityBase& instance, std::size_t field) {
     m_data->forgetField(instance, field);
+}
+
+void KpIfcModel::forgetSource(const KpIfcEntityBase& instance, const KpIfcAttributeFacts& attribute) {
+    if (!m_data->keptFields(instance)) return;
+    // Entities that redeclare attributes have rows of their own for their records: the same attribute by name.
+    const auto& fields = instance.getInstanceType()->recordFields();
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        if (equalNoCase(attribute.name, std::strlen(attribute.name), fields[i]->name)) m_data->forgetField(instance, i);
 }
 
 KpIfcModel::Range KpIfcModel::range(const KpIfcEntityType* type, bool withSubtypes) const {

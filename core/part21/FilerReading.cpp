@@ -653,7 +653,8 @@ bool KpSpfFilerBase::skipUntil(char c) {
 void KpSpfFilerBase::ignoreUntilComments(char c, bool past) {
     const char* const end = lexer::parameterEnd(m_cur, m_end);
     if (!end) return;
-    for (const char* p = lexer::skipBlanks(m_cur, end); p < end; p = lexer::skipBlanks(p + 1, end)) {
+    // What ends the parameter may be what is looked for.
+    for (const char* p = lexer::skipBlanks(m_cur, end); p <= end; p = lexer::skipBlanks(p + 1, m_end)) {
         if (*p != c) continue;
         m_cur = past ? p + 1 : p;
         return;
@@ -666,7 +667,8 @@ bool KpSpfReadHelper::ignoreParamter(bool separator) {
 
 bool KpSpfReadHelper::skipUntilRet(char c, const std::function<bool(char)>& accept) {
     const char* const end = lexer::parameterEnd(m_filer.m_cur, m_filer.m_end);
-    for (const char* p = m_filer.m_cur; p < end; ++p) {
+    if (!end) return false;
+    for (const char* p = m_filer.m_cur; p <= end; ++p) {
         if (*p == c) {
             m_filer.m_cur = p;
             return true;

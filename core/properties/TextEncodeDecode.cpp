@@ -18,7 +18,7 @@ void TextEncodeDecode::encodeText(const KcString& text, KpAnsiString& encoded, C
 }
 
 void TextEncodeDecode::decodeText(const KpAnsiString& encoded, KcString& text, CodecType codec) const {
-    text.assign(codec == kCodecStep ? KpStepText::decode(encoded.view()).c_str() : encoded.constStr());
+    text.assign(codec == kCodecStep ? std::string_view(KpStepText::decode(encoded.view())) : encoded.view());
 }
 
 CodecType codecOf(const KpIfcEntityBase& instance) {

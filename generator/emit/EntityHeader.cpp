@@ -67,7 +67,7 @@ $instanceClass$* $instanceGetter$() const;
 
 constexpr auto aggregateAccessors = R"(
 $type$& $getter$() {
-    beforeChange();
+    beforeHandOut();
     return $member$;
 }
 $constGetter$

@@ -120,6 +120,7 @@ const Words& macros() {
 const Words& entityMembers() {
     static const Words words = {"Facts",
                                 "beforeChange",
+                                "beforeHandOut",
                                 "close",
                                 "facts",
                                 "getAttr",

@@ -92,14 +92,9 @@ const KpIfcAttributeFacts* findExplicit(const KpIfcEntityFacts* facts, const KpA
     return nullptr;
 }
 
-/// A pointer into the instance is about to be handed out, through which it can be changed.
-void handOut(KpIfcEntityBase& instance) {
-    const KpIfcModel* model = instance.owningModel();
-    if (!model || model->mode() == KP_SDAI::kReadWrite) KpIfcChange::before(instance);
-}
-
 void get(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, KpIfcVariant& value) {
-    if (row.kind == KpIfcFieldKind::select || row.kind == KpIfcFieldKind::aggregate) handOut(instance);
+    if (row.kind == KpIfcFieldKind::select || row.kind == KpIfcFieldKind::aggregate)
+        KpIfcChange::beforeHandOut(instance);
     KP_SDAI::readAttribute(instance, row, value);
 }
 
@@ -202,6 +197,8 @@ bool test(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row) {
 
 void unset(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row) {
     KpIfcChange::before(instance);
+    // Unset as it may be already, it is meant to be without a value in files, too.
+    if (KpIfcModel* model = instance.owningModel()) model->forgetSource(instance, row);
     switch (row.kind) {
     case KpIfcFieldKind::string: instance.*row.member.string = KpAnsiString::unset(); break;
     case KpIfcFieldKind::guid: instance.*row.member.guid = Consts::KpStringUnset; break;

@@ -28,10 +28,14 @@ bool mayChange(const KpIfcEntityBase& instance) {
     return !model || model->mode() == KP_SDAI::kReadWrite;
 }
 
+/// The marker of an unset text stands for itself, so that what was got can be put.
 KcString shown(const KpIfcEntityBase& instance, const KpAnsiString& text) {
     KcString shown;
-    if (!text.isUnset()) KP_SDAI::TextEncodeDecode().decodeText(text, shown, codecOf(instance));
+    KP_SDAI::TextEncodeDecode().decodeText(text, shown, text.isUnset() ? KP_SDAI::kCodecUtf8 : codecOf(instance));
     return shown;
+}
+bool isUnset(const KcString& text) {
+    return text.view() == Consts::KpStringUnset;
 }
 
 /// Appends what an attribute of a relation refers to. Not by name: that would count as a change of the relation.
@@ -119,7 +123,8 @@ KP::ErrorStatus ExplicitProperty::putAttribute(KpIfcEntityBase* entity, const Kp
         const KcString* text = value.getIf<KcString>();
         if (!text) return KP::eRefused;
         KpIfcChange::before(instance);
-        KP_SDAI::TextEncodeDecode().encodeText(*text, instance.*m_row.member.string, codecOf(instance));
+        KP_SDAI::TextEncodeDecode().encodeText(*text, instance.*m_row.member.string,
+                                               isUnset(*text) ? KP_SDAI::kCodecUtf8 : codecOf(instance));
         return KP::eOk;
     }
     if (value.type() != &descriptor()) return KP::eRefused;

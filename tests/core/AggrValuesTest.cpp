@@ -71,6 +71,25 @@ TEST(AggregateValues, ListsAndArraysKeepPositionsAndDuplicates) {
     EXPECT_TRUE(reals.contains(1.0));
 }
 
+TEST(AggregateValues, ARefusedValueLeavesANilAggregateNil) {
+    KpIfcSetAggr<int> set;
+    KpIfcListAggr<double> list;
+    EXPECT_EQ(KP::eRefused, set.addValue("seven"));
+    EXPECT_EQ(KP::eRefused, list.addValue(KpIfcBoolean(true)));
+    EXPECT_TRUE(set.isNil());
+    EXPECT_TRUE(list.isNil());
+}
+
+TEST(AggregateValues, AssigningASetTakesWhatItHoldsWhateverTheBounds) {
+    KpIfcSetAggrBounded<int, 1, 2> full, other;
+    full.replace({3, 1, 2}); // as a file may have it
+    other = full;
+    EXPECT_EQ("1 2 3 ", walked(other.createConstIterator()));
+    EXPECT_EQ("1 2 3 ", walked(KpIfcSetAggrBounded<int, 1, 2>(full).createConstIterator()));
+    other.assign(KpIfcArray<int>{5, 4, 6});
+    EXPECT_EQ("4 5 ", walked(other.createConstIterator())); // an array is added value by value
+}
+
 TEST(AggregateValues, ALargeShuffledSetIsAssignedOnceSorted) {
     KpIfcSetAggr<int> set;
     KpIfcArray<int> values;

@@ -198,3 +198,21 @@ TEST(InverseEdit, TakesTimeInProportionToTheReferrers) {
 }
 
 } // namespace
+
+TEST(InverseEdit, TheSetOfNobodyIsNotForOthersToFill) {
+    const KpIfcFile file = openedRecords("#1=IFCWALL('0xGO74I1L2sOBnKbLTH2I2',$,$,$,$,$,$,$);\n"
+                                         "#2=IFCWALL('0MTM5$3o53bvtiMQUs8mBn',$,$,$,$,$,$,$);\n");
+    KpIfcVariant value;
+    ASSERT_TRUE(file.model()->find(1).openObject()->getAttr("IsDefinedBy", value));
+    KpIfcSetAggr<KpDbObjectId>* nobody = *value.getIf<KpIfcSetAggr<KpDbObjectId>*>();
+    EXPECT_EQ(KP::eRefused, nobody->add(file.model()->find(2)));
+    nobody->assign(KpIfcArray<KpDbObjectId>{file.model()->find(2)});
+    EXPECT_TRUE(nobody->isNil());
+    KpIfcArray<KpDbObjectId> referrers;
+    as<IFC2X3::IfcWall>(file.model()->find(2))->getInvIsDefinedBy(referrers);
+    EXPECT_TRUE(referrers.isEmpty());
+
+    KpIfcSetAggr<KpDbObjectId> mine(*nobody); // a copy is anybody's
+    EXPECT_EQ(KP::eOk, mine.add(file.model()->find(2)));
+    EXPECT_EQ(1u, mine.size());
+}

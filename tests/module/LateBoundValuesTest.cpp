@@ -390,3 +390,12 @@ TEST(LateBoundValue, PutIntoInstancesThatWereRead) {
 }
 
 } // namespace
+
+TEST(LateBoundValue, UnsettingMeansTheTextOfTheFileToo) {
+    KpIfcFile file = openedRecords("#1=IFCROOF('0xGO74I1L2sOBnKbLTH2I2',$,$,$,$,$,$,$,.NOSUCH.);\n");
+    KpIfcEntityBase* roof = file.model()->find(1).openObject();
+    ASSERT_FALSE(roof->testAttr("ShapeType"));
+    EXPECT_NE(std::string::npos, savedRecords(file).find(".NOSUCH."));
+    roof->unsetAttr("ShapeType");
+    EXPECT_EQ(std::string::npos, savedRecords(file).find(".NOSUCH."));
+}

@@ -289,3 +289,15 @@ TEST(Select, TypedValuesOfFiles) {
 }
 
 } // namespace
+
+TEST(Select, HoldsNothingOnceMovedFrom) {
+    IfcValue from;
+    from.setIfcLabel("Oak");
+    IfcValue to(std::move(from));
+    EXPECT_TRUE(to.isIfcLabel());
+    EXPECT_FALSE(from.isIfcLabel()); // NOLINT(bugprone-use-after-move): what is left is what this is about
+    EXPECT_STREQ("", from.underlyingTypeName());
+    from = std::move(to);
+    EXPECT_STREQ("IfcLabel", from.underlyingTypeName());
+    EXPECT_EQ(IfcValue::eUnset, to.tag()); // NOLINT(bugprone-use-after-move)
+}

@@ -293,8 +293,14 @@ public:
     /// Adds to a set or behind the last element of a list or array; creates the aggregate where it is nil. eRefused
     /// where a set is full or the value does not convert.
     KP::ErrorStatus addValue(const KpIfcVariant& value) {
-        createEmpty();
-        return m_imp->addValue(value);
+        if (!isNil()) return m_imp->addValue(value);
+        KpIfcAggrImp* const created = m_imp->clone();
+        const KP::ErrorStatus status = created->addValue(value);
+        if (status == KP::eOk)
+            m_imp = created;
+        else
+            created->dispose();
+        return status;
     }
     /// Removes from a set, or the first equal element of a list or array. eRefused where there is none, the set is at
     /// its lower bound, or the value does not convert.
@@ -371,11 +377,14 @@ public:
 
 protected:
     explicit KpIfcTypedAggr(KpIfcAggrImp* imp) : Base(imp) {}
-    KpIfcTypedAggr(const KpIfcTypedAggr& other) : Base(other.isNil() ? other.m_imp : other.m_imp->clone()) {}
+    KpIfcTypedAggr(const KpIfcTypedAggr& other)
+        : Base(other.isNil() ? other.m_imp->placeholder() : other.m_imp->clone()) {}
     void copy(const KpIfcTypedAggr& other) {
         if (this == &other) return;
         if (!other.isNil()) {
-            changeable().assign(other.begin(), other.size());
+            KpIfcArray<T> elements; // in order already; no bound refuses what the other holds
+            other.copyTo(elements);
+            changeable().replace(elements.begin(), elements.size());
         } else if (!this->isNil()) {
             KpIfcAggrImp* const nil = this->m_imp->placeholder();
             this->dispose();

@@ -22,7 +22,8 @@ class ModelData;
 /// An instance belongs to a model, which owns it and knows it by a handle, or to nobody (made by a factory or on the
 /// stack), in which case whoever made it destroys it. Copying copies attribute values only: not the handle, not the
 /// model. Every operation that changes an instance calls beforeChange() first. One thread at a time changes a model;
-/// any number may read one that nobody changes.
+/// any number may read one that nobody changes: with a model whose mode is kReadOnly whatever they call, else through
+/// const accessors only, because a getter that hands out a reference to a member for changing counts as a change.
 ///
 /// A changed instance of a model is uncommitted until the next commit (KpIfcModel::commit()), which reading an inverse
 /// attribute, asking for referrers and saving do by themselves. References to members obtained for changing are good
@@ -102,6 +103,11 @@ protected:
     void beforeChange() {
         if (!isUncommitted()) noteChange();
     }
+    /// The one operation that passes before a reference is handed out through which a member can be changed. In a model
+    /// that may not be written it marks nothing, so that many threads may read it.
+    void beforeHandOut() {
+        if (!isUncommitted()) noteHandOut();
+    }
 
 private:
     friend class ModelData;
@@ -118,13 +124,15 @@ private:
     static constexpr std::uintptr_t kFlags = 7;
 
     void noteChange();
+    void noteHandOut();
 
     std::uintptr_t m_self = 0; ///< address of the slot and the flags
 };
 
-/// For shared code of the classes: what every change passes before it stores.
+/// For shared code of the classes: what every change passes before it stores, and every way to make one.
 struct KpIfcChange {
     static void before(KpIfcEntityBase& instance) { instance.beforeChange(); }
+    static void beforeHandOut(KpIfcEntityBase& instance) { instance.beforeHandOut(); }
 };
 
 /// The instance that a handle refers to, as class T; null where there is none or it is not of that entity.

@@ -74,6 +74,7 @@ public:
     /// Forgets the source text that is kept of a field because its attribute could not hold what the file said, so that
     /// the attribute's value is written even where nothing has changed it since. `field` counts from 0 in the record.
     void forgetSource(const KpIfcEntityBase& instance, std::size_t field);
+    void forgetSource(const KpIfcEntityBase& instance, const KpIfcAttributeFacts& attribute);
 
     /// Walks instances in ascending order of their names, all of them or those of one type.
     class KPIFCCORE_EXPORT Iterator {

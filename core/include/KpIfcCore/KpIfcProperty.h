@@ -50,7 +50,7 @@ public:
     virtual ~KpIfcProperty();
 
     virtual KpIfcPropertyKind kind() const;
-    /// Makes `value` the property's value, unset markers included. Texts are KcString, aggregates arrays, selects
+    /// Makes `value` the property's value, unset markers included (of texts Consts::KpStringUnset). Texts are KcString, aggregates arrays, selects
     /// selects by value: nothing points into the instance. eRefused for null and for an instance of another entity.
     virtual KP::ErrorStatus getAttribute(const KpIfcEntityBase* instance, KpIfcVariant& value) const;
     /// Stores a value of exactly the type that getAttribute() gives. eRefused for null, for other types, for an instance

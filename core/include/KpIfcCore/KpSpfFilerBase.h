@@ -79,7 +79,8 @@ public:
     /// Goes behind the next `c` of the parameter list; false, and nothing skipped, where it has none.
     bool skipUntil(char c);
     void wrChar(char c);
-    /// Goes on to the next `c` outside comments, and behind it where `past`; never beyond the end of the parameter.
+    /// Goes on to the next `c` outside comments, and behind it where `past`; never beyond the ',' or ')' that ends the
+    /// parameter.
     void ignoreUntilComments(char c, bool past);
 
     // -- what the shared code of entity classes uses beside the primitives --
@@ -228,7 +229,7 @@ public:
     /// Reads over one whole parameter; the flag: a "," stands before it. False where there is none.
     bool ignoreParamter(bool separator);
     /// Goes on to the next `c` while `accept` takes what comes before it; false, and nothing skipped, where it refuses
-    /// or the parameter ends.
+    /// or the parameter ends with another one.
     bool skipUntilRet(char c, const std::function<bool(char)>& accept);
 
 private:

@@ -18,9 +18,18 @@ public:
     using KpIfcSelect::underlyingTypeName;
 
     Select(const Select&) = default;
-    Select(Select&&) noexcept = default;
+    /// What is moved from holds nothing.
+    Select(Select&& other) noexcept : KpIfcSelect(static_cast<KpIfcSelect&&>(other)), m_tag(other.m_tag) {
+        other.unset();
+    }
     Select& operator=(const Select&) = default;
-    Select& operator=(Select&&) noexcept = default;
+    Select& operator=(Select&& other) noexcept {
+        if (this == &other) return *this;
+        KpIfcSelect::operator=(static_cast<KpIfcSelect&&>(other));
+        m_tag = other.m_tag;
+        other.unset();
+        return *this;
+    }
 
     /// Code of the alternative that is held, as the class's enumeration names them.
     std::int32_t tag() const { return m_tag; }

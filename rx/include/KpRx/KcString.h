@@ -32,6 +32,8 @@ public:
 
     /// Takes a UTF-8 text; a null pointer gives the empty text.
     void assign(const char* utf8);
+    /// The same with zeros that the text may hold.
+    void assign(std::string_view utf8) { m_text = utf8; }
     /// The zero-terminated UTF-8 text; lives until the string changes.
     const char* utf8Ptr() const { return m_text.c_str(); }
     std::string_view view() const { return m_text; }
