@@ -123,8 +123,9 @@ std::uint64_t Targets::nameOfGlobalId(std::string_view globalId) {
             known.push_back(own);
         }
         std::sort(known.begin(), known.end());
-        throw Failure(fmt::format("no instance has the GlobalId {}{}; the file has {}", printable(globalId),
-                                  printable(didYouMean(suggestions(known, globalId))), counted(known.size(), "other")));
+        const std::string near = didYouMean(suggestions(known, globalId));
+        throw Failure(fmt::format("no instance has the GlobalId {}{}", printable(globalId),
+                                  near.empty() ? "; the file has " + counted(known.size(), "other") : printable(near)));
     }
     if (found->second.size() > 1) {
         throw Failure(fmt::format("the GlobalId {} is that of several instances: #{}", printable(globalId),
