@@ -52,6 +52,20 @@ std::uint64_t KpIfcModel::highestName() const {
     return m_data->highestName;
 }
 
+std::string_view KpIfcModel::keptRecord(const KpDbObjectId& handle) const {
+    const std::uintptr_t word = handle.isNull() ? 0 : handle.slot()->word;
+    if (!(word & KpIfcSlot::kKeptRecord)) return {};
+    return reinterpret_cast<const KeptRecord*>(word & ~KpIfcSlot::kKeptRecord)->text;
+}
+
+KpIfcArray<KpDbObjectId> KpIfcModel::fileOrder() const {
+    KpIfcArray<KpDbObjectId> handles;
+    handles.reserve(static_cast<std::uint32_t>(count()));
+    m_data->visitInFileOrder([&handles](const KpIfcEntityBase* instance) { handles.append(instance->objectId()); },
+                             [](const KeptRecord&) {});
+    return handles;
+}
+
 void KpIfcModel::commit() {
     m_data->commit();
 }

@@ -117,6 +117,25 @@ TEST(DumpTest, HoldsEveryInstanceInAscendingOrder) {
     EXPECT_EQ(names, "a1 b7 c100 d9000000000 ");
 }
 
+TEST(DumpTest, TellsInversesOfEveryEntityWhenAsked) {
+    const WorkFolder folder;
+    folder.write("model.ifc", stepFile("#9=IFCRELASSOCIATESMATERIAL('0000000000000000000009',$,$,$,(#5),#1);\n"
+                                       "#7=IFCMATERIALLAYER(#1,1.,$);#6=IFCMATERIALLAYER(#1,2.,$);\n"
+                                       "#8=IFCMATERIALLAYERSET((#6,#7),$);#1=IFCMATERIAL('a');\n"
+                                       "#5=IFCWALLTYPE('0000000000000000000005',$,$,$,$,$,$,$,$,.STANDARD.);"));
+    std::string inverses;
+    for (const std::string& line : linesOf(folder.run("kpifc dump --inverse model.ifc").out)) {
+        inverses += line.substr(line.find("},\"inverse\":") + 2) + '\n';
+    }
+    EXPECT_EQ(inverses, R"("inverse":{"HasRepresentation":[],"ClassifiedAs":[]}}
+"inverse":{"HasAssignments":[],"IsDecomposedBy":[],"Decomposes":[],"HasAssociations":[{"ref":9}],"ObjectTypeOf":[]}}
+"inverse":{"ToMaterialLayerSet":[{"ref":8}]}}
+"inverse":{"ToMaterialLayerSet":[{"ref":8}]}}
+"inverse":{}}
+"inverse":{}}
+)");
+}
+
 TEST(DumpTest, IsJsonForTheExample) {
     const WorkFolder folder;
     const std::filesystem::path house = std::filesystem::path(KP_SOURCE_DIR) / "examples/small_house.ifc";

@@ -38,6 +38,14 @@ const Call kCalls[] = {
     {"Info", "kpifc info clean.ifc", 0},
     {"InfoForPrograms", "kpifc info --json clean.ifc", 0},
     {"Dump", "kpifc dump clean.ifc", 0},
+    {"HelpOfTree", "kpifc tree --help", 0},
+    {"HelpOfShow", "kpifc show --help", 0},
+    {"DumpWithInverses", "kpifc dump --inverse clean.ifc", 0},
+    {"Tree", "kpifc tree clean.ifc", 0},
+    {"Show", "kpifc show clean.ifc '#1'", 0},
+    {"NegativeDepth", "kpifc tree clean.ifc --depth -1", 2},
+    {"NothingToShow", "kpifc show clean.ifc", 2},
+    {"UnknownToShow", "kpifc show clean.ifc '#2'", 2},
     {"HelpOfGet", "kpifc get --help", 0},
     {"HelpOfSet", "kpifc set --help", 0},
     {"Get", "kpifc get clean.ifc '#1'", 0},
@@ -78,7 +86,7 @@ TEST_P(DamageTest, HasTheSameCodeInEveryCommand) {
         const std::string& text = GetParam().exitCode == 2 ? outcome.err : outcome.out;
         EXPECT_NE(text.find(GetParam().said), std::string::npos) << command << ": " << text;
     }
-    for (const std::string command : {"kpifc dump ", "kpifc convert -o new.ifc "}) {
+    for (const std::string command : {"kpifc dump ", "kpifc tree ", "kpifc convert -o new.ifc "}) {
         const Outcome outcome = folder.run(command + file);
         EXPECT_EQ(outcome.exitCode, GetParam().exitCode) << command << ": " << outcome.err;
         EXPECT_NE(outcome.err, "") << command;
@@ -136,7 +144,8 @@ TEST_P(LostOutputTest, ClosedOutputIsAnError) {
 
 INSTANTIATE_TEST_SUITE_P(Results, LostOutputTest,
                          testing::Values("--help", "--version", "info points.ifc", "info --json points.ifc",
-                                         "dump points.ifc", "get points.ifc '#1'"),
+                                         "dump points.ifc", "get points.ifc '#1'", "tree points.ifc",
+                                         "show points.ifc '#1'"),
                          [](const auto& test) { return "Call" + std::to_string(test.index); });
 
 TEST(BrokenPipeTest, IsAnError) {

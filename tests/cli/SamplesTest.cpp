@@ -82,6 +82,61 @@ TEST_P(SamplesTest, AreDumpedAsTheFileSays) {
     expectNoDifferences("check_dump.py", file + ' ' + m_facts + " dump.jsonl");
 }
 
+TEST_P(SamplesTest, AreDumpedWithInversesAsTheFileSays) {
+    const UnpackedFile sample(GetParam());
+    const std::string file = ::quoted(sample.path());
+    const Outcome dumped = m_folder.run("kpifc dump --inverse " + file + " >dump.jsonl");
+    ASSERT_LE(dumped.exitCode, 1) << dumped.err;
+    // The checker compares what is there; nothing may be left out.
+    EXPECT_EQ(m_folder.run("grep -cv '},\"inverse\":{.*}}$' dump.jsonl").out, "0\n");
+    expectNoDifferences("check_dump.py", file + ' ' + m_facts + " dump.jsonl");
+}
+
+/// The tree follows relations; the dump tells by inverse attributes what is in it.
+TEST_P(SamplesTest, HaveEverythingOnceInTheTree) {
+    const UnpackedFile sample(GetParam());
+    const std::string file = ::quoted(sample.path());
+    const auto tree = nlohmann::json::parse(m_folder.run("kpifc tree --json --elements " + file).out);
+    std::map<std::uint64_t, int> shown;
+    std::vector<const nlohmann::json*> open = {&tree["projects"], &tree["others"]};
+    while (!open.empty()) {
+        const nlohmann::json& nodes = *open.back();
+        open.pop_back();
+        for (const nlohmann::json& node : nodes) {
+            if (!node.contains("shownAbove")) {
+                ++shown[node["id"]];
+                open.push_back(&node.at("children"));
+                open.push_back(&node.at("elements"));
+            }
+        }
+    }
+    std::map<std::uint64_t, int> expected;
+    std::map<std::string, int> uncontained;
+    for (const std::string& line : linesOf(m_folder.run("kpifc dump --inverse " + file).out)) {
+        const auto instance = nlohmann::json::parse(line);
+        const nlohmann::json& inverse = instance["inverse"];
+        const auto has = [&inverse](const char* name) { return inverse.contains(name) && !inverse[name].empty(); };
+        const bool isSpatial = inverse.contains("ContainsElements");
+        const bool isElement = inverse.contains("HasOpenings");
+        if (instance["type"] == "IfcProject" || isSpatial || has("IsDecomposedBy") || has("Decomposes")) {
+            expected[instance["id"]] = 1;
+        } else if (isElement && !has("ContainedInStructure")) {
+            ++uncontained[instance["type"]];
+        }
+        if (instance["type"] == "IfcRelContainedInSpatialStructure") {
+            for (const nlohmann::json& element : instance["attributes"]["RelatedElements"]) {
+                expected[element["ref"]] = 1;
+            }
+        }
+    }
+    EXPECT_TRUE(shown == expected) << shown.size() << " shown, " << expected.size() << " expected";
+    std::map<std::string, int> counted;
+    for (const nlohmann::json& group : tree["uncontained"]) {
+        counted[group["type"]] = group["count"];
+    }
+    EXPECT_EQ(counted, uncontained);
+}
+
 /// Sets attributes of the first instances of every entity to what they are.
 TEST_P(SamplesTest, StayAsTheyAreWhenSetToWhatGetPrints) {
     const UnpackedFile sample(GetParam());

@@ -48,6 +48,23 @@ TEST(Model, FindsInstancesByEntity) {
     EXPECT_EQ(model.highestName(), 9u);
 }
 
+TEST(Model, TellsTheOrderOfTheFileAndWhatIsKeptAsText) {
+    KpIfcFile file = openedRecords("#9=IFCWALL('a123456789012345678901',$,$,$,$,$,$,$);\n"
+                                   "#6=IFCNOTHING( $ );\n"
+                                   "#2=IFCCARTESIANPOINT((0.,0.));\n"
+                                   "#5=IFCCARTESIANPOINT((0.,0.));\n");
+    KpIfcModel& model = *file.model();
+    model.create("IfcWall", 1);
+    std::vector<std::uint64_t> order;
+    for (const KpDbObjectId& handle : model.fileOrder()) {
+        order.push_back(handle.instanceName());
+    }
+    EXPECT_THAT(order, ElementsAre(9, 2, 5, 1));
+    EXPECT_EQ(model.keptRecord(model.find(6)), "#6=IFCNOTHING( $ );");
+    EXPECT_EQ(model.keptRecord(model.find(9)), "");
+    EXPECT_EQ(model.keptRecord(KpDbObjectId()), "");
+}
+
 TEST(Model, CreatesUnderFreeNamesOnly) {
     KpIfcFile file = openedRecords("#7=IFCWALL('a123456789012345678901',$,$,$,$,$,$,$);\n#8=IFCNOTHING($);\n");
     KpIfcModel& model = *file.model();

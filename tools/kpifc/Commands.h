@@ -15,6 +15,8 @@ using Action = std::function<ExitCode()>;
 void addInfo(CLI::App& app, Action& action);
 void addConvert(CLI::App& app, Action& action);
 void addDump(CLI::App& app, Action& action);
+void addTree(CLI::App& app, Action& action);
+void addShow(CLI::App& app, Action& action);
 void addGet(CLI::App& app, Action& action);
 void addSet(CLI::App& app, Action& action);
 void addSchema(CLI::App& app, Action& action);

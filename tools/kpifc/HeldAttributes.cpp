@@ -41,4 +41,12 @@ std::vector<HeldAttribute> heldAttributes(const KpIfcEntityType& entity) {
     return held;
 }
 
+std::vector<const KpIfcAttributeDefinition*> inverseAttributes(const KpIfcEntityType& entity) {
+    std::vector<const KpIfcAttributeDefinition*> inverses = entity.allAttributes();
+    std::erase_if(inverses, [](const KpIfcAttributeDefinition* attribute) {
+        return attribute->kind() != KpIfcAttributeKind::inverseAttribute;
+    });
+    return inverses;
+}
+
 } // namespace kpifc

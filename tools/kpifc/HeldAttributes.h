@@ -20,6 +20,9 @@ struct HeldAttribute {
 /// The fields of an entity's records: its explicit attributes but those that it redeclares as derived.
 std::vector<HeldAttribute> heldAttributes(const KP_SDAI::KpIfcEntityType& entity);
 
+/// The inverse attributes of an entity: inherited ones first, each entity's in the order of their declaration.
+std::vector<const KP_SDAI::KpIfcAttributeDefinition*> inverseAttributes(const KP_SDAI::KpIfcEntityType& entity);
+
 /// The type behind the name of a defined type, that behind it, and so on: an entity, enumeration, select, aggregation,
 /// simple or string type. Null only where a name could not be resolved.
 const KP_SDAI::DictionaryInstance* baseType(const KP_SDAI::DictionaryInstance* type);

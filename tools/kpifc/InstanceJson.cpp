@@ -8,20 +8,39 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
-InstanceJson::Layout InstanceJson::layoutOf(const KpIfcEntityType& entity) {
+InstanceJson::Layout InstanceJson::layoutOf(const KpIfcEntityType& entity) const {
+    const auto append = [](std::vector<Layout::Field>& fields, HeldAttribute attribute) {
+        std::string key = fields.empty() ? "" : ",";
+        json::appendText(key, attribute.name.view());
+        fields.push_back({std::move(attribute), key + ':'});
+    };
     Layout layout;
     layout.type = ",\"type\":";
     json::appendText(layout.type, entity.displayName());
     layout.type += ",\"attributes\":{";
     for (HeldAttribute& attribute : heldAttributes(entity)) {
-        std::string key = layout.fields.empty() ? "" : ",";
-        json::appendText(key, attribute.name.view());
-        layout.fields.push_back({std::move(attribute), key + ':'});
+        append(layout.fields, std::move(attribute));
+    }
+    for (const KpIfcAttributeDefinition* attribute : inverseAttributes(entity)) {
+        if (m_withInverses) {
+            append(layout.inverses, HeldAttribute(*attribute));
+        }
     }
     return layout;
 }
 
-void InstanceJson::append(const KpIfcEntityBase& instance) {
+void InstanceJson::appendValues(const KpIfcEntityBase& instance, const std::vector<Layout::Field>& fields) {
+    KpIfcVariant value;
+    for (const Layout::Field& field : fields) {
+        m_out += field.key;
+        value.clear();
+        instance.getAttr(field.attribute.name, value);
+        m_values.attribute(value, field.attribute.isNamedAggregation);
+    }
+    m_out += '}';
+}
+
+void InstanceJson::appendOpen(const KpIfcEntityBase& instance) {
     const KpIfcEntityType* entity = instance.getInstanceType();
     auto found = m_layouts.find(entity);
     if (found == m_layouts.end()) {
@@ -30,14 +49,11 @@ void InstanceJson::append(const KpIfcEntityBase& instance) {
     m_out += "{\"id\":";
     json::appendNumber(m_out, instance.instanceName());
     m_out += found->second.type;
-    KpIfcVariant value;
-    for (const Layout::Field& field : found->second.fields) {
-        m_out += field.key;
-        value.clear();
-        instance.getAttr(field.attribute.name, value);
-        m_values.attribute(value, field.attribute.isNamedAggregation);
+    appendValues(instance, found->second.fields);
+    if (m_withInverses) {
+        m_out += ",\"inverse\":{";
+        appendValues(instance, found->second.inverses);
     }
-    m_out += "}}";
 }
 
 } // namespace kpifc

@@ -1,6 +1,7 @@
 #include "Targets.h"
 
 #include "Failure.h"
+#include "Files.h"
 #include "SchemaNames.h"
 #include "Utf8.h"
 
@@ -10,6 +11,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
 #include <charconv>
 
 using namespace KP_SDAI;
@@ -54,6 +56,16 @@ Target Targets::find(std::string_view name) {
 }
 
 KpIfcEntityBase* Targets::instance(std::string_view name) {
+    const KpDbObjectId found = handle(name);
+    KpIfcEntityBase* instance = found.openObject();
+    if (!instance) {
+        throw Failure(
+            fmt::format("#{} could not be understood and is kept as text; kpifc info tells why", found.instanceName()));
+    }
+    return instance;
+}
+
+KpDbObjectId Targets::handle(std::string_view name) {
     std::uint64_t number = 0;
     if (name.starts_with('#')) {
         const char* const end = name.data() + name.size();
@@ -68,13 +80,30 @@ KpIfcEntityBase* Targets::instance(std::string_view name) {
                                   printable(name), KpIfcGUID::kLength));
     }
     const KpDbObjectId handle = m_model.find(number);
-    KpIfcEntityBase* instance = handle.openObject();
-    if (!instance) {
-        throw Failure(handle.isDefined()
-                          ? fmt::format("#{} could not be understood and is kept as text; kpifc info tells why", number)
-                          : fmt::format("there is no instance #{}", number));
+    if (!handle.isDefined()) {
+        throw Failure(fmt::format("there is no instance #{}; {}", number, nearest(number)));
     }
-    return instance;
+    return handle;
+}
+
+std::string Targets::nearest(std::uint64_t number) const {
+    const KpIfcEntityBase* before = nullptr;
+    const KpIfcEntityBase* behind = nullptr;
+    for (const KpIfcEntityBase* instance : m_model.instances()) {
+        (instance->instanceName() < number ? before : behind) = instance;
+        if (behind) {
+            break;
+        }
+    }
+    const auto text = [](const KpIfcEntityBase* instance) {
+        return fmt::format("#{} {}", instance->instanceName(), instance->getInstanceType()->displayName());
+    };
+    if (before && behind) {
+        return fmt::format("the nearest are {} and {}", text(before), text(behind));
+    }
+    return before   ? "the last one is " + text(before)
+           : behind ? "the first one is " + text(behind)
+                    : "the file has no instances";
 }
 
 std::uint64_t Targets::nameOfGlobalId(std::string_view globalId) {
@@ -89,7 +118,14 @@ std::uint64_t Targets::nameOfGlobalId(std::string_view globalId) {
     }
     const auto found = m_globalIds.find(std::string(globalId));
     if (found == m_globalIds.end()) {
-        throw Failure(fmt::format("no instance has the GlobalId {}", printable(globalId)));
+        std::vector<std::string> known;
+        for (const auto& [own, names] : m_globalIds) {
+            known.push_back(own);
+        }
+        std::sort(known.begin(), known.end());
+        const std::string near = didYouMean(suggestions(known, globalId));
+        throw Failure(fmt::format("no instance has the GlobalId {}{}", printable(globalId),
+                                  near.empty() ? "; the file has " + counted(known.size(), "other") : printable(near)));
     }
     if (found->second.size() > 1) {
         throw Failure(fmt::format("the GlobalId {} is that of several instances: #{}", printable(globalId),

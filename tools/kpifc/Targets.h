@@ -30,9 +30,13 @@ public:
 
     /// Throws Failure where there is no such instance or its entity has no such attribute.
     Target find(std::string_view name);
+    /// The handle of an instance, or of a record that is kept as text, by "#15" or a GlobalId. Throws Failure, which
+    /// tells what there is instead, where there is none.
+    KP_SDAI::KpDbObjectId handle(std::string_view name);
 
 private:
     KP_SDAI::KpIfcEntityBase* instance(std::string_view name);
+    std::string nearest(std::uint64_t number) const;
     std::uint64_t nameOfGlobalId(std::string_view globalId);
 
     const KP_SDAI::KpIfcModel& m_model;

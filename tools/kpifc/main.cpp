@@ -25,6 +25,8 @@ static int run(int argc, char** argv) {
                "  kpifc info house.ifc\n"
                "  kpifc convert house.ifc -o house_new.ifc\n"
                "  kpifc dump house.ifc > house.jsonl\n"
+               "  kpifc tree house.ifc\n"
+               "  kpifc show house.ifc '#15'\n"
                "  kpifc get house.ifc '#15.FamilyName'\n"
                "  kpifc set house.ifc \"#15.FamilyName='Meier'\" -o house_new.ifc\n"
                "  kpifc schema IfcWall");
@@ -32,6 +34,8 @@ static int run(int argc, char** argv) {
     addInfo(app, action);
     addConvert(app, action);
     addDump(app, action);
+    addTree(app, action);
+    addShow(app, action);
     addGet(app, action);
     addSet(app, action);
     addSchema(app, action);

@@ -59,6 +59,11 @@ public:
     /// Number of records that are kept as text because they could not be bound to a class.
     std::size_t keptRecordCount() const;
     std::uint64_t highestName() const;
+    /// The source text, with its semicolon, of a record that is kept as text; empty for instances and the null handle.
+    /// Good while the model lives.
+    std::string_view keptRecord(const KpDbObjectId& handle) const;
+    /// The handles of all instances as the file has them one after the other, created ones last.
+    KpIfcArray<KpDbObjectId> fileOrder() const;
 
     /// Makes inverse attributes and referrers follow what changed since the last commit. Reading them and saving do it
     /// by themselves; a program need call it only before it hands a changed model to many threads for reading. From
