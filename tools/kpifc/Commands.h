@@ -17,6 +17,7 @@ void addConvert(CLI::App& app, Action& action);
 void addDump(CLI::App& app, Action& action);
 void addGet(CLI::App& app, Action& action);
 void addSet(CLI::App& app, Action& action);
+void addProps(CLI::App& app, Action& action);
 void addSchema(CLI::App& app, Action& action);
 
 } // namespace kpifc

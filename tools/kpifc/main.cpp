@@ -27,6 +27,7 @@ static int run(int argc, char** argv) {
                "  kpifc dump house.ifc > house.jsonl\n"
                "  kpifc get house.ifc '#15.FamilyName'\n"
                "  kpifc set house.ifc \"#15.FamilyName='Meier'\" -o house_new.ifc\n"
+               "  kpifc props house.ifc IfcWall --csv > walls.csv\n"
                "  kpifc schema IfcWall");
     Action action;
     addInfo(app, action);
@@ -34,6 +35,7 @@ static int run(int argc, char** argv) {
     addDump(app, action);
     addGet(app, action);
     addSet(app, action);
+    addProps(app, action);
     addSchema(app, action);
     try {
         app.parse(argc, argv);
