@@ -72,7 +72,7 @@ public:
 
 private:
     void readSet(const AttachedSet& attached) {
-        m_set.set = m_entities.rootName.text(*attached.set);
+        m_set.set = m_entities.setName(*attached.set);
         m_set.setInstance = attached.set->objectId();
         m_set.fromType = attached.fromType;
         m_walk.walk(attached, [&](const PropertyEntry& entry) {

@@ -103,9 +103,12 @@ KpIfcEntityBase* PropertyAttribute::target(const KpIfcEntityBase& instance) cons
 }
 
 std::string PropertyEntities::nameOf(const KpIfcEntityBase& entry) const {
-    for (const Attribute& name : {propertyName, quantityName, rootName})
-        if (isKind(entry, name.owner)) return name.text(entry);
-    return {};
+    return isKind(entry, propertyName.owner) ? propertyName.text(entry) : quantityName.text(entry);
+}
+
+std::string PropertyEntities::setName(const KpIfcEntityBase& set) const {
+    const std::string name = rootName.text(set);
+    return name.empty() ? set.getInstanceType()->displayName() : name;
 }
 
 PropertyAttribute PropertyEntities::members(const KpIfcEntityBase& holder) const {

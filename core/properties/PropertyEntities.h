@@ -63,8 +63,10 @@ struct PropertyEntities {
     Attribute unitsInContext, units, unitType, siPrefix, siName, conversionName, contextName, currency;
     Attribute derivedElements, derivedType, elementUnit, elementExponent;
 
-    /// The name of a property, quantity or set.
+    /// The name of a property or quantity.
     std::string nameOf(const KpIfcEntityBase& entry) const;
+    /// The name of a set; that of its entity where it has none.
+    std::string setName(const KpIfcEntityBase& set) const;
     /// The attribute through which a set, complex property or complex quantity holds its entries; else none.
     Attribute members(const KpIfcEntityBase& holder) const;
     bool isComplex(const KpIfcEntityBase& entry) const {

@@ -27,7 +27,7 @@ public:
         requireAccess();
         KpIfcEntityBase* place = nullptr; // the property set that an entry is added to
         for (const AttachedSet& attached : attachedSets(m_object, m_entities)) {
-            if (attached.fromType || m_entities.rootName.text(*attached.set) != m_set) continue;
+            if (attached.fromType || m_entities.setName(*attached.set) != m_set) continue;
             requireNoAttribute(*attached.set);
             std::vector<KpIfcEntityBase*> chain;
             PropertyWalk(m_entities).walk(attached, [&](const PropertyEntry& entry) {

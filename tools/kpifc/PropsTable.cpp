@@ -19,7 +19,8 @@ constexpr std::size_t kWidest = 40;
 using Row = std::array<std::string, 5>;
 
 Row rowOf(const KpIfcPropertyValue& value) {
-    return {printable(value.name), printable(valueText(value)), printable(value.measure.symbol), value.measure.type,
+    const std::string text = printable(valueText(value));
+    return {printable(value.name), text, text.empty() ? "" : printable(value.measure.symbol), value.measure.type,
             value.fromType ? "from type" : ""};
 }
 
@@ -38,7 +39,7 @@ void appendTable(std::string& out, const ObjectIdentity& object, const Values& v
     }
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (i == 0 || !(values[i].setInstance == values[i - 1].setInstance)) {
-            out += "  " + (values[i].set.empty() ? "(without name)" : printable(values[i].set)) + '\n';
+            out += "  " + printable(values[i].set) + '\n';
         }
         std::string line = "   ";
         for (std::size_t column = 0; column < widths.size(); ++column) {
