@@ -30,9 +30,6 @@ KpIfcEntityBase* InstanceCopies::copy(const KpIfcEntityBase& instance) {
 
 void InstanceCopies::put(KpIfcEntityBase& instance, const PropertyAttribute& attribute, const KpIfcVariant& value) {
     instance.putAttr(attribute.row->name, value);
-    const auto& fields = instance.getInstanceType()->recordFields();
-    for (std::size_t i = 0; i < fields.size(); ++i)
-        if (fields[i] == attribute.row) m_model.forgetSource(instance, i);
 }
 
 void InstanceCopies::putText(KpIfcEntityBase& instance, const PropertyAttribute& attribute, const std::string& utf8) {

@@ -82,6 +82,7 @@ std::string derivedSymbol(const KpIfcEntityBase& unit, const PropertyEntities& e
         // A file may refer to any instance here, even to the derived unit itself.
         if (!named || !exponent || isKind(*named, entities.derivedUnit)) return;
         const std::string symbol = unitSymbol(*named, entities);
+        if (symbol.empty()) return;
         if (*exponent > 0) above.add(symbol, *exponent);
         if (*exponent < 0 && *exponent != std::numeric_limits<int>::min()) below.add(symbol, -*exponent);
     });

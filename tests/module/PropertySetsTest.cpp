@@ -146,6 +146,8 @@ TEST(PropertySets, ReferencesToOtherThings) {
     model.find(10).openObject()->putAttr("Unit", model.find(82));
     model.find(90).openObject()->putAttr("Unit", model.find(82)); // the derived unit itself
     EXPECT_THAT(linesOf(model, 1), ElementsAre("S|x|single|1.|IfcLengthMeasure|1/m2"));
+    model.find(90).openObject()->putAttr("Unit", model.find(1));
+    EXPECT_THAT(linesOf(model, 1), ElementsAre("S|x|single|1.|IfcLengthMeasure|1/m2"));
     model.find(5).openObject()->putAttr("Units", KpIfcArray<KpDbObjectId>{model.find(80)});
     model.find(4).openObject()->putAttr("UnitsInContext", model.find(1));
     model.find(3).openObject()->putAttr("HasProperties", KpIfcArray<KpDbObjectId>{model.find(1), model.find(3)});

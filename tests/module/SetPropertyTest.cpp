@@ -56,6 +56,15 @@ KcString text(const char* utf8) {
     return KcString(utf8, KcString::Encoding::utf8);
 }
 
+void expectDifferentIds(const KpIfcModel& model) {
+    std::set<std::string> ids;
+    for (const KpIfcEntityBase* root : model.instances("IfcRoot")) {
+        KpIfcVariant id;
+        root->getAttr("GlobalId", id);
+        EXPECT_TRUE(ids.insert(id.getIf<KpIfcGUID>()->constStr()).second) << root->instanceName();
+    }
+}
+
 class SetPropertyTest : public testing::Test {
 protected:
     KP::ErrorStatus set(std::uint64_t object, const char* set, const char* name, const char* type,
@@ -105,6 +114,7 @@ TEST_F(SetPropertyTest, SplitsWhatObjectsShare) {
     EXPECT_THAT(all, HasSubstr(",#40,'A','d',(#11,")); // the copy of the set; complex ones stay shared
     EXPECT_THAT(all, HasSubstr(",#40,'r',$,(#1),#4")); // of the relation
     EXPECT_THAT(all, HasSubstr("('x',$,IFCLENGTHMEASURE(2.),$)"));
+    expectDifferentIds(model());
 
     // Then it is the object's own, and nothing more is made.
     const std::size_t count = model().count();
@@ -158,15 +168,15 @@ TEST_F(SetPropertyTest, MakesTheSetThatTheObjectHasNot) {
     EXPECT_THAT(changed[1], HasSubstr("=IFCPROPERTYSET('"));
     EXPECT_THAT(changed[1], HasSubstr("',#40,'T',$,(#45));"));
     EXPECT_THAT(changed[2], HasSubstr("',#40,$,$,(#1),#46);"));
-    std::set<std::string> ids;
-    std::size_t rooted = 0;
-    for (const KpIfcEntityBase* root : written.model()->instances("IfcRoot")) {
-        KpIfcVariant id;
-        root->getAttr("GlobalId", id);
-        ids.insert(id.getIf<KpIfcGUID>()->constStr());
-        ++rooted;
-    }
-    EXPECT_EQ(ids.size(), rooted);
+    expectDifferentIds(*written.model());
+}
+
+TEST_F(SetPropertyTest, WhatATypeHasTooStaysTheTypes) {
+    model().find(30).openObject()->putAttr("RelatingPropertyDefinition", model().find(8));
+    EXPECT_EQ(set(1, "T", "t", "", text("own")), KP::eOk) << m_error;
+    EXPECT_THAT(lines(1), Contains("T|t|single|'own'|IfcLabel|"));
+    EXPECT_THAT(lines(2), Contains("T|t|single|'type'|IfcLabel||type"));
+    expectDifferentIds(model());
 }
 
 TEST_F(SetPropertyTest, TypesHaveSetsOfTheirOwn) {
