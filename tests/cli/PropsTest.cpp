@@ -78,6 +78,9 @@ TEST_F(PropsTest, CsvHasALineForEachObjectOfAType) {
     EXPECT_EQ(printed("IfcWall --csv"),
               header + "1,0000000000000000000001,IfcWall,Tür,2.5,true,\" .. 5\",0: 3; 1: 4,#19,,\"x, y; z\"\n"
                        "2,0000000000000000000002,IfcWallStandardCase,\"a,\"\"b\"\"\",,,,,,,\"x, y; z\"\n");
+    const std::string all = printed("--csv"); // that have any: two walls, their type
+    EXPECT_EQ(all.substr(0, all.find('\n') + 1), header);
+    EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 4);
     EXPECT_EQ(printed("ifcslab --csv"), "id,GlobalId,type,name\n9,0000000000000000000009,IfcSlab,\n");
 }
 

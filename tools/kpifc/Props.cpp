@@ -26,7 +26,7 @@ ExitCode tellProps(const PropsArguments& arguments) {
     const props::Objects objects = propertyObjects(model, arguments.name);
     Output output;
     if (arguments.asCsv) {
-        props::printCsv(output, model, objects);
+        props::printCsv(output, model, objects, arguments.name.has_value());
     } else {
         KpIfcPropertySets sets(model);
         const bool isOne = arguments.name && objects.size() == 1; // told also where it has none
@@ -58,7 +58,7 @@ void addProps(CLI::App& app, Action& action) {
                     "else those of the project.\n\n"
                     "Columns of the table: name, value, unit, type of measure, \"from type\".\n"
                     "Columns of CSV: id, GlobalId, type, name; then Set.Property in the order in which\n"
-                    "they are first met. Every object has a line; numbers are in the file's units.\n"
+                    "they are first met. Every object that NAME stands for has a line.\n"
                     "Keys of JSON: id, type, global_id, name, properties[]: set, name, kind (single,\n"
                     "bounded, enumerated, list, table, reference, quantity, attribute), value, measure,\n"
                     "unit, unit_id, from_type, set_id, property_id; of tables defining_measure,\n"

@@ -18,7 +18,7 @@ using Values = std::vector<KP_SDAI::KpIfcPropertyValue>;
 void appendTable(std::string& out, const ObjectIdentity& object, const Values& values);
 /// One object as a line of JSON.
 void appendJson(std::string& out, const ObjectIdentity& object, const Values& values);
-/// Objects as CSV (RFC 4180) with a line of names, one line an object.
-void printCsv(Output& output, const KP_SDAI::KpIfcModel& model, const Objects& objects);
+/// Objects as CSV (RFC 4180) with a line of names, one line an object; `withEmpty`: also those without properties.
+void printCsv(Output& output, const KP_SDAI::KpIfcModel& model, const Objects& objects, bool withEmpty);
 
 } // namespace kpifc::props

@@ -39,13 +39,17 @@ void appendLine(std::string& out, const std::vector<std::string>& fields) {
 
 } // namespace
 
-void printCsv(Output& output, const KpIfcModel& model, const Objects& objects) {
+void printCsv(Output& output, const KpIfcModel& model, const Objects& objects, bool withEmpty) {
     KpIfcPropertySets sets(model);
     Columns columns;
-    std::vector<Cells> rows;
+    std::vector<std::pair<const KpIfcEntityBase*, Cells>> rows;
     for (const KpIfcEntityBase* object : objects) {
-        Cells& cells = rows.emplace_back();
-        for (const KpIfcPropertyValue& value : sets.of(*object)) {
+        const Values values = sets.of(*object);
+        if (values.empty() && !withEmpty) {
+            continue;
+        }
+        Cells& cells = rows.emplace_back(object, Cells()).second;
+        for (const KpIfcPropertyValue& value : values) {
             std::string& cell = cells[columns.place(value.set + '.' + value.name)];
             const std::string text = valueText(value);
             cell += (cell.empty() || text.empty() ? "" : "; ") + text; // a set may have two properties of one name
@@ -55,11 +59,11 @@ void printCsv(Output& output, const KpIfcModel& model, const Objects& objects) {
     const std::size_t first = fields.size();
     fields.insert(fields.end(), columns.names().begin(), columns.names().end());
     appendLine(output.text(), fields);
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const ObjectIdentity object(*objects[i]);
+    for (const auto& [instance, cells] : rows) {
+        const ObjectIdentity object(*instance);
         fields.assign({std::to_string(object.id), object.globalId, object.type, object.name});
         fields.resize(first + columns.names().size());
-        for (const auto& [column, text] : rows[i]) {
+        for (const auto& [column, text] : cells) {
             fields[first + column] = text;
         }
         appendLine(output.text(), fields);
