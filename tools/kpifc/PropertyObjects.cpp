@@ -36,7 +36,8 @@ ObjectIdentity::ObjectIdentity(const KpIfcEntityBase& object)
     }
     const char* const* text = peekAttribute(object, kName, value) ? value.getIf<const char*>() : nullptr;
     if (text && !KpAnsiString(*text).isUnset()) {
-        name = object.owningModel()->textIsUtf8() ? *text : KpStepText::decode(*text);
+        const std::string_view held = KpAnsiString::viewOf(*text);
+        name = object.owningModel()->textIsUtf8() ? std::string(held) : KpStepText::decode(held);
     }
 }
 
