@@ -137,6 +137,19 @@ TEST_P(SamplesTest, HaveEverythingOnceInTheTree) {
     EXPECT_EQ(counted, uncontained);
 }
 
+/// Every value that the independent walk over the records finds, and no other one.
+TEST_P(SamplesTest, HaveThePropertiesThatTheRecordsSay) {
+    const UnpackedFile sample(GetParam());
+    const std::string file = ::quoted(sample.path());
+    const Outcome outcome = m_folder.run("kpifc props --json " + file + " >props.jsonl");
+    ASSERT_LE(outcome.exitCode, 1) << outcome.err;
+    const fs::path checker = fs::path(KP_SOURCE_DIR) / "tests" / "cli" / "check_props.py";
+    const Outcome checked = m_folder.run("python3 -B " + ::quoted(checker) + ' ' + ::quoted(kShared / "check") + ' ' +
+                                         file + ' ' + m_facts + " props.jsonl");
+    EXPECT_EQ(checked.exitCode, 0) << checked.out << checked.err;
+    EXPECT_NE(checked.out.find(" 0 differences"), std::string::npos) << checked.out;
+}
+
 /// Sets attributes of the first instances of every entity to what they are.
 TEST_P(SamplesTest, StayAsTheyAreWhenSetToWhatGetPrints) {
     const UnpackedFile sample(GetParam());

@@ -19,6 +19,7 @@ void addTree(CLI::App& app, Action& action);
 void addShow(CLI::App& app, Action& action);
 void addGet(CLI::App& app, Action& action);
 void addSet(CLI::App& app, Action& action);
+void addProps(CLI::App& app, Action& action);
 void addSchema(CLI::App& app, Action& action);
 
 } // namespace kpifc

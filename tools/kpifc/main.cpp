@@ -29,6 +29,7 @@ static int run(int argc, char** argv) {
                "  kpifc show house.ifc '#15'\n"
                "  kpifc get house.ifc '#15.FamilyName'\n"
                "  kpifc set house.ifc \"#15.FamilyName='Meier'\" -o house_new.ifc\n"
+               "  kpifc props house.ifc IfcWall --csv > walls.csv\n"
                "  kpifc schema IfcWall");
     Action action;
     addInfo(app, action);
@@ -38,6 +39,7 @@ static int run(int argc, char** argv) {
     addShow(app, action);
     addGet(app, action);
     addSet(app, action);
+    addProps(app, action);
     addSchema(app, action);
     try {
         app.parse(argc, argv);
