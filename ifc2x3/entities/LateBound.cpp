@@ -84,8 +84,7 @@ private:
 };
 
 /// The explicit attribute of a name, the entity's own or the nearest supertype's; null where there is none.
-const KpIfcAttributeFacts* findExplicit(const KpIfcEntityFacts* facts, const KpAnsiString& text) {
-    const Name name(text);
+const KpIfcAttributeFacts* findExplicit(const KpIfcEntityFacts* facts, const Name& name) {
     for (; facts; facts = facts->supertype)
         for (const KpIfcAttributeFacts& row : std::span(facts->attributes, facts->attributeCount))
             if (name == row) return &row;
@@ -224,12 +223,12 @@ bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts
     requireAccess(instance, facts, "getAttr");
     auto& changeable = const_cast<KpIfcEntityBase&>(instance);
     const Name wanted(name);
+    if (const KpIfcAttributeFacts* row = findExplicit(&facts, wanted)) {
+        get(changeable, *row, value);
+        return true;
+    }
+    // No entity has an inverse attribute of the name of another attribute, its own or inherited, so these may come last.
     for (const KpIfcEntityFacts* level = &facts; level; level = level->supertype) {
-        for (const KpIfcAttributeFacts& row : std::span(level->attributes, level->attributeCount)) {
-            if (!(wanted == row)) continue;
-            get(changeable, row, value);
-            return true;
-        }
         for (const KpIfcInverseFacts& row : std::span(level->inverses, level->inverseCount)) {
             if (!(wanted == row)) continue;
             const auto& referrers = row.members(changeable).read(instance, row.index);
@@ -243,19 +242,19 @@ bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts
 bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
                   const KpIfcVariant& value) {
     requireReadWrite(instance, facts, "putAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, name);
+    const KpIfcAttributeFacts* row = findExplicit(&facts, Name(name));
     return row && put(instance, *row, value);
 }
 
 bool testAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
     requireAccess(instance, facts, "testAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, name);
+    const KpIfcAttributeFacts* row = findExplicit(&facts, Name(name));
     return row && test(const_cast<KpIfcEntityBase&>(instance), *row);
 }
 
 void unsetAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
     requireReadWrite(instance, facts, "unsetAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, name);
+    const KpIfcAttributeFacts* row = findExplicit(&facts, Name(name));
     if (row) unset(instance, *row);
 }
 

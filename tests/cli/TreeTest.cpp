@@ -79,7 +79,7 @@ const std::string kHouse =
     space(17, "$", "$") + element(21, "IFCWALL", "'w1'") + element(22, "IFCPLATE", "'p1'") +
     element(23, "IFCWALL", "'w2'") + element(24, "IFCCURTAINWALL", "'c1'") + element(25, "IFCPLATE") +
     element(26, "IFCMEMBER", "'m'") + element(27, "IFCCURTAINWALL") + element(28, "IFCPLATE") +
-    element(29, "IFCOPENINGELEMENT") + element(30, "IFCFURNISHINGELEMENT", "'chair'") + parts(95, 12, "#14") +
+    element(29, "IFCOPENINGELEMENT") + element(31, "IFCFURNISHINGELEMENT") + element(30, "IFCFURNISHINGELEMENT", "'chair'") + parts(95, 12, "#14") +
     parts(90, 12, "#13") + parts(91, 13, "#15,#16,#17") + parts(92, 11, "#12") + parts(93, 10, "#11") +
     contained(97, 13, "#23,#24,#27") + contained(96, 13, "#21,#22") + parts(94, 24, "#26,#25") +
     parts(98, 27, "#28", "IFCRELNESTS") + contained(99, 15, "#30");
@@ -113,7 +113,7 @@ const Case kCases[] = {
      "        IfcPlate 1\n"
      "        IfcWall 2\n\n"
      "Contained in nothing and part of nothing: 1 element\n"
-     "  IfcOpeningElement 1\n"},
+     "  IfcFurnishingElement 1\n"},
     {"Listed", kHouse, "--elements",
      "IfcProject \"P\" #10\n"
      "  IfcSite \"S\" #11\n"
@@ -133,7 +133,7 @@ const Case kCases[] = {
      "        IfcWall \"w1\" #21\n"
      "        IfcPlate \"p1\" #22\n\n"
      "Contained in nothing and part of nothing: 1 element\n"
-     "  IfcOpeningElement 1\n"},
+     "  IfcFurnishingElement 1\n"},
     {"DownToADepth", kHouse, "--depth 4",
      "IfcProject \"P\" #10\n"
      "  IfcSite \"S\" #11\n"
@@ -147,11 +147,11 @@ const Case kCases[] = {
      "        IfcPlate 1\n"
      "        IfcWall 2\n\n"
      "Contained in nothing and part of nothing: 1 element\n"
-     "  IfcOpeningElement 1\n"},
+     "  IfcFurnishingElement 1\n"},
     {"RootsOnly", kHouse, "--depth 0",
      "IfcProject \"P\" #10 (16 below)\n\n"
      "Contained in nothing and part of nothing: 1 element\n"
-     "  IfcOpeningElement 1\n"},
+     "  IfcFurnishingElement 1\n"},
     {"NothingAtAll", "", "", "There is no project.\n"},
     {"SeveralProjectsAndOneWithin", project(10, "'A'") + project(11, "'B'") + project(12, "'C'") + parts(20, 10, "#12"),
      "",

@@ -19,13 +19,14 @@ using Node = BuildingTree::Node;
 struct Entities {
     explicit Entities(const KpIfcSchema& schema)
         : project(schema.findEntity("IfcProject")), product(schema.findEntity("IfcProduct")),
-          element(schema.findEntity("IfcElement")), spatial(schema.findEntity("IfcSpatialStructureElement")),
+          element(schema.findEntity("IfcElement")), feature(schema.findEntity("IfcFeatureElement")), spatial(schema.findEntity("IfcSpatialStructureElement")),
           decomposition(schema.findEntity("IfcRelDecomposes")),
           containment(schema.findEntity("IfcRelContainedInSpatialStructure")) {}
 
     const KpIfcEntityType* project;
     const KpIfcEntityType* product;
     const KpIfcEntityType* element;
+    const KpIfcEntityType* feature; ///< openings and the like: parts of the shape of an element
     const KpIfcEntityType* spatial;
     const KpIfcEntityType* decomposition;
     const KpIfcEntityType* containment;
@@ -152,7 +153,8 @@ private:
     void countUncontained() {
         std::map<std::string, std::uint64_t> counts;
         for (const KpIfcEntityBase* instance : m_inOrder) {
-            if (instance->isKindOf(m_entities.element) && !isReached(instance)) {
+            const bool isPlaced = instance->isKindOf(m_entities.element) && !instance->isKindOf(m_entities.feature);
+            if (isPlaced && !isReached(instance)) {
                 ++counts[instance->getInstanceType()->displayName()];
             }
         }
