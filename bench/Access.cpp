@@ -65,7 +65,8 @@ void measureOperations(KpIfcModel& model) {
     KpIfcEntityBase* changed = wall;
     KpIfcVariant value;
     row("typed getter, text", secondsOf(many, [&] { keep(wall->getName()); }));
-    row("typed getter, aggregate", secondsOf(many, [&] { keep(static_cast<const IFC2X3::IfcCartesianPoint*>(point)->getCoordinates()); }));
+    row("typed getter, aggregate",
+        secondsOf(many, [&] { keep(static_cast<const IFC2X3::IfcCartesianPoint*>(point)->getCoordinates()); }));
     row("getAttr, text, 6 levels up", secondsOf(many, [&] { keep(instance->getAttr(name, value)); }));
     row("getAttr, aggregate, own", secondsOf(many, [&] { keep(pointInstance->getAttr(coordinates, value)); }));
     row("testAttr, text, 6 levels up", secondsOf(many, [&] { keep(instance->testAttr(name)); }));

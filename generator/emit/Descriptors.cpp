@@ -42,13 +42,13 @@ std::string printTable(std::string_view family, std::string_view name, const std
 
 std::vector<File> emitDescriptors(const plan::DescriptorsPlan& descriptors, const plan::Frame& frame) {
     return {{descriptors.path,
-             print(body, {{"schemaFile", frame.schemaFile},
-                          {"includes", lines(descriptors.includes, "#include ", "")},
-                          {"space", frame.space},
-                          {"tables", printTable("Selects", "selectDescriptors", descriptors.selects) +
-                                         printTable("Aggregates", "aggregateDescriptors", descriptors.aggregates) +
-                                         printTable("Enumerations", "enumerationDescriptors",
-                                                    descriptors.enumerations)}})}};
+             print(body,
+                   {{"schemaFile", frame.schemaFile},
+                    {"includes", lines(descriptors.includes, "#include ", "")},
+                    {"space", frame.space},
+                    {"tables", printTable("Selects", "selectDescriptors", descriptors.selects) +
+                                   printTable("Aggregates", "aggregateDescriptors", descriptors.aggregates) +
+                                   printTable("Enumerations", "enumerationDescriptors", descriptors.enumerations)}})}};
 }
 
 } // namespace kpifcgen::emit

@@ -156,19 +156,18 @@ std::string members(const plan::EntityPlan& entity) {
 
 File emitEntityHeader(const plan::EntityPlan& entity, const plan::Frame& frame) {
     const std::string memberLines = members(entity);
-    return header(
-        frame, entity.files,
-        print(body, {{"forwardDeclarations", lines(entity.forwardDeclarations, "class ", ";") +
-                                                 (entity.forwardDeclarations.empty() ? "" : "\n")},
-                     {"summary", comment(0, entity.summary)},
-                     {"export", frame.exportMacro},
-                     {"class", entity.className},
-                     {"base", entity.baseClass},
-                     {"accessors", allAccessors(entity)},
-                     {"counterParts", entity.counterpartRows.empty() ? "" : print(counterParts, {})},
-                     {"facts", hasFacts(entity) ? "struct Facts;" : ""},
-                     {"gap", memberLines.empty() ? "" : "\n"},
-                     {"members", memberLines}}));
+    return header(frame, entity.files,
+                  print(body, {{"forwardDeclarations", lines(entity.forwardDeclarations, "class ", ";") +
+                                                           (entity.forwardDeclarations.empty() ? "" : "\n")},
+                               {"summary", comment(0, entity.summary)},
+                               {"export", frame.exportMacro},
+                               {"class", entity.className},
+                               {"base", entity.baseClass},
+                               {"accessors", allAccessors(entity)},
+                               {"counterParts", entity.counterpartRows.empty() ? "" : print(counterParts, {})},
+                               {"facts", hasFacts(entity) ? "struct Facts;" : ""},
+                               {"gap", memberLines.empty() ? "" : "\n"},
+                               {"members", memberLines}}));
 }
 
 } // namespace kpifcgen::emit

@@ -174,7 +174,8 @@ private:
     EntityPlan::Row row(const facts::ExplicitAttribute& attribute, const Storage& storage) const {
         const auto text = flags(attribute, m_entity.recordFields, storage.isBinary, false);
         if (isNotKept(m_context.schema.name, attribute.owner->name, attribute.name)) {
-            return {"notKept<&" + m_plan.className + "::" + member(attribute.name) + ">", {quoted(attribute.name), text}};
+            return {"notKept<&" + m_plan.className + "::" + member(attribute.name) + ">",
+                    {quoted(attribute.name), text}};
         }
         EntityPlan::Row row{"field<&" + m_plan.className + "::" + member(attribute.name) + ">",
                             {quoted(attribute.name), text}};

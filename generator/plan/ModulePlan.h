@@ -69,8 +69,8 @@ struct SelectPlan {
     std::string alternativeTable;
     std::string facts;
     std::vector<Alternative> alternatives;
-    std::string descriptors;         ///< type of the member that keeps its descriptors
-    std::string describe;            ///< what makes that member
+    std::string descriptors;          ///< type of the member that keeps its descriptors
+    std::string describe;             ///< what makes that member
     std::vector<Row> descriptorNames; ///< what each descriptor shows: its member and the text
 };
 

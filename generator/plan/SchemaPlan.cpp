@@ -79,8 +79,11 @@ private:
             const std::string name = className(entity->name);
             const facts::Entity* supertype = entity->supertype;
             SchemaPlan::EntityRow row;
-            row.entity = {quoted(upperCase(entity->name)), "createEntity<" + name + ">", "&" + entityTypeOf(name),
-                          supertype ? "&" + entityTypeOf(className(supertype->name)) : "nullptr", name + "::facts",
+            row.entity = {quoted(upperCase(entity->name)),
+                          "createEntity<" + name + ">",
+                          "&" + entityTypeOf(name),
+                          supertype ? "&" + entityTypeOf(className(supertype->name)) : "nullptr",
+                          name + "::facts",
                           hasProperties(*entity) ? propertyBuilder(entity->name) : std::string(emptyPropertyBuilder)};
             for (const auto& attribute : entity->explicitAttributes) {
                 row.explicitAttributes.push_back({quoted(attribute.name), quoted(attributeTypeName(attribute.type))});

@@ -3,8 +3,8 @@
 #include <IFC2X3/Entity.h>
 #include <IFC2X3/Enumeration.h>
 #include <IFC2X3/Select.h>
-#include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcAggrAccess.h>
+#include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include <new>
@@ -129,9 +129,9 @@ KpIfcEntityBase* constructEntity(void* memory) {
 template <class T>
 constexpr KpIfcEntityFacts
 entityFacts(const char* name, bool isAbstract, const KpIfcEntityFacts* supertype,
-            std::span<const KpIfcAttributeFacts> attributes,
-            std::span<const KpIfcAttributeFacts> record, std::span<const KpIfcUniqueFacts> uniqueRules,
-            std::span<const KpIfcInverseFacts> inverses, std::span<const KpIfcCounterpartFacts> counterparts) {
+            std::span<const KpIfcAttributeFacts> attributes, std::span<const KpIfcAttributeFacts> record,
+            std::span<const KpIfcUniqueFacts> uniqueRules, std::span<const KpIfcInverseFacts> inverses,
+            std::span<const KpIfcCounterpartFacts> counterparts) {
     static_assert(alignof(T) <= 8);
     return {name,
             isAbstract,

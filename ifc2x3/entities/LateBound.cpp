@@ -11,11 +11,11 @@
 
 namespace IFC2X3 {
 
+using KP_SDAI::inModelsForm;
 using KP_SDAI::KpIfcChange;
 using KP_SDAI::KpIfcModel;
 using KP_SDAI::KpIfcVariant;
 using KP_SDAI::KpIfcVariantType;
-using KP_SDAI::inModelsForm;
 
 namespace {
 
@@ -227,7 +227,8 @@ bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts
         get(changeable, *row, value);
         return true;
     }
-    // No entity has an inverse attribute of the name of another attribute, its own or inherited, so these may come last.
+    // No entity has an inverse attribute of the name of another attribute, its own or inherited, so these may come
+    // last.
     for (const KpIfcEntityFacts* level = &facts; level; level = level->supertype) {
         for (const KpIfcInverseFacts& row : std::span(level->inverses, level->inverseCount)) {
             if (!(wanted == row)) continue;

@@ -65,7 +65,8 @@ void add(KP_SDAI::KpIfcPropertyCollection& collection, const KpIfcEntityType* ty
 
 } // namespace
 
-void addProperty(KP_SDAI::KpIfcPropertyCollection& collection, const KpIfcEntityType* type, ExplicitProperty* property) {
+void addProperty(KP_SDAI::KpIfcPropertyCollection& collection, const KpIfcEntityType* type,
+                 ExplicitProperty* property) {
     add(collection, type, property);
 }
 void addProperty(KP_SDAI::KpIfcPropertyCollection& collection, const KpIfcEntityType* type, InverseProperty* property) {

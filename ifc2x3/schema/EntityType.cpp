@@ -6,8 +6,8 @@ void KpIFC2X3SchemaBuilder::buildNoProperties(KpIfcPropertyCollection*, const Kp
 
 void KpIFC2X3SchemaBuilder::addEntityType(const EntityType& type) {
     const KpIfcEntityType* supertype = type.supertype ? *type.supertype : nullptr;
-    KpIfcEntityType* entity = KpIfcEntityType::createEntityType(schema, type.name, true, type.factory,
-                                                                type.properties, *type.staticType, supertype);
+    KpIfcEntityType* entity = KpIfcEntityType::createEntityType(schema, type.name, true, type.factory, type.properties,
+                                                                *type.staticType, supertype);
     entityDictionary->putAt(type.name, entity);
     entity->facts(&type.facts());
     addAttributes(*entity, type);

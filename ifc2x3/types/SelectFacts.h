@@ -2,12 +2,12 @@
 
 #include <IFC2X3/Enumeration.h>
 #include <IFC2X3/Select.h>
+#include <KpIfcCore/KpIfcAggrAccess.h>
 #include <KpIfcCore/KpIfcArrayAggr.h>
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcListAggr.h>
 #include <KpIfcCore/KpIfcSetAggr.h>
 #include <KpIfcCore/KpIfcVariantTypes.h>
-#include <KpIfcCore/KpIfcAggrAccess.h>
 
 namespace IFC2X3 {
 

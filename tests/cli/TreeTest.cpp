@@ -73,16 +73,17 @@ TEST_P(TreeTest, IsPrinted) {
 }
 
 /// Relations do not come in the order of their names; a curtain wall has parts.
-const std::string kHouse =
-    project(10, "'P'") + site(11, "'S'") + building(12, "'B'") + storey(13, "'Ground'", "-0.5") +
-    storey(14, "'Upper'", "3.") + space(15, "'101'", "'K\\X2\\00FC\\X0\\che'") + space(16, "'102'", "'102'") +
-    space(17, "$", "$") + element(21, "IFCWALL", "'w1'") + element(22, "IFCPLATE", "'p1'") +
-    element(23, "IFCWALL", "'w2'") + element(24, "IFCCURTAINWALL", "'c1'") + element(25, "IFCPLATE") +
-    element(26, "IFCMEMBER", "'m'") + element(27, "IFCCURTAINWALL") + element(28, "IFCPLATE") +
-    element(29, "IFCOPENINGELEMENT") + element(31, "IFCFURNISHINGELEMENT") + element(30, "IFCFURNISHINGELEMENT", "'chair'") + parts(95, 12, "#14") +
-    parts(90, 12, "#13") + parts(91, 13, "#15,#16,#17") + parts(92, 11, "#12") + parts(93, 10, "#11") +
-    contained(97, 13, "#23,#24,#27") + contained(96, 13, "#21,#22") + parts(94, 24, "#26,#25") +
-    parts(98, 27, "#28", "IFCRELNESTS") + contained(99, 15, "#30");
+const std::string kHouse = project(10, "'P'") + site(11, "'S'") + building(12, "'B'") + storey(13, "'Ground'", "-0.5") +
+                           storey(14, "'Upper'", "3.") + space(15, "'101'", "'K\\X2\\00FC\\X0\\che'") +
+                           space(16, "'102'", "'102'") + space(17, "$", "$") + element(21, "IFCWALL", "'w1'") +
+                           element(22, "IFCPLATE", "'p1'") + element(23, "IFCWALL", "'w2'") +
+                           element(24, "IFCCURTAINWALL", "'c1'") + element(25, "IFCPLATE") +
+                           element(26, "IFCMEMBER", "'m'") + element(27, "IFCCURTAINWALL") + element(28, "IFCPLATE") +
+                           element(29, "IFCOPENINGELEMENT") + element(31, "IFCFURNISHINGELEMENT") +
+                           element(30, "IFCFURNISHINGELEMENT", "'chair'") + parts(95, 12, "#14") +
+                           parts(90, 12, "#13") + parts(91, 13, "#15,#16,#17") + parts(92, 11, "#12") +
+                           parts(93, 10, "#11") + contained(97, 13, "#23,#24,#27") + contained(96, 13, "#21,#22") +
+                           parts(94, 24, "#26,#25") + parts(98, 27, "#28", "IFCRELNESTS") + contained(99, 15, "#30");
 
 /// Walls, each part of the one before; the first one of the project.
 std::string chain(int length) {

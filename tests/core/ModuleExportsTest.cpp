@@ -48,8 +48,8 @@ TEST(ModuleExports, AreItsPlainFunctionsAndItsClasses) {
         if (text.find("IFC2X3::") == std::string::npos && text.find("KP_SDAI::") == std::string::npos)
             strangers.insert(text);
     }
-    EXPECT_THAT(plain, testing::ElementsAre("kpGetModuleLifeCycleApp", "kpIfcBuildPropertyForSimple",
-                                            "kpifcGetSchemaPointer"));
+    EXPECT_THAT(
+        plain, testing::ElementsAre("kpGetModuleLifeCycleApp", "kpIfcBuildPropertyForSimple", "kpifcGetSchemaPointer"));
     EXPECT_THAT(strangers, testing::IsEmpty());
 }
 

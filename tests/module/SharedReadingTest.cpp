@@ -22,8 +22,7 @@ TEST(SharedReading, ManyThreadsReadAReadOnlyModelByWhateverAccessor) {
     std::string records = "#1=IFCPROJECT('0xGO74I1L2sOBnKbLTH2I2',$,$,$,$,$,$,(),$);\n"
                           "#2=IFCSITE('0MTM5$3o53bvtiMQUs8mBn',$,$,$,$,$,$,$,.ELEMENT.,$,$,$,$,$);\n"
                           "#3=IFCRELAGGREGATES('2m8fgbpInA3gjggItJ_BC8',$,$,$,#1,(#2));\n";
-    for (int i = 0; i < points; ++i)
-        records += "#" + std::to_string(10 + i) + "=IFCCARTESIANPOINT((1.,2.,3.));\n";
+    for (int i = 0; i < points; ++i) records += "#" + std::to_string(10 + i) + "=IFCCARTESIANPOINT((1.,2.,3.));\n";
     KpIfcFile file = openedRecords(records);
     KpIfcModel& model = *file.model();
     model.mode(kReadOnly);

@@ -19,7 +19,8 @@ using Node = BuildingTree::Node;
 struct Entities {
     explicit Entities(const KpIfcSchema& schema)
         : project(schema.findEntity("IfcProject")), product(schema.findEntity("IfcProduct")),
-          element(schema.findEntity("IfcElement")), feature(schema.findEntity("IfcFeatureElement")), spatial(schema.findEntity("IfcSpatialStructureElement")),
+          element(schema.findEntity("IfcElement")), feature(schema.findEntity("IfcFeatureElement")),
+          spatial(schema.findEntity("IfcSpatialStructureElement")),
           decomposition(schema.findEntity("IfcRelDecomposes")),
           containment(schema.findEntity("IfcRelContainedInSpatialStructure")) {}
 

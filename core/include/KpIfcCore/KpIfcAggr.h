@@ -304,7 +304,9 @@ public:
     }
     /// Removes from a set, or the first equal element of a list or array. eRefused where there is none, the set is at
     /// its lower bound, or the value does not convert.
-    KP::ErrorStatus removeValue(const KpIfcVariant& value) { return isNil() ? KP::eRefused : m_imp->removeValue(value); }
+    KP::ErrorStatus removeValue(const KpIfcVariant& value) {
+        return isNil() ? KP::eRefused : m_imp->removeValue(value);
+    }
 
     KpIfcAggrIterator* createIterator() { return m_imp->createIterator(*this); }
     KpIfcAggrConstIterator* createConstIterator() const { return m_imp->createConstIterator(*this); }

@@ -67,9 +67,8 @@ struct AggrAccess {
 
     static void rearrange(KpIfcAggr& field) { static_cast<Family&>(field).rearrange(); }
 
-    static const KpIfcSelect& selectAt(const KpIfcAggr& field, std::size_t index)
-        requires std::is_base_of_v<KpIfcSelect, T>
-    {
+    static const KpIfcSelect& selectAt(const KpIfcAggr& field,
+                                       std::size_t index) requires std::is_base_of_v<KpIfcSelect, T> {
         return static_cast<const Family&>(field)[index];
     }
 

@@ -57,7 +57,8 @@ public:
     const KpIfcPropertyCollection& properties() const;
     /// All properties of an instance: those of the root, then those of each subtype down to this one.
     std::vector<const KpIfcProperty*> allProperties() const;
-    /// The property of a name in any letter case, the entity's own or the nearest supertype's; null where there is none.
+    /// The property of a name in any letter case, the entity's own or the nearest supertype's; null where there is
+    /// none.
     const KpIfcProperty* findProperty(std::string_view name) const;
 
     /// Attaches the constant rows of the module; they outlive the type.

@@ -50,11 +50,12 @@ public:
     virtual ~KpIfcProperty();
 
     virtual KpIfcPropertyKind kind() const;
-    /// Makes `value` the property's value, unset markers included (of texts Consts::KpStringUnset). Texts are KcString, aggregates arrays, selects
-    /// selects by value: nothing points into the instance. eRefused for null and for an instance of another entity.
+    /// Makes `value` the property's value, unset markers included (of texts Consts::KpStringUnset). Texts are KcString,
+    /// aggregates arrays, selects selects by value: nothing points into the instance. eRefused for null and for an
+    /// instance of another entity.
     virtual KP::ErrorStatus getAttribute(const KpIfcEntityBase* instance, KpIfcVariant& value) const;
-    /// Stores a value of exactly the type that getAttribute() gives. eRefused for null, for other types, for an instance
-    /// of another entity, where the model may not be written, and for properties that nobody sets.
+    /// Stores a value of exactly the type that getAttribute() gives. eRefused for null, for other types, for an
+    /// instance of another entity, where the model may not be written, and for properties that nobody sets.
     virtual KP::ErrorStatus putAttribute(KpIfcEntityBase* instance, const KpIfcVariant& value) const;
     /// The instances that a collection holds, in the order of the relations that say so. eNullEntity for null, eRefused
     /// for properties that are no collections.

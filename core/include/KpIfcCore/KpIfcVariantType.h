@@ -67,7 +67,9 @@ struct KpIfcDescOf;
 
 /// Types that a variant can hold.
 template <class T>
-concept KpIfcDescribed = requires { KpIfcDescOf<T>::value(); };
+concept KpIfcDescribed = requires {
+    KpIfcDescOf<T>::value();
+};
 
 /// Describes one type of values that a variant can hold; variants compare, convert, print and copy through it.
 ///
@@ -171,8 +173,8 @@ private:
     KpIfcVariantType* (*m_create)();
 };
 
-/// The descriptors of a select class; the class keeps them as its static member g_descriptors. Those of selects that are
-/// elements of aggregates come with the arrays and pointers to aggregates of them.
+/// The descriptors of a select class; the class keeps them as its static member g_descriptors. Those of selects that
+/// are elements of aggregates come with the arrays and pointers to aggregates of them.
 struct KpIfcSelectDescriptors {
     KpIfcDescriptorSlot value;
     KpIfcDescriptorSlot pointer;

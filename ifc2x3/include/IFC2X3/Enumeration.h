@@ -14,11 +14,10 @@ struct EnumFacts;
 
 /// Where the descriptor of an enumeration is kept (KpIfcVariantType::Desc).
 template <class E>
-KpIfcDescriptorSlot& descriptorSlot(E)
-    requires requires { EnumFacts<E>::descriptor; }
-{
-    return EnumFacts<E>::descriptor;
+KpIfcDescriptorSlot& descriptorSlot(E) requires requires {
+    EnumFacts<E>::descriptor;
 }
+{ return EnumFacts<E>::descriptor; }
 
 /// Text of a literal as the schema writes it; null for the unset code and codes that are no literal's.
 template <class E>
