@@ -2,6 +2,8 @@
 #include "Environment.h"
 
 #include <IFC2X3/IFC2X3.h>
+#include <KpIfcCore/KpIfcException.h>
+#include <KpIfcCore/KpIfcModel.h>
 #include <KpIfcCore/KpIfcSettings.h>
 #include <KpIfcCore/KpIfcVariantTypes.h>
 #include <KpRx/KcString.h>
@@ -398,4 +400,27 @@ TEST(LateBoundValue, UnsettingMeansTheTextOfTheFileToo) {
     EXPECT_NE(std::string::npos, savedRecords(file).find(".NOSUCH."));
     roof->unsetAttr("ShapeType");
     EXPECT_EQ(std::string::npos, savedRecords(file).find(".NOSUCH."));
+}
+
+TEST(LateBoundValue, TheBasesOwnOperationsAreTheSame) {
+    KpIfcFile file = openedRecords("#1=IFCPERSON($,'Doe',$,$,$,$,$,$);\n");
+    KpIfcEntityBase& person = *file.model()->find(1).openObject();
+    KpIfcVariant value;
+    ASSERT_TRUE(person._getAttr("FAMILYNAME", value));
+    EXPECT_STREQ("Doe", *value.getIf<const char*>());
+    EXPECT_TRUE(person._putAttr("familyname", "Meier"));
+    EXPECT_FALSE(person._putAttr("surname", "Meier"));
+    EXPECT_TRUE(person._testAttr("FamilyName"));
+    EXPECT_TRUE(person.testAttrCaseInsensitive("fAmIlYnAmE"));
+    EXPECT_FALSE(person.testAttrCaseInsensitive("givenname"));
+    EXPECT_TRUE(person.unsetAttrCaseInsensitive("FAMILYNAME"));
+    EXPECT_FALSE(person._testAttr("familyname"));
+    EXPECT_TRUE(person.unsetAttrCaseInsensitive("familyname")); // known, whether it has a value or not
+    EXPECT_FALSE(person.unsetAttrCaseInsensitive("surname"));
+    EXPECT_FALSE(person.unsetAttrCaseInsensitive("EngagedIn"));
+    person._putAttr("id", "007");
+    person._unsetAttr("Id");
+    EXPECT_EQ("#1=IFCPERSON($,$,$,$,$,$,$,$);\n", savedRecords(file));
+    file.model()->mode(kReadOnly);
+    EXPECT_THROW(person._putAttr("id", "007"), KpIfcException);
 }
