@@ -23,8 +23,11 @@ KP::ErrorStatus KpIfcProperty::putAttribute(KpIfcEntityBase*, const KpIfcVariant
 KP::ErrorStatus KpIfcProperty::getCollection(const KpIfcEntityBase*, KpIfcArray<KpDbObjectId>&) const {
     return KP::eRefused;
 }
-KP::ErrorStatus KpIfcProperty::countCollection(const KpIfcEntityBase*, std::uint32_t&) const {
-    return KP::eRefused;
+KP::ErrorStatus KpIfcProperty::countCollection(const KpIfcEntityBase* instance, std::uint32_t& count) const {
+    KpIfcArray<KpDbObjectId> members(8);
+    const KP::ErrorStatus status = getCollection(instance, members);
+    if (status == KP::eOk) count = members.length();
+    return status;
 }
 bool KpIfcProperty::isCollectionEditable() const {
     return false;
@@ -40,13 +43,6 @@ KpIfcCollectionProperty::~KpIfcCollectionProperty() = default;
 
 KpIfcPropertyKind KpIfcCollectionProperty::kind() const {
     return kCollectionProperty;
-}
-
-KP::ErrorStatus KpIfcCollectionProperty::countCollection(const KpIfcEntityBase* instance, std::uint32_t& count) const {
-    KpIfcArray<KpDbObjectId> members(8);
-    const KP::ErrorStatus status = getCollection(instance, members);
-    if (status == KP::eOk) count = members.length();
-    return status;
 }
 
 KpIfcPropertyCollection::KpIfcPropertyCollection() = default;

@@ -155,13 +155,6 @@ KP::ErrorStatus KpIfcComplexProperty::getCollection(const KpIfcEntityBase* insta
     return KP::eOk;
 }
 
-KP::ErrorStatus KpIfcComplexProperty::countCollection(const KpIfcEntityBase* instance, std::uint32_t& count) const {
-    KpIfcArray<KpDbObjectId> members(8);
-    const KP::ErrorStatus status = getCollection(instance, members);
-    if (status == KP::eOk) count = members.length();
-    return status;
-}
-
 KP::ErrorStatus KpIfcComplexProperty::getAttribute(const KpIfcEntityBase* instance, KpIfcVariant& value) const {
     KpIfcArray<KpDbObjectId> members(8);
     if (getCollection(instance, members) != KP::eOk) return KP::eRefused;

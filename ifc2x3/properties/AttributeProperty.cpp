@@ -2,6 +2,7 @@
 
 #include "entities/EntityClass.h"
 
+#include <KpIfcCore/KpIfcAttributeAccess.h>
 #include <KpIfcCore/KpIfcException.h>
 #include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcModel.h>
@@ -102,17 +103,9 @@ KP::ErrorStatus ExplicitProperty::getAttribute(const KpIfcEntityBase* entity, Kp
     auto& instance = const_cast<KpIfcEntityBase&>(*entity); // the rows' members are not const; nothing is changed
     switch (m_row.kind) {
     case KpIfcFieldKind::string: value.set(shown(instance, instance.*m_row.member.string)); break;
-    case KpIfcFieldKind::guid: value.set(instance.*m_row.member.guid); break;
-    case KpIfcFieldKind::real: value.set(instance.*m_row.member.real); break;
-    case KpIfcFieldKind::integer: value.set(instance.*m_row.member.integer); break;
-    case KpIfcFieldKind::notKept:
-    case KpIfcFieldKind::boolean: value.set(instance.*m_row.member.boolean); break;
-    case KpIfcFieldKind::logical: value.set(instance.*m_row.member.logical); break;
-    case KpIfcFieldKind::enumeration: value.setPlain(descriptor(), m_row.enumerationCode(instance)); break;
-    case KpIfcFieldKind::reference: value.set(instance.*m_row.member.reference); break;
     case KpIfcFieldKind::select: value.setCopy(descriptor(), &m_row.member.select(instance)); break;
     case KpIfcFieldKind::aggregate: m_row.aggregate->toArray(m_row.member.aggregate(instance), value); break;
-    case KpIfcFieldKind::derived: return KP::eRefused;
+    default: KP_SDAI::readAttribute(instance, m_row, value);
     }
     return KP::eOk;
 }

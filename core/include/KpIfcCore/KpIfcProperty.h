@@ -87,7 +87,6 @@ class KPIFCCORE_EXPORT KpIfcCollectionProperty : public KpIfcProperty {
 public:
     ~KpIfcCollectionProperty() override;
     KpIfcPropertyKind kind() const override;
-    KP::ErrorStatus countCollection(const KpIfcEntityBase* instance, std::uint32_t& count) const override;
 };
 
 /// The properties of one entity, in order: those of the attributes that it declares itself. Owns them.

@@ -73,7 +73,6 @@ public:
     KP::ErrorStatus getAttribute(const KpIfcEntityBase* instance, KpIfcVariant& value) const override;
     KP::ErrorStatus putAttribute(KpIfcEntityBase* instance, const KpIfcVariant& value) const override;
     KP::ErrorStatus getCollection(const KpIfcEntityBase* instance, KpIfcArray<KpDbObjectId>& members) const override;
-    KP::ErrorStatus countCollection(const KpIfcEntityBase* instance, std::uint32_t& count) const override;
 };
 
 /// One quantity: a number in an attribute of its own ("areavalue").
