@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <sstream>
 
 #include <sys/wait.h>
 
@@ -52,4 +53,13 @@ std::string stepFile(std::string_view records) {
            "FILE_NAME('test.ifc','2026-01-02T03:04:05',('nobody'),('nowhere'),'','','');\n"
            "FILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n" +
            std::string(records) + "\nENDSEC;\nEND-ISO-10303-21;\n";
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
 }

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// What a finished command left behind.
 struct Outcome {
@@ -31,6 +32,7 @@ private:
 
 /// The whole file; fails the test where it cannot be read.
 std::string contentOf(const std::filesystem::path& path);
+std::vector<std::string> linesOf(const std::string& text);
 /// Quoted for the shell.
 std::string quoted(const std::filesystem::path& path);
 

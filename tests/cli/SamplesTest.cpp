@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,15 +14,6 @@ namespace fs = std::filesystem;
 namespace {
 
 const fs::path kShared = KP_SHARED_DIR;
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
 
 /// "#15.Name": all attributes of up to three instances of each entity in a dump.
 std::vector<std::string> firstAttributes(const std::string& dump) {
