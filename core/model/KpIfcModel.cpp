@@ -32,6 +32,7 @@ KpIfcEntityBase* KpIfcModel::create(const KpIfcEntityType* type, std::uint64_t i
     if (slot->word != 0) return nullptr;
     KpIfcEntityBase* instance = m_data->construct(*type->facts());
     m_data->bind(slot, instance);
+    KpIfcChange::before(*instance); // no file has it yet
     return instance;
 }
 
