@@ -1,5 +1,7 @@
 #include "model/ModelData.h"
 
+#include <algorithm>
+
 namespace KP_SDAI {
 
 ModelData::ModelData(KpIfcModel& m, std::shared_ptr<KpIfcModule> module)
@@ -26,11 +28,11 @@ void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
 
 KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
     if (!m_explicitOrder) makeOrderExplicit();
-    KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text)});
+    const std::uint64_t name = KpDbObjectId(slot).instanceName();
+    KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text), name});
     m_order.emplace_back(&record);
     if (slot) {
         ++keptCount;
-        const std::uint64_t name = KpDbObjectId(slot).instanceName();
         if (name > highestName) highestName = name;
         if (slot->word == 0) slot->word = reinterpret_cast<std::uintptr_t>(&record) | KpIfcSlot::kKeptRecord;
     }
@@ -42,7 +44,7 @@ void ModelData::demote(KpIfcSlot* slot, std::string text) {
     if (m_positions.empty())
         for (std::size_t i = 0; i < m_order.size(); ++i)
             if (m_order[i].slot()) m_positions[m_order[i].slot()] = i;
-    KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text)});
+    KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text), KpDbObjectId(slot).instanceName()});
     m_order[m_positions.at(slot)] = OrderEntry(&record);
     slot->word = 0;
     ++keptCount;
@@ -102,6 +104,19 @@ const ReferrerIndex& ModelData::referrerIndex() {
     if (!m_referrers) m_referrers = std::make_unique<ReferrerIndex>(model);
     m_builtReferrers.store(m_referrers.get(), std::memory_order_release);
     return *m_referrers;
+}
+
+std::vector<OrderEntry> ModelData::normalOrder() const {
+    std::vector<OrderEntry> order = m_order;
+    const auto nameOf = [](const OrderEntry& entry) {
+        return entry.record() ? entry.record()->name : KpDbObjectId(entry.slot()).instanceName();
+    };
+    for (auto begin = order.begin(); begin != order.end();) {
+        const auto end = std::find_if(begin, order.end(), [&](const OrderEntry& entry) { return nameOf(entry) == 0; });
+        std::stable_sort(begin, end, [&](const auto& a, const auto& b) { return nameOf(a) < nameOf(b); });
+        begin = end == order.end() ? end : end + 1;
+    }
+    return order;
 }
 
 void ModelData::makeOrderExplicit() {

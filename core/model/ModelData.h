@@ -22,7 +22,8 @@ namespace KP_SDAI {
 
 /// The source text of something that has no class: a record, or structure of the file between records.
 struct alignas(8) KeptRecord {
-    std::string text; ///< with its semicolon
+    std::string text;       ///< with its semicolon
+    std::uint64_t name = 0; ///< of the record; 0 for what is none or has none
 };
 
 /// The source text of a field whose attribute cannot hold it. It is written as long as the attribute would be written
@@ -94,6 +95,25 @@ public:
         }
     }
 
+    /// The same in ascending order of names, but for what has no name, which stays where it is between the others.
+    template <class VisitInstance, class VisitRecord>
+    void visitInNormalOrder(VisitInstance visitInstance, VisitRecord visitRecord) const {
+        if (!m_explicitOrder) return visitInFileOrder(visitInstance, visitRecord);
+        for (const OrderEntry& entry : normalOrder()) {
+            if (KeptRecord* record = entry.record())
+                visitRecord(*record);
+            else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject())
+                visitInstance(instance);
+        }
+    }
+    /// Calls `visit(const KpIfcEntityBase&)` for the instances that anything may have changed since they were read,
+    /// created ones included.
+    template <class Visit>
+    void visitChanged(Visit visit) const {
+        for (const KpIfcEntityBase* instance : m_toDestroy)
+            if (instance->isChanged() && instance->objectId().openObject() == instance) visit(*instance);
+    }
+
     KpIfcModel& model;
     KpArena arena;
     Inverses inverses{arena};
@@ -102,8 +122,10 @@ public:
     std::size_t instanceCount = 0;
     std::size_t keptCount = 0;
     std::uint64_t highestName = 0;
+    std::vector<std::uint64_t> erasedNames; ///< of instances and kept records that were read and are erased
 
 private:
+    std::vector<OrderEntry> normalOrder() const;
     void makeOrderExplicit();
 
     std::shared_ptr<KpIfcModule> m_module;

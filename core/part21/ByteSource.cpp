@@ -8,8 +8,8 @@
 namespace KP_SDAI {
 
 std::size_t MemorySource::read(char* to, std::size_t size) {
-    if (size > m_size - m_next) size = m_size - m_next;
-    if (size) std::memcpy(to, m_data + m_next, size);
+    if (size > m_data.size() - m_next) size = m_data.size() - m_next;
+    if (size) std::memcpy(to, m_data.data() + m_next, size);
     m_next += size;
     return size;
 }
@@ -46,23 +46,6 @@ std::size_t FileSource::read(char* to, std::size_t size) {
 bool FileSource::rewind() {
     std::clearerr(m_file);
     return std::fseek(m_file, 0, SEEK_SET) == 0;
-}
-
-bool Window::refill(const char*& place) {
-    if (m_ended) return false;
-    const auto dropped = static_cast<std::size_t>(place - m_buffer.data());
-    const std::size_t kept = m_length - dropped;
-    if (kept) std::memmove(m_buffer.data(), place, kept);
-    m_offset += dropped;
-    // A record longer than half of the window makes it grow.
-    if (m_buffer.size() < kSize || kept > m_buffer.size() / 2)
-        m_buffer.resize((m_buffer.size() < kSize ? kSize : m_buffer.size() * 2) + kZeros);
-    const std::size_t got = m_source.read(m_buffer.data() + kept, m_buffer.size() - kZeros - kept);
-    m_length = kept + got;
-    std::memset(m_buffer.data() + m_length, 0, kZeros);
-    m_ended = got == 0;
-    place = m_buffer.data();
-    return got != 0;
 }
 
 } // namespace KP_SDAI

@@ -21,7 +21,7 @@ std::string keywordOf(const char* begin) {
 } // namespace
 
 void FileReader::report(KpIfcFinding finding, KpIfcSeverity severity, std::string message) {
-    m_report.add(findingAt(finding, severity, m_window.offsetOf(m_place), std::move(message)));
+    m_report.add(findingAt(finding, severity, offset(), std::move(message)));
 }
 
 bool FileReader::skipBlanks() {
@@ -67,26 +67,30 @@ bool FileReader::readHeader(std::string& schema) {
         return false;
     }
     m_place = end;
+    m_layout.headerEnd = offset();
     bool inHeader = false;
     while (nextStatement(end)) {
         const std::string keyword = keywordOf(m_place);
         if (keyword == "DATA" || keyword == "END-ISO-10303-21" || *m_place == '#') {
             report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, "the header section has no ENDSEC");
+            m_layout.headerEnd = offset();
             break;
         }
         if (keyword == "ENDSEC") {
+            m_layout.headerEnd = offset();
             m_place = end;
             break;
         }
         if (keyword == "HEADER" && !inHeader) {
             inHeader = true;
-        } else if (!readHeaderRecord(end)) {
+        } else if (m_layout.header.push_back(offset()); !readHeaderRecord(end)) {
             report(KpIfcFinding::header, KpIfcSeverity::warning,
                    "expected a header record, found '" + excerpt({m_place, static_cast<std::size_t>(end - m_place)}) +
                        "'; kept as text");
             m_header.append({keyword, {}}, std::string(m_place, end - 1));
         }
         m_place = end;
+        m_layout.headerEnd = offset();
     }
     for (const char* keyword : {"FILE_DESCRIPTION", "FILE_NAME", "FILE_SCHEMA"})
         if (!m_header.find(keyword))
@@ -115,9 +119,12 @@ std::uint64_t FileReader::readData(ModelData& data) {
     RecordReader records(data, m_window, m_report);
     const char* end = nullptr;
     bool ended = false;
+    std::uint64_t opaqueFrom = 0; // all that follows is no statement of the file
     while (!ended) {
         if (!nextStatement(end)) {
             report(KpIfcFinding::truncated, KpIfcSeverity::error, "the file ends before END-ISO-10303-21");
+            if (!m_layout.hasDataSection) m_layout.dataEnd = offset();
+            opaqueFrom = offset();
             break;
         }
         const std::string keyword = keywordOf(m_place);
@@ -133,13 +140,19 @@ std::uint64_t FileReader::readData(ModelData& data) {
                 report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
                        "expected ';' behind DATA; read as if it stood there");
                 opening = "DATA;";
+                const std::uint64_t begin = offset();
                 m_place = behindKeyword;
+                m_layout.noteOpaque(begin, offset());
             }
+            m_layout.hasDataSection = true;
             if (m_frame.dataOpening.empty())
                 m_frame.dataOpening = opening.empty() ? "DATA;" : std::move(opening);
             else if (!opening.empty())
                 data.keep("ENDSEC;\n" + opening, nullptr);
-            if (!records.readSection(m_place)) {
+            const bool isWhole = records.readSection(m_place);
+            m_layout.dataEnd = isWhole ? records.sectionEnd() : offset();
+            if (!isWhole) {
+                opaqueFrom = offset();
                 report(KpIfcFinding::truncated, KpIfcSeverity::error, "the file ends inside its data section");
                 std::string tail(m_place, m_window.end());
                 while (!tail.empty() && static_cast<unsigned char>(tail.back()) <= ' ') tail.pop_back();
@@ -149,7 +162,9 @@ std::uint64_t FileReader::readData(ModelData& data) {
                 break;
             }
         } else if (keyword == "END-ISO-10303-21") {
+            if (!m_layout.hasDataSection) m_layout.dataEnd = offset();
             m_place = end;
+            opaqueFrom = offset();
             readTrailing();
             ended = true;
         } else {
@@ -157,7 +172,8 @@ std::uint64_t FileReader::readData(ModelData& data) {
         }
     }
     records.finish();
-    const std::uint64_t size = m_window.offsetOf(m_window.end());
+    const std::uint64_t size = m_window.readToEnd();
+    m_layout.noteOpaque(opaqueFrom, size);
     locateFindings();
     return size;
 }
@@ -171,6 +187,7 @@ void FileReader::readOtherSection(const char* end) {
                  : "expected a section, found '" + excerpt({m_place, static_cast<std::size_t>(end - m_place)}) +
                        "'; kept as text");
     std::string text = statement(end);
+    const std::uint64_t begin = offset();
     m_place = end;
     while (known && nextStatement(end)) {
         const bool last = keywordOf(m_place) == "ENDSEC";
@@ -178,6 +195,7 @@ void FileReader::readOtherSection(const char* end) {
         m_place = end;
         if (last) break;
     }
+    m_layout.noteOpaque(begin, offset());
     (m_frame.dataOpening.empty() ? m_frame.beforeData : m_frame.behindData) += text + '\n';
 }
 

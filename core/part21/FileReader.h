@@ -3,8 +3,9 @@
 #include <KpIfcCore/KpIfcHeader.h>
 #include <KpIfcCore/KpIfcReport.h>
 
-#include "part21/ByteSource.h"
-#include "part21/RecordWriter.h"
+#include "model/ModelData.h"
+#include "part21/FileFrame.h"
+#include "part21/Window.h"
 
 #include <cstdint>
 #include <string>
@@ -14,8 +15,10 @@ namespace KP_SDAI {
 /// Reads the frame of a STEP file: its marks, header and sections.
 class FileReader {
 public:
-    FileReader(ByteSource& source, KpIfcHeader& header, FileFrame& frame, KpIfcReport& report)
-        : m_source(source), m_window(source), m_header(header), m_frame(frame), m_report(report) {}
+    /// What it takes to write the source again goes to `layout`.
+    FileReader(ByteSource& source, KpIfcHeader& header, FileFrame& frame, SourceLayout& layout, KpIfcReport& report)
+        : m_source(source), m_layout(layout), m_window(source, layout), m_header(header), m_frame(frame),
+          m_report(report) {}
 
     /// Reads up to the end of the header section. False, with error(), where the bytes are no STEP file or name no
     /// schema.
@@ -34,9 +37,11 @@ private:
     void readTrailing();
     void locateFindings();
     std::string statement(const char* end) const;
+    std::uint64_t offset() const { return m_window.offsetOf(m_place); }
     void report(KpIfcFinding finding, KpIfcSeverity severity, std::string message);
 
     ByteSource& m_source;
+    SourceLayout& m_layout;
     Window m_window;
     const char* m_place = nullptr;
     KpIfcHeader& m_header;

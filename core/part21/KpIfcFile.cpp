@@ -5,8 +5,9 @@
 #include "model/ModelData.h"
 #include "part21/ByteSource.h"
 #include "part21/FileReader.h"
+#include "part21/FileWriter.h"
 #include "part21/Output.h"
-#include "part21/RecordWriter.h"
+#include "part21/SourceRewriter.h"
 
 namespace KP_SDAI {
 
@@ -19,12 +20,12 @@ struct KpIfcFile::State {
     std::string error;
     std::uint64_t size = 0;
 
-    KP::ErrorStatus open(ByteSource& source, const std::string& name);
-    bool write(const std::function<bool(std::string_view)>& sink) {
-        model->commit();
-        writeReport.clear();
-        return RecordWriter(model->data()).writeFile(header, frame, writeReport, sink);
-    }
+    std::unique_ptr<ByteSource> source; ///< null where nothing was read
+    SourceLayout layout;
+
+    KP::ErrorStatus open(std::unique_ptr<ByteSource> from, const std::string& name);
+    /// False where the sink stopped or, with error, where the source is of no use any more.
+    bool write(const KpIfcSaveOptions& options, const std::function<bool(std::string_view)>& sink);
 };
 
 KpIfcFile::KpIfcFile() : m_state(std::make_unique<State>()) {}
@@ -36,12 +37,12 @@ void KpIfcFile::close() {
     m_state = std::make_unique<State>();
 }
 
-KP::ErrorStatus KpIfcFile::State::open(ByteSource& source, const std::string& name) {
-    FileReader reader(source, header, frame, report);
+KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const std::string& name) {
+    FileReader reader(*from, header, frame, layout, report);
     std::string schema;
     if (!reader.readHeader(schema)) {
         error = name + ": " + reader.error();
-        return source.error().empty() ? KP::eInvalidInput : KP::eNotAvailable;
+        return from->error().empty() ? KP::eInvalidInput : KP::eNotAvailable;
     }
     std::string reason;
     std::shared_ptr<KpIfcModule> module = KpIfcModule::load(schema, reason);
@@ -51,26 +52,37 @@ KP::ErrorStatus KpIfcFile::State::open(ByteSource& source, const std::string& na
     }
     model = std::make_unique<KpIfcModel>(std::move(module));
     model->data().utf8 = settings().get_useUTF8();
-    model->data().table.expectFile(source.size());
+    model->data().table.expectFile(from->size());
     size = reader.readData(model->data());
-    if (!source.error().empty()) {
-        error = name + ": " + source.error();
+    if (!from->error().empty()) {
+        error = name + ": " + from->error();
         model.reset();
         return KP::eNotAvailable;
     }
+    source = std::move(from);
     return KP::eOk;
+}
+
+bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::function<bool(std::string_view)>& sink) {
+    error.clear();
+    writeReport.clear();
+    model->commit();
+    if (!source || options.normalise) return writeNormalised(model->data(), header, frame, writeReport, sink);
+    SourceRewriter rewriter(model->data(), header, layout, writeReport);
+    if (rewriter.write(*source, sink)) return true;
+    error = rewriter.error();
+    return false;
 }
 
 KP::ErrorStatus KpIfcFile::open(const std::string& path) {
     close();
-    const std::unique_ptr<FileSource> source = FileSource::open(path, m_state->error);
-    return source ? m_state->open(*source, path) : KP::eNotAvailable;
+    std::unique_ptr<ByteSource> source = FileSource::open(path, m_state->error);
+    return source ? m_state->open(std::move(source), path) : KP::eNotAvailable;
 }
 
 KP::ErrorStatus KpIfcFile::openMemory(const void* data, std::size_t size, const std::string& name) {
     close();
-    MemorySource source(data, size);
-    return m_state->open(source, name);
+    return m_state->open(std::make_unique<MemorySource>(data, size), name);
 }
 
 KP::ErrorStatus KpIfcFile::create(const std::string& schemaName) {
@@ -83,33 +95,34 @@ KP::ErrorStatus KpIfcFile::create(const std::string& schemaName) {
     return KP::eOk;
 }
 
-KP::ErrorStatus KpIfcFile::save(const std::string& path) {
+KP::ErrorStatus KpIfcFile::save(const std::string& path, const KpIfcSaveOptions& options) {
     State& state = *m_state;
-    state.error.clear();
     if (!state.model) {
         state.error = path + ": no model to write";
         return KP::eNotAvailable;
     }
     Output output(path);
-    const bool ok = state.write([&](std::string_view piece) { return output.write(piece); }) && output.finish();
-    if (ok) return KP::eOk;
-    state.error = path + ": " + output.error();
+    if (state.write(options, [&](std::string_view piece) { return output.write(piece); }) && output.finish())
+        return KP::eOk;
+    state.error = path + ": " + (state.error.empty() ? output.error() : state.error);
     return KP::eNotAvailable;
 }
 
-KP::ErrorStatus KpIfcFile::saveToMemory(std::string& out) {
+KP::ErrorStatus KpIfcFile::saveToMemory(std::string& out, const KpIfcSaveOptions& options) {
+    State& state = *m_state;
     out.clear();
-    m_state->error.clear();
-    if (!m_state->model) {
-        m_state->error = "no model to write";
+    if (!state.model) {
+        state.error = "no model to write";
         return KP::eNotAvailable;
     }
-    out.reserve(m_state->size + m_state->size / 16); // mostly, what was read is about what is written
-    m_state->write([&](std::string_view piece) {
+    out.reserve(state.size + state.size / 16); // mostly, what was read is about what is written
+    const bool isWritten = state.write(options, [&](std::string_view piece) {
         out.append(piece);
         return true;
     });
-    return KP::eOk;
+    if (isWritten) return KP::eOk;
+    out.clear();
+    return KP::eNotAvailable;
 }
 
 KpIfcModel* KpIfcFile::model() const {

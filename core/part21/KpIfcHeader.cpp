@@ -31,9 +31,8 @@ KpIfcHeaderRecord& KpIfcHeader::recordFor(std::string_view keyword) {
     while (index < m_records.size() && m_records[index].keyword != keyword) ++index;
     if (index == m_records.size()) {
         m_records.push_back({std::string(keyword), emptyFields(keyword)});
-        m_sources.emplace_back();
+        m_origins.push_back(kNoOrigin);
     }
-    m_sources[index].clear();
     return m_records[index];
 }
 
@@ -46,7 +45,7 @@ bool KpIfcHeader::remove(std::string_view keyword) {
     for (std::size_t i = 0; i < m_records.size(); ++i) {
         if (m_records[i].keyword != keyword) continue;
         m_records.erase(m_records.begin() + static_cast<std::ptrdiff_t>(i));
-        m_sources.erase(m_sources.begin() + static_cast<std::ptrdiff_t>(i));
+        m_origins.erase(m_origins.begin() + static_cast<std::ptrdiff_t>(i));
         return true;
     }
     return false;
@@ -91,12 +90,17 @@ KpIfcHeader KpIfcHeader::standard(std::string schemaIdentifier) {
 }
 
 void KpIfcHeader::append(KpIfcHeaderRecord record, std::string source) {
+    m_originals.push_back({record, std::move(source)});
     m_records.push_back(std::move(record));
-    m_sources.push_back(std::move(source));
+    m_origins.push_back(m_originals.size() - 1);
+}
+
+bool KpIfcHeader::isAsRead(std::size_t index) const {
+    return m_origins[index] != kNoOrigin && m_originals[m_origins[index]].record == m_records[index];
 }
 
 std::string KpIfcHeader::source(std::size_t index) const {
-    if (!m_sources[index].empty()) return m_sources[index];
+    if (isAsRead(index)) return m_originals[m_origins[index]].text;
     std::string text = m_records[index].keyword + '(';
     writeStepValues(m_records[index].parameters, text);
     return text + ')';

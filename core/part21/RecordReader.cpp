@@ -94,9 +94,11 @@ bool RecordReader::readSection(const char*& place) {
         if (*begin == '#') {
             keepRecord(begin, end, failure);
         } else if (isStatement(begin, end, "ENDSEC")) {
+            m_sectionEnd = m_window.offsetOf(begin);
             place = end;
             return true;
         } else if (isStatement(begin, end, "END-ISO-10303-21")) {
+            m_sectionEnd = m_window.offsetOf(begin);
             m_report.add(findingAt(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, m_window.offsetOf(begin),
                                    "the data section has no ENDSEC before the end of the file"));
             return true;
@@ -181,6 +183,7 @@ bool RecordReader::readRecord(const char*& place, Failure& failure) {
         failure.entity = type->name();
         return false;
     }
+    m_window.layout().noteName(name);
     place = behind;
     return true;
 }
@@ -222,9 +225,11 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
         const bool ends = *p == ';';
         if (ends || *p == '#' || isStatement(p, m_filer.m_end, "ENDSEC")) {
             bind(type, slot, instance, {begin, static_cast<std::size_t>(close - begin)});
-            if (!ends)
+            if (!ends) {
                 reportField(KpIfcFinding::unreadableRecord, KpIfcSeverity::warning, *instance, KeptField::kWholeRecord,
                             m_window.offsetOf(close) + 1, "expected ';' behind the record; read as if it stood there");
+                m_window.layout().noteIrregularEnd(m_filer.m_recordOffset, m_window.offsetOf(close) + 1);
+            }
             place = ends ? p + 1 : p;
             return true;
         }
@@ -247,6 +252,7 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
         entry.instanceName = KpDbObjectId(slot).instanceName();
         entry.entity = type.name();
         m_report.add(std::move(entry));
+        m_window.layout().noteCounting(KpDbObjectId(slot).instanceName(), m_filer.m_recordOffset);
         if (KpIfcEntityBase* former = KpDbObjectId(slot).openObject())
             m_data.demote(slot, RecordWriter(m_data).record(*former));
     }
@@ -328,7 +334,9 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.pop_back();
     text += lexer::missingEnd(text.data(), text.data() + text.size());
     KpIfcSlot* slot = failure.name ? m_data.table.slot(failure.name) : nullptr;
-    if (slot && slot->word != 0) {
+    const bool isFirst = slot && slot->word == 0;
+    m_window.layout().noteOpaque(m_window.offsetOf(begin), m_window.offsetOf(end), isFirst ? failure.name : 0);
+    if (slot && !isFirst) {
         entry = findingAt(KpIfcFinding::duplicateName, KpIfcSeverity::warning, m_window.offsetOf(begin),
                           "the instance name stands before; the other record counts");
         entry.instanceName = failure.name;

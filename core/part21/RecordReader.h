@@ -4,8 +4,8 @@
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include "model/ModelData.h"
-#include "part21/ByteSource.h"
 #include "part21/EntityNames.h"
+#include "part21/Window.h"
 
 #include <string>
 #include <string_view>
@@ -24,6 +24,8 @@ public:
     /// Reads from `place`, which stands behind the opening of a data section, to its end or the end of the source, and
     /// moves `place` there. False where the section has no end.
     bool readSection(const char*& place);
+    /// Offset of what ended the section that was read last.
+    std::uint64_t sectionEnd() const { return m_sectionEnd; }
     /// What can only be done when everything is read: references to instances that came later or not at all.
     void finish();
 
@@ -56,6 +58,7 @@ private:
     KpSpfFilerBase m_filer;
     std::vector<KpIfcEntityBase*> m_referring; ///< instances that inverse attributes are about
     bool m_tooManyParameters = false;
+    std::uint64_t m_sectionEnd = 0;
     const char* m_end = nullptr;     ///< how far the record that is being read may look
     std::uint64_t m_openComment = 0; ///< a comment before this offset did not end before it
 };

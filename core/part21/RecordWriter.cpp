@@ -20,22 +20,23 @@ std::vector<std::string_view> splitParameters(const std::string& parameters) {
 }
 
 std::string RecordWriter::parameters(KpIfcEntityBase& instance) {
-    m_filer.m_written = 0;
+    clear();
     instance.outFields(&m_filer);
-    std::string text(m_filer.m_buffer.data(), m_filer.m_written);
-    m_filer.m_written = 0;
-    return text;
+    std::string parameters(text());
+    clear();
+    return parameters;
 }
 
 std::string RecordWriter::record(KpIfcEntityBase& instance) {
-    m_filer.m_written = 0;
-    put(instance);
-    std::string text(m_filer.m_buffer.data(), m_filer.m_written);
-    m_filer.m_written = 0;
-    return text;
+    clear();
+    putRecord(instance);
+    std::string record(text());
+    clear();
+    return record;
 }
 
-void RecordWriter::put(KpIfcEntityBase& instance) {
+void RecordWriter::putRecord(KpIfcEntityBase& instance) {
+    m_filer.m_notFinite = false;
     m_filer.putName(instance.instanceName());
     m_filer.put('=');
     m_filer.put(instance.getInstanceType()->name());
@@ -45,6 +46,14 @@ void RecordWriter::put(KpIfcEntityBase& instance) {
     else
         instance.outFields(&m_filer);
     m_filer.put(");");
+    if (!m_filer.m_notFinite || !m_report) return;
+    KpIfcReportEntry entry;
+    entry.severity = KpIfcSeverity::warning;
+    entry.finding = KpIfcFinding::notFinite;
+    entry.instanceName = instance.instanceName();
+    entry.entity = instance.getInstanceType()->name();
+    entry.message = "a number that is not finite, written as unset";
+    m_report->add(std::move(entry));
 }
 
 /// Writes the parameters, those with kept texts by their texts where they are still what they were.
@@ -63,57 +72,6 @@ void RecordWriter::putParameters(KpIfcEntityBase& instance, const std::vector<Ke
             if (field.field == i && field.normal == text) text = field.source;
         m_filer.put(text);
     }
-}
-
-bool RecordWriter::flush(const std::function<bool(std::string_view)>& sink, std::size_t atLeast) {
-    if (m_filer.m_written < atLeast) return true;
-    const bool ok = sink({m_filer.m_buffer.data(), m_filer.m_written});
-    m_filer.m_written = 0;
-    return ok;
-}
-
-bool RecordWriter::writeFile(const KpIfcHeader& header, const FileFrame& frame, KpIfcReport& report,
-                             const std::function<bool(std::string_view)>& sink) {
-    constexpr std::size_t kPiece = 256 * 1024;
-    m_filer.m_written = 0;
-    m_filer.put("ISO-10303-21;\nHEADER;\n");
-    for (std::size_t i = 0; i < header.records().size(); ++i) {
-        m_filer.put(header.source(i));
-        m_filer.put(";\n");
-    }
-    m_filer.put("ENDSEC;\n");
-    m_filer.put(frame.beforeData);
-    m_filer.put(frame.dataOpening.empty() ? "DATA;" : frame.dataOpening);
-    m_filer.put('\n');
-    bool ok = true;
-    m_data.visitInFileOrder(
-        [&](KpIfcEntityBase* instance) {
-            if (!ok) return;
-            m_filer.m_notFinite = false;
-            put(*instance);
-            m_filer.put('\n');
-            if (m_filer.m_notFinite) {
-                KpIfcReportEntry entry;
-                entry.severity = KpIfcSeverity::warning;
-                entry.finding = KpIfcFinding::notFinite;
-                entry.instanceName = instance->instanceName();
-                entry.entity = instance->getInstanceType()->name();
-                entry.message = "a number that is not finite, written as unset";
-                report.add(std::move(entry));
-            }
-            ok = flush(sink, kPiece);
-        },
-        [&](const KeptRecord& record) {
-            if (!ok) return;
-            m_filer.put(record.text);
-            m_filer.put('\n');
-            ok = flush(sink, kPiece);
-        });
-    m_filer.put("ENDSEC;\n");
-    m_filer.put(frame.behindData);
-    m_filer.put("END-ISO-10303-21;\n");
-    m_filer.put(frame.behindEnd);
-    return ok && flush(sink, 0);
 }
 
 } // namespace KP_SDAI

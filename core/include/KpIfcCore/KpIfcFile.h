@@ -12,6 +12,12 @@
 
 namespace KP_SDAI {
 
+/// How a file is written.
+struct KpIfcSaveOptions {
+    /// Writes every record anew, one a line, ascending by name, without comments and what else is no part of the model.
+    bool normalise = false;
+};
+
 /// A STEP physical file (ISO 10303-21): its header and its model.
 ///
 ///     KpIfcFile file;
@@ -21,6 +27,10 @@ namespace KP_SDAI {
 /// Reading is total: whatever the bytes are, the result is a model and a report, or an error where not even the schema
 /// can be told. Nothing that was read is lost: records that fit no class keep their text, so do single fields that
 /// their attribute cannot hold, and both are written back.
+///
+/// Writing leaves alone what nobody changed: records whose content is what was read, comments, spacing and order are
+/// copied from the source byte for byte. Changed records are written anew at their places, further ones behind the last,
+/// erased ones are left out; so it is with header records. For that a file that is open keeps its source open.
 class KPIFCCORE_EXPORT KpIfcFile {
 public:
     KpIfcFile();
@@ -32,15 +42,17 @@ public:
     /// no STEP file or its schema has no module; error() then says why, and there is no model. eOk also where report()
     /// has findings.
     KP::ErrorStatus open(const std::string& path);
-    /// Reads a file from memory, which is not needed afterwards. `name` stands for the path in messages.
+    /// Reads a file from memory, which is copied, so not needed afterwards. `name` stands for the path in messages.
     KP::ErrorStatus openMemory(const void* data, std::size_t size, const std::string& name = "memory");
     /// Begins a new, empty file of a schema ("IFC2X3").
     KP::ErrorStatus create(const std::string& schemaName);
     void close();
 
-    /// Writes header and model. eNotAvailable with error() where that fails; findings go to writeReport().
-    KP::ErrorStatus save(const std::string& path);
-    KP::ErrorStatus saveToMemory(std::string& out);
+    /// Writes header and model, also over the file that was read: the target is replaced when all is written. Findings
+    /// go to writeReport(). eNotAvailable with error() where that fails, also where another program has changed the
+    /// source since it was read; what was at `path` is then as it was. A normalised save needs no source.
+    KP::ErrorStatus save(const std::string& path, const KpIfcSaveOptions& options = {});
+    KP::ErrorStatus saveToMemory(std::string& out, const KpIfcSaveOptions& options = {});
 
     /// Null while nothing is open.
     KpIfcModel* model() const;

@@ -18,7 +18,7 @@ struct KpIfcHeaderRecord {
 
 /// The header section of a file (ISO 10303-21, clause 8): all records in their order, unknown ones too.
 ///
-/// A record stays written as the file had it until it is changed. Texts are UTF-8. Getters of single fields give empty
+/// A record stays written as the file had it while it says the same. Texts are UTF-8. Getters of single fields give empty
 /// texts where the file has none; setters make the record where it is missing.
 class KPIFCCORE_EXPORT KpIfcHeader {
 public:
@@ -51,16 +51,28 @@ public:
     /// The three records that the standard asks for, with empty texts and the given schema.
     static KpIfcHeader standard(std::string schemaIdentifier);
 
-    /// Adds a record with the text that it is to be written with while nobody changes it.
+    /// Adds a record as a file has it, with its text there, which it is written with while it says the same.
     void append(KpIfcHeaderRecord record, std::string source);
     /// The text of the record at `index`: the file's own, or written anew; without the semicolon.
     std::string source(std::size_t index) const;
+    /// Which of the records that were read the one at `index` is, or was before it was changed; kNoOrigin for others.
+    std::size_t origin(std::size_t index) const { return m_origins[index]; }
+    static constexpr std::size_t kNoOrigin = static_cast<std::size_t>(-1);
+    /// True where the record at `index` says what it said when it was read.
+    bool isAsRead(std::size_t index) const;
 
 private:
+    /// A record as it was read.
+    struct Original {
+        KpIfcHeaderRecord record;
+        std::string text;
+    };
+
     KpIfcHeaderRecord& recordFor(std::string_view keyword);
 
     std::vector<KpIfcHeaderRecord> m_records;
-    std::vector<std::string> m_sources; ///< empty where a record was changed or added
+    std::vector<std::size_t> m_origins; ///< of each of them
+    std::vector<Original> m_originals;
 };
 
 } // namespace KP_SDAI

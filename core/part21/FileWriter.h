@@ -1,0 +1,19 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcHeader.h>
+#include <KpIfcCore/KpIfcReport.h>
+
+#include "part21/FileFrame.h"
+#include "part21/RecordWriter.h"
+
+#include <functional>
+#include <string_view>
+
+namespace KP_SDAI {
+
+/// Writes a model as a file of uniform records, one a line, ascending by name within each data section. Hands it to
+/// `sink` in pieces of some hundred kilobytes; false where that returned false.
+bool writeNormalised(ModelData& data, const KpIfcHeader& header, const FileFrame& frame, KpIfcReport& report,
+                     const std::function<bool(std::string_view)>& sink);
+
+} // namespace KP_SDAI

@@ -1,0 +1,121 @@
+#include "part21/RecordText.h"
+
+#include "part21/Lexer.h"
+#include "part21/RecordWriter.h"
+
+#include <KpIfcCore/KpIfcEntityType.h>
+#include <KpIfcCore/KpStepText.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace KP_SDAI {
+
+namespace {
+
+/// A number by its value, whatever its spelling; false where it is none.
+bool appendNumber(const char*& p, const char* end, std::string& out) {
+    const char* const begin = *p == '+' ? p + 1 : p;
+    double value;
+    const auto [behind, failure] = std::from_chars(begin, end, value);
+    if (failure != std::errc() || behind == begin) return false;
+    value += 0.0; // one zero
+    out.append(reinterpret_cast<const char*>(&value), sizeof value);
+    p = behind;
+    return true;
+}
+
+/// Brings a piece of a record into a form that is equal for pieces that say the same; false where it is not well formed.
+bool appendUniform(const char* p, const char* end, std::string& out) {
+    for (;;) {
+        p = lexer::skipBlanks(p, end);
+        if (p >= end) return true;
+        const char c = *p;
+        if (c == '\'') {
+            const char* const behind = KpStepText::stringEnd(p + 1, end);
+            if (!behind) return false;
+            // Apostrophes keep one text from looking like several.
+            out += '\'';
+            out += KpStepText::decode({p + 1, static_cast<std::size_t>(behind - p - 2)});
+            out += '\'';
+            p = behind;
+        } else if (c == '#') {
+            out += *p++;
+            while (*p == '0' && lexer::isDigit(p[1])) ++p;
+            while (lexer::isDigit(*p)) out += *p++;
+        } else if (lexer::isDigit(c) || c == '-' || c == '+') {
+            out += ' ';
+            if (!appendNumber(p, end, out)) return false;
+        } else if (c == '"') {
+            do {
+                out += *p++;
+            } while (p < end && *p != '"');
+        } else {
+            out += upperAscii(c);
+            ++p;
+            while (lexer::isKeywordPart(c) && lexer::isKeywordPart(*p)) out += upperAscii(*p++);
+        }
+    }
+}
+
+bool appendUniform(std::string_view text, std::string& out) {
+    return appendUniform(text.data(), text.data() + text.size(), out);
+}
+
+/// The same for the members of a set, in an order of their own and each once.
+bool appendUniformSet(std::string_view text, std::string& out) {
+    const char* p = lexer::skipBlanks(text.data(), text.data() + text.size());
+    if (p == text.data() + text.size() || *p != '(') return appendUniform(text, out);
+    std::vector<std::string> members;
+    const std::string inner(p + 1, text.data() + text.rfind(')'));
+    for (const std::string_view member : splitParameters(inner))
+        if (!appendUniform(member, members.emplace_back())) return false;
+    std::sort(members.begin(), members.end());
+    members.erase(std::unique(members.begin(), members.end()), members.end());
+    for (const std::string& member : members) (out += member) += ',';
+    return true;
+}
+
+/// The keyword and the parameters of a record: what stands before and between its outer parentheses.
+bool takeApart(std::string_view record, std::string& before, std::string& parameters) {
+    const char* const end = record.data() + record.size();
+    const char* p = record.data();
+    while (p < end && *p != '(') {
+        const char* const behind = lexer::skipBlanks(p, end);
+        p = behind == p ? p + 1 : behind;
+    }
+    const std::size_t close = record.rfind(')');
+    if (p >= end || close == std::string_view::npos) return false;
+    parameters.assign(p + 1, record.data() + close);
+    return appendUniform({record.data(), static_cast<std::size_t>(p - record.data())}, before);
+}
+
+} // namespace
+
+bool saysTheSame(std::string_view source, std::string_view written, const KpIfcEntityType& type) {
+    if (source == written) return true;
+    std::string before[2];
+    std::string parameters[2];
+    if (!takeApart(source, before[0], parameters[0]) || !takeApart(written, before[1], parameters[1])) return false;
+    if (before[0] != before[1]) return false;
+    const std::vector<std::string_view> a = splitParameters(parameters[0]);
+    const std::vector<std::string_view> b = splitParameters(parameters[1]);
+    if (a.size() != b.size()) return false;
+    const auto& fields = type.recordFields();
+    std::string x;
+    std::string y;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (a[i] == b[i]) continue;
+        x.clear();
+        y.clear();
+        const bool isSet = i < fields.size() && fields[i]->aggregate && fields[i]->aggregate->isSet;
+        const auto append = isSet ? appendUniformSet : static_cast<bool (*)(std::string_view, std::string&)>(appendUniform);
+        if (!append(a[i], x) || !append(b[i], y) || x != y) return false;
+    }
+    return true;
+}
+
+} // namespace KP_SDAI
