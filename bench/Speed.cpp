@@ -91,7 +91,7 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
             require(file.open(path), file);
             const double opened = cpuSeconds();
             if (workloads.write) {
-                require(file.saveToMemory(written), file);
+                require(file.saveToMemory(written, {.normalise = true}), file);
             }
             const double saved = cpuSeconds();
             figures.instances = file.model()->count();

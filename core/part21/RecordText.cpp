@@ -1,14 +1,12 @@
 #include "part21/RecordText.h"
 
 #include "part21/Lexer.h"
-#include "part21/RecordWriter.h"
 
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpStepText.h>
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -28,7 +26,8 @@ bool appendNumber(const char*& p, const char* end, std::string& out) {
     return true;
 }
 
-/// Brings a piece of a record into a form that is equal for pieces that say the same; false where it is not well formed.
+/// Brings a piece of a record into a form that is equal for pieces that say the same; false where it is not well
+/// formed.
 bool appendUniform(const char* p, const char* end, std::string& out) {
     for (;;) {
         p = lexer::skipBlanks(p, end);
@@ -65,13 +64,40 @@ bool appendUniform(std::string_view text, std::string& out) {
     return appendUniform(text.data(), text.data() + text.size(), out);
 }
 
-/// The same for the members of a set, in an order of their own and each once.
+/// What stands between commas that are in no text, comment or parentheses.
+std::vector<std::string_view> split(std::string_view text) {
+    std::vector<std::string_view> parts;
+    const char* const end = text.data() + text.size();
+    const char* begin = text.data();
+    int depth = 0;
+    for (const char* p = begin; p < end;) {
+        const char* behind = p + 1;
+        if (*p == '\'')
+            behind = KpStepText::stringEnd(p + 1, end);
+        else if (lexer::isComment(p))
+            behind = lexer::commentEnd(p, end);
+        else if (*p == '(')
+            ++depth;
+        else if (*p == ')')
+            --depth;
+        if (*p == ',' && depth == 0) {
+            parts.emplace_back(begin, static_cast<std::size_t>(p - begin));
+            begin = behind;
+        }
+        p = behind ? behind : end;
+    }
+    parts.emplace_back(begin, static_cast<std::size_t>(end - begin));
+    return parts;
+}
+
+/// The same as appendUniform() for the members of a set, in an order of their own and each once.
 bool appendUniformSet(std::string_view text, std::string& out) {
     const char* p = lexer::skipBlanks(text.data(), text.data() + text.size());
     if (p == text.data() + text.size() || *p != '(') return appendUniform(text, out);
     std::vector<std::string> members;
-    const std::string inner(p + 1, text.data() + text.rfind(')'));
-    for (const std::string_view member : splitParameters(inner))
+    const std::size_t close = text.rfind(')');
+    for (const std::string_view member :
+         split(text.substr(0, close).substr(static_cast<std::size_t>(p + 1 - text.data()))))
         if (!appendUniform(member, members.emplace_back())) return false;
     std::sort(members.begin(), members.end());
     members.erase(std::unique(members.begin(), members.end()), members.end());
@@ -80,7 +106,7 @@ bool appendUniformSet(std::string_view text, std::string& out) {
 }
 
 /// The keyword and the parameters of a record: what stands before and between its outer parentheses.
-bool takeApart(std::string_view record, std::string& before, std::string& parameters) {
+bool takeApart(std::string_view record, std::string& before, std::string_view& parameters) {
     const char* const end = record.data() + record.size();
     const char* p = record.data();
     while (p < end && *p != '(') {
@@ -88,8 +114,8 @@ bool takeApart(std::string_view record, std::string& before, std::string& parame
         p = behind == p ? p + 1 : behind;
     }
     const std::size_t close = record.rfind(')');
-    if (p >= end || close == std::string_view::npos) return false;
-    parameters.assign(p + 1, record.data() + close);
+    if (p >= end || close == std::string_view::npos || record.data() + close < p) return false;
+    parameters = record.substr(0, close).substr(static_cast<std::size_t>(p + 1 - record.data()));
     return appendUniform({record.data(), static_cast<std::size_t>(p - record.data())}, before);
 }
 
@@ -98,21 +124,22 @@ bool takeApart(std::string_view record, std::string& before, std::string& parame
 bool saysTheSame(std::string_view source, std::string_view written, const KpIfcEntityType& type) {
     if (source == written) return true;
     std::string before[2];
-    std::string parameters[2];
+    std::string_view parameters[2];
     if (!takeApart(source, before[0], parameters[0]) || !takeApart(written, before[1], parameters[1])) return false;
     if (before[0] != before[1]) return false;
-    const std::vector<std::string_view> a = splitParameters(parameters[0]);
-    const std::vector<std::string_view> b = splitParameters(parameters[1]);
+    const std::vector<std::string_view> a = split(parameters[0]);
+    const std::vector<std::string_view> b = split(parameters[1]);
     if (a.size() != b.size()) return false;
     const auto& fields = type.recordFields();
     std::string x;
     std::string y;
     for (std::size_t i = 0; i < a.size(); ++i) {
-        if (a[i] == b[i]) continue;
+        if (a[i] == b[i] || (i < fields.size() && fields[i]->kind == KpIfcFieldKind::notKept)) continue;
         x.clear();
         y.clear();
         const bool isSet = i < fields.size() && fields[i]->aggregate && fields[i]->aggregate->isSet;
-        const auto append = isSet ? appendUniformSet : static_cast<bool (*)(std::string_view, std::string&)>(appendUniform);
+        const auto append =
+            isSet ? appendUniformSet : static_cast<bool (*)(std::string_view, std::string&)>(appendUniform);
         if (!append(a[i], x) || !append(b[i], y) || x != y) return false;
     }
     return true;

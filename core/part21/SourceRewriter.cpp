@@ -25,9 +25,10 @@ bool SourceRewriter::write(ByteSource& source, const Sink& sink) {
     collectTouched();
     collectHeaderEdits();
     const auto changed = [&] {
-        m_error = source.error().empty()
-                      ? "what was read is no longer what it was then: nothing is written; a normalised save needs no source"
-                      : "what was read cannot be read again: " + source.error();
+        m_error =
+            source.error().empty()
+                ? "what was read is no longer what it was then: nothing is written; a normalised save needs no source"
+                : "what was read cannot be read again: " + source.error();
         return false;
     };
     if (!source.rewind()) return changed();
@@ -53,15 +54,18 @@ bool SourceRewriter::write(ByteSource& source, const Sink& sink) {
     return true;
 }
 
-// -- what has changed --------------------------------------------------------------------------------------------------
+// -- what has changed
+// --------------------------------------------------------------------------------------------------
 
 void SourceRewriter::collectTouched() {
-    m_data.visitChanged([this](const KpIfcEntityBase& instance) { m_touched.push_back({instance.instanceName(), false}); });
+    m_data.visitChanged([this](const KpIfcEntityBase& instance) {
+        m_touched.push_back({instance.instanceName(), false});
+    });
     for (const std::uint64_t name : m_data.erasedNames) m_touched.push_back({name, false});
     std::sort(m_touched.begin(), m_touched.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
-    m_touched.erase(std::unique(m_touched.begin(), m_touched.end(),
-                                [](const auto& a, const auto& b) { return a.name == b.name; }),
-                    m_touched.end());
+    m_touched.erase(
+        std::unique(m_touched.begin(), m_touched.end(), [](const auto& a, const auto& b) { return a.name == b.name; }),
+        m_touched.end());
 }
 
 void SourceRewriter::collectHeaderEdits() {
@@ -96,7 +100,8 @@ bool SourceRewriter::isTouched(const SourceLayout::Block& block) const {
     return first != m_touched.end() && first->name <= block.highestName;
 }
 
-// -- one block ---------------------------------------------------------------------------------------------------------
+// -- one block
+// ---------------------------------------------------------------------------------------------------------
 
 void SourceRewriter::rewrite() {
     const char* const begin = m_block.data();
@@ -109,7 +114,8 @@ void SourceRewriter::rewrite() {
     for (;;) {
         const char* const statement = lexer::skipBlanks(p, end);
         const std::uint64_t offset = offsetOf(statement);
-        if (!m_newHeader.empty() && offset >= m_layout.headerEnd) insertLines(statement, std::exchange(m_newHeader, {}));
+        if (!m_newHeader.empty() && offset >= m_layout.headerEnd)
+            insertLines(statement, std::exchange(m_newHeader, {}));
         if (!m_isDataComplete && offset >= m_layout.dataEnd) insertNewRecords(statement);
         if (statement >= end) break;
         p = opaqueEnd(statement, end);

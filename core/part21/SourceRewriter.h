@@ -61,10 +61,10 @@ private:
     RecordWriter m_records;
     std::string m_error;
 
-    std::vector<Touched> m_touched;                                 ///< ascending
-    std::unordered_map<std::uint64_t, std::string> m_headerEdits;   ///< by place; empty for what is left out
-    std::string m_newHeader;                                        ///< records to insert, a line each
-    bool m_isDataComplete = false;                                  ///< the new records are inserted
+    std::vector<Touched> m_touched;                               ///< ascending
+    std::unordered_map<std::uint64_t, std::string> m_headerEdits; ///< by place; empty for what is left out
+    std::string m_newHeader;                                      ///< records to insert, a line each
+    bool m_isDataComplete = false;                                ///< the new records are inserted
     std::size_t m_nextOpaque = 0;
     const char* m_lineEnd = "\n";
 

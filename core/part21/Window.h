@@ -21,9 +21,8 @@ public:
     std::uint64_t offsetOf(const char* place) const {
         return m_offset + static_cast<std::uint64_t>(place - m_buffer.data());
     }
-    /// Drops what stands before `place`, which lies between statements, and reads on behind the end; `place` moves along,
-    /// all other places are gone.
-    /// False where the source has ended.
+    /// Drops what stands before `place`, which lies between statements, and reads on behind the end; `place` moves
+    /// along, all other places are gone. False where the source has ended.
     bool refill(const char*& place);
     /// Reads what is left; returns the size of the source.
     std::uint64_t readToEnd();

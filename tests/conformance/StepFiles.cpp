@@ -46,8 +46,20 @@ KpIfcFile opened(std::string_view content) {
 
 std::string saved(KpIfcFile& file) {
     std::string out;
+    EXPECT_EQ(file.saveToMemory(out, {.normalise = true}), KP::eOk) << file.error();
+    return out;
+}
+
+std::string rewritten(KpIfcFile& file) {
+    std::string out;
     EXPECT_EQ(file.saveToMemory(out), KP::eOk) << file.error();
     return out;
+}
+
+void touchAll(KpIfcFile& file) {
+    for (KpIfcEntityBase* instance : file.model()->instances()) {
+        KpIfcChange::before(*instance);
+    }
 }
 
 std::string findings(const KpIfcReport& report) {

@@ -17,7 +17,11 @@ std::string recordsOf(std::string_view content);
 
 /// A file read from a text; fails the test where it cannot be.
 KP_SDAI::KpIfcFile opened(std::string_view content);
-/// What would be written; fails the test where it cannot be.
+/// What would be written normalised; fails the test where it cannot be.
 std::string saved(KP_SDAI::KpIfcFile& file);
+/// What would be written with all that did not change left as it was; fails the test where it cannot be.
+std::string rewritten(KP_SDAI::KpIfcFile& file);
+/// Makes every instance count as changed.
+void touchAll(KP_SDAI::KpIfcFile& file);
 /// Every finding, a line each.
 std::string findings(const KP_SDAI::KpIfcReport& report);

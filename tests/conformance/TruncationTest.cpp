@@ -60,6 +60,10 @@ TEST(Truncation, EveryCompleteInstanceIsReadAndTheStatusSaysSo) {
         }
         EXPECT_EQ(model.count() + model.keptRecordCount(), complete);
 
+        EXPECT_EQ(rewritten(file), cut);
+        touchAll(file);
+        EXPECT_EQ(rewritten(file), cut);
+
         KpIfcFile again = opened(saved(file));
         EXPECT_EQ(again.model()->count(), model.count()) << saved(file);
         EXPECT_EQ(again.model()->keptRecordCount(), model.keptRecordCount()) << saved(file);

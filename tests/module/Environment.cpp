@@ -47,7 +47,7 @@ KpIfcFile openedRecords(const std::string& records) {
 
 std::string saved(KpIfcFile& file) {
     std::string out;
-    EXPECT_EQ(file.saveToMemory(out), KP::eOk) << file.error();
+    EXPECT_EQ(file.saveToMemory(out, {.normalise = true}), KP::eOk) << file.error();
     return out;
 }
 

@@ -29,8 +29,8 @@ struct KpIfcSaveOptions {
 /// their attribute cannot hold, and both are written back.
 ///
 /// Writing leaves alone what nobody changed: records whose content is what was read, comments, spacing and order are
-/// copied from the source byte for byte. Changed records are written anew at their places, further ones behind the last,
-/// erased ones are left out; so it is with header records. For that a file that is open keeps its source open.
+/// copied from the source byte for byte. Changed records are written anew at their places, further ones behind the
+/// last, erased ones are left out; so it is with header records. For that a file that is open keeps its source open.
 class KPIFCCORE_EXPORT KpIfcFile {
 public:
     KpIfcFile();

@@ -18,8 +18,8 @@ struct KpIfcHeaderRecord {
 
 /// The header section of a file (ISO 10303-21, clause 8): all records in their order, unknown ones too.
 ///
-/// A record stays written as the file had it while it says the same. Texts are UTF-8. Getters of single fields give empty
-/// texts where the file has none; setters make the record where it is missing.
+/// A record stays written as the file had it while it says the same. Texts are UTF-8. Getters of single fields give
+/// empty texts where the file has none; setters make the record where it is missing.
 class KPIFCCORE_EXPORT KpIfcHeader {
 public:
     const std::vector<KpIfcHeaderRecord>& records() const { return m_records; }
