@@ -12,7 +12,7 @@ const std::filesystem::path kHouse = std::filesystem::path(KP_SOURCE_DIR) / "exa
 
 TEST(ConvertTest, KeepsWhatTheExampleHolds) {
     const WorkFolder folder;
-    const Outcome converted = folder.run("kpifc convert " + quoted(kHouse) + " -o new.ifc");
+    const Outcome converted = folder.run("kpifc convert " + quoted(kHouse) + " --normalise -o new.ifc");
     EXPECT_EQ(converted.exitCode, 0) << converted.err;
     EXPECT_EQ(converted.out, "");
     EXPECT_EQ(std::count(converted.err.begin(), converted.err.end(), '\n'), 1) << converted.err;
@@ -23,7 +23,7 @@ TEST(ConvertTest, KeepsWhatTheExampleHolds) {
     EXPECT_FALSE(before.out.empty());
     EXPECT_EQ(before.out, after.out);
 
-    folder.run("kpifc convert new.ifc -o newer.ifc");
+    folder.run("kpifc convert new.ifc --normalise -o newer.ifc");
     EXPECT_EQ(contentOf(folder.path("new.ifc")), contentOf(folder.path("newer.ifc")));
 }
 
@@ -56,7 +56,22 @@ TEST(ConvertTest, RefusesToOverwriteTheInput) {
         EXPECT_EQ(outcome.exitCode, 2) << name;
         EXPECT_NE(outcome.err.find("is the input"), std::string::npos) << outcome.err;
     }
+    EXPECT_EQ(folder.run("kpifc convert house.ifc").exitCode, 2);
     EXPECT_EQ(contentOf(folder.path("house.ifc")), content);
+}
+
+TEST(ConvertTest, LeavesAllAsItIsUnlessToldToNormalise) {
+    const WorkFolder folder;
+    const std::string content = stepFile("/* as it was */ #2 = IFCCARTESIANPOINT( (0.,1.) );\n#1=IFCPERSON($,$,$,$,$,$,$,$);");
+    folder.write("house.ifc", content);
+    EXPECT_EQ(folder.run("kpifc convert house.ifc -o new.ifc").exitCode, 0);
+    EXPECT_EQ(contentOf(folder.path("new.ifc")), content);
+    EXPECT_EQ(folder.run("kpifc set house.ifc '#2.Coordinates=(0.,1.)' --in-place").exitCode, 0);
+    EXPECT_EQ(contentOf(folder.path("house.ifc")), content);
+    EXPECT_EQ(folder.run("kpifc convert house.ifc --normalise --in-place").exitCode, 0);
+    EXPECT_EQ(contentOf(folder.path("house.ifc")),
+              stepFile("#1=IFCPERSON($,$,$,$,$,$,$,$);\n#2=IFCCARTESIANPOINT((0.,1.));"));
+    EXPECT_EQ(folder.run("kpifc convert house.ifc -o new.ifc --in-place").exitCode, 2);
 }
 
 TEST(ConvertTest, ReplacesAnOlderOutput) {

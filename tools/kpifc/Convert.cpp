@@ -13,13 +13,13 @@ namespace {
 
 struct ConvertArguments {
     std::string input;
-    std::string output;
+    SaveOptions saving;
 };
 
 ExitCode convert(const ConvertArguments& arguments) {
-    refuseToOverwrite(arguments.input, arguments.output);
+    checkTarget(arguments.input, arguments.saving);
     KpIfcFile file = openFile(arguments.input);
-    return save(file, arguments.input, arguments.output);
+    return save(file, arguments.input, arguments.saving);
 }
 
 } // namespace
@@ -28,11 +28,11 @@ void addConvert(CLI::App& app, Action& action) {
     const auto arguments = std::make_shared<ConvertArguments>();
     CLI::App* command = app.add_subcommand("convert", "Read a file and write it anew");
     command->add_option("IN", arguments->input, "STEP file to read")->required();
-    command->add_option("-o,--output", arguments->output, "File to write; not the input")->required();
-    command->footer("Everything that was read is written, also what could not be understood. What was\n"
-                    "done is told in one line on standard error.\n\n"
+    addSaveOptions(*command, arguments->saving);
+    command->footer("Everything that was read is written, also what could not be understood: byte for byte,\n"
+                    "or uniform with --normalise. What was done is told in one line on standard error.\n\n"
                     "Example:\n"
-                    "  kpifc convert house.ifc -o house_new.ifc");
+                    "  kpifc convert house.ifc --normalise -o house_new.ifc");
     command->callback([arguments, &action] { action = [arguments] { return convert(*arguments); }; });
 }
 

@@ -11,15 +11,27 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
-void refuseToOverwrite(const std::string& input, const std::string& output) {
+void addSaveOptions(CLI::App& command, SaveOptions& options) {
+    CLI::Option* const output = command.add_option("-o,--output", options.output, "File to write; not the input");
+    command.add_flag("--in-place", options.inPlace, "Replace the input, when all is written")->excludes(output);
+    command.add_flag("--normalise", options.normalise,
+                     "Write every record anew, uniform and sorted, without comments; else\n"
+                     "what is not changed is copied byte for byte");
+}
+
+void checkTarget(const std::string& input, const SaveOptions& options) {
+    if (!options.inPlace && options.output.empty()) {
+        throw Failure("where to write? Expected -o FILE or --in-place");
+    }
     std::error_code none; // files that are missing are not the same
-    if (std::filesystem::equivalent(input, output, none)) {
-        throw Failure(output + " is the input, which is not overwritten");
+    if (!options.inPlace && std::filesystem::equivalent(input, options.output, none)) {
+        throw Failure(options.output + " is the input, which is overwritten with --in-place only");
     }
 }
 
-ExitCode save(KpIfcFile& file, const std::string& input, const std::string& output, const std::string& changes) {
-    if (file.save(output) != KP::eOk) {
+ExitCode save(KpIfcFile& file, const std::string& input, const SaveOptions& options, const std::string& changes) {
+    const std::string& output = options.inPlace ? input : options.output;
+    if (file.save(output, {.normalise = options.normalise}) != KP::eOk) {
         throw Failure(file.error());
     }
     const KpIfcModel& model = *file.model();

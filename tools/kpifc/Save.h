@@ -4,16 +4,29 @@
 
 #include <KpIfcCore/KpIfcFile.h>
 
+#include <CLI/App.hpp>
+
 #include <string>
 
 namespace kpifc {
 
-/// Throws Failure where both paths are the same file, by whatever names.
-void refuseToOverwrite(const std::string& input, const std::string& output);
+/// Where and how a command writes what it read.
+struct SaveOptions {
+    std::string output;
+    bool inPlace = false;
+    bool normalise = false;
+};
+
+/// Adds -o, --in-place and --normalise to a command; one of the first two must be given.
+void addSaveOptions(CLI::App& command, SaveOptions& options);
+
+/// Throws Failure where nothing says where to write, or the input would be overwritten without --in-place. To be called
+/// before work is done in vain.
+void checkTarget(const std::string& input, const SaveOptions& options);
 
 /// Writes a file that was read from `input`. Tells in one line on standard error what was done, `changes` ("1 attribute
 /// set") included, then what writing found. Throws Failure where it cannot be written.
-ExitCode save(KP_SDAI::KpIfcFile& file, const std::string& input, const std::string& output,
+ExitCode save(KP_SDAI::KpIfcFile& file, const std::string& input, const SaveOptions& options,
               const std::string& changes = "");
 
 } // namespace kpifc

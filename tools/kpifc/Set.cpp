@@ -26,7 +26,7 @@ namespace {
 struct SetArguments {
     std::string input;
     std::vector<std::string> assignments;
-    std::string output;
+    SaveOptions saving;
 };
 
 /// What is to be set to what.
@@ -163,7 +163,7 @@ void apply(const Assignment& assignment, const StepConversion& conversion) {
 }
 
 ExitCode set(const SetArguments& arguments) {
-    refuseToOverwrite(arguments.input, arguments.output);
+    checkTarget(arguments.input, arguments.saving);
     KpIfcFile file = openFile(arguments.input);
     Targets targets(*file.model());
     std::vector<Assignment> assignments;
@@ -179,7 +179,7 @@ ExitCode set(const SetArguments& arguments) {
     for (const std::string& note : notes) {
         tell("kpifc: " + note);
     }
-    return save(file, arguments.input, arguments.output, counted(assignments.size(), "attribute") + " set");
+    return save(file, arguments.input, arguments.saving, counted(assignments.size(), "attribute") + " set");
 }
 
 } // namespace
@@ -190,7 +190,7 @@ void addSet(CLI::App& app, Action& action) {
     command->add_option("IN", arguments->input, "STEP file to read")->required();
     command->add_option("ASSIGNMENT", arguments->assignments, "#15.FamilyName='Meier'; a GlobalId may stand for #15")
         ->required();
-    command->add_option("-o,--output", arguments->output, "File to write; not the input")->required();
+    addSaveOptions(*command, arguments->saving);
     command->footer("Values are in the notation of STEP files, as kpifc get prints them:\n"
                     "  1.5  7                 numbers; a real may be without its point\n"
                     "  'Oak'                  texts, encoded as in files or plain UTF-8; '' for an apostrophe\n"
@@ -202,7 +202,7 @@ void addSet(CLI::App& app, Action& action) {
                     "  $                      no value\n"
                     "Nothing is written unless every assignment fits its attribute. What the schema\n"
                     "does not want but files can hold (no value where one must be, too many members)\n"
-                    "is stored and told on standard error. All else is written as kpifc convert does.\n\n"
+                    "is stored and told on standard error. All other records stay byte for byte.\n\n"
                     "Example:\n"
                     "  kpifc set house.ifc \"#15.FamilyName='Meier'\" '#15.GivenName=$' -o house_new.ifc");
     command->callback([arguments, &action] { action = [arguments] { return set(*arguments); }; });
