@@ -1,5 +1,6 @@
 #include "part21/ByteSource.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -37,15 +38,35 @@ FileSource::~FileSource() {
 }
 
 std::size_t FileSource::read(char* to, std::size_t size) {
+    if (!m_error.empty()) return 0;
     errno = 0;
     const std::size_t got = std::fread(to, 1, size, m_file);
-    if (got < size && std::ferror(m_file)) m_error = std::strerror(errno);
+    if (got < size && std::ferror(m_file)) m_error = std::strerror(errno ? errno : EIO);
     return got;
 }
 
 bool FileSource::rewind() {
+    if (!m_error.empty()) return false;
     std::clearerr(m_file);
-    return std::fseek(m_file, 0, SEEK_SET) == 0;
+    if (std::fseek(m_file, 0, SEEK_SET) != 0) m_error = std::strerror(errno);
+    return m_error.empty();
+}
+
+std::size_t SpooledSource::read(char* to, std::size_t size) {
+    std::size_t got = std::min(size, m_kept.size() - m_next);
+    std::memcpy(to, m_kept.data() + m_next, got);
+    if (got < size) {
+        const std::size_t more = m_source->read(to + got, size - got);
+        m_kept.append(to + got, more);
+        got += more;
+    }
+    m_next += got;
+    return got;
+}
+
+bool SpooledSource::rewind() {
+    m_next = 0;
+    return m_source->error().empty();
 }
 
 } // namespace KP_SDAI

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace KP_SDAI {
 
@@ -12,13 +13,14 @@ namespace KP_SDAI {
 class ByteSource {
 public:
     virtual ~ByteSource() = default;
-    /// Reads up to `size` bytes; fewer only at the end or on an error.
+    /// Reads up to `size` bytes; fewer only at the end or on an error, and none after that. What was read is known to
+    /// be whole when a call has given fewer bytes and there is no error: checksums stand behind what they protect.
     virtual std::size_t read(char* to, std::size_t size) = 0;
-    /// Back to the first byte.
+    /// Back to the first byte; false, with error(), where that fails or reading has failed before.
     virtual bool rewind() = 0;
-    /// Why reading failed; empty where it did not.
+    /// Why reading failed, without the file's name; empty where it did not.
     virtual std::string error() const { return {}; }
-    /// Bytes in all, as far as that is known beforehand.
+    /// Bytes in all, as far as that is known beforehand: 0 for a pipe, an estimate for compressed ones.
     virtual std::uint64_t size() const = 0;
 };
 
@@ -52,6 +54,21 @@ private:
     std::FILE* m_file = nullptr;
     std::uint64_t m_size = 0;
     std::string m_error;
+};
+
+/// A source that can be read only once, such as a pipe, kept in memory as it is read so that it can be read again.
+class SpooledSource : public ByteSource {
+public:
+    explicit SpooledSource(std::unique_ptr<ByteSource> source) : m_source(std::move(source)) {}
+    std::size_t read(char* to, std::size_t size) override;
+    bool rewind() override;
+    std::string error() const override { return m_source->error(); }
+    std::uint64_t size() const override { return m_source->size(); }
+
+private:
+    std::unique_ptr<ByteSource> m_source;
+    std::string m_kept;
+    std::size_t m_next = 0;
 };
 
 } // namespace KP_SDAI

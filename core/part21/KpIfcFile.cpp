@@ -3,9 +3,9 @@
 #include <KpIfcCore/KpIfcSettings.h>
 
 #include "model/ModelData.h"
-#include "part21/ByteSource.h"
 #include "part21/FileReader.h"
 #include "part21/FileWriter.h"
+#include "part21/OpenSource.h"
 #include "part21/Output.h"
 #include "part21/SourceRewriter.h"
 
@@ -41,7 +41,7 @@ KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const s
     FileReader reader(*from, header, frame, layout, report);
     std::string schema;
     if (!reader.readHeader(schema)) {
-        error = name + ": " + reader.error();
+        error = name + ": " + (from->error().empty() ? reader.error() : from->error());
         return from->error().empty() ? KP::eInvalidInput : KP::eNotAvailable;
     }
     std::string reason;
@@ -76,13 +76,14 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
 
 KP::ErrorStatus KpIfcFile::open(const std::string& path) {
     close();
-    std::unique_ptr<ByteSource> source = FileSource::open(path, m_state->error);
+    std::unique_ptr<ByteSource> source = openSource(path, m_state->error);
     return source ? m_state->open(std::move(source), path) : KP::eNotAvailable;
 }
 
 KP::ErrorStatus KpIfcFile::openMemory(const void* data, std::size_t size, const std::string& name) {
     close();
-    return m_state->open(std::make_unique<MemorySource>(data, size), name);
+    std::unique_ptr<ByteSource> source = openSource(data, size, name, m_state->error);
+    return source ? m_state->open(std::move(source), name) : KP::eNotAvailable;
 }
 
 KP::ErrorStatus KpIfcFile::create(const std::string& schemaName) {

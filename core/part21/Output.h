@@ -1,34 +1,30 @@
 #pragma once
 
-#include <cstdio>
+#include "part21/AtomicFile.h"
+#include "part21/Compressor.h"
+
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace KP_SDAI {
 
-/// A file that is being written. It is written beside its target and renamed over it when complete, so that a failure
-/// leaves what was there; what is no ordinary file (a device, a pipe) is written directly.
+/// A file that is being written, as AtomicFile does. The ending of its name, in any letter case, tells how: .gz is
+/// compressed by gzip; .ifczip and .zip are zip archives with one member, named after the file; all else is plain.
 class Output {
 public:
+    /// error() tells at once where the target cannot be written.
     explicit Output(const std::string& path);
-    Output(const Output&) = delete;
-    Output& operator=(const Output&) = delete;
-    /// Removes what was written where finish() was not reached.
-    ~Output();
 
     bool write(std::string_view piece);
     /// Completes the target; false, with error(), where that fails.
     bool finish();
-    /// Why the last operation failed.
-    std::string error() const;
+    /// Why an operation failed, without the file's name; empty while none did.
+    const std::string& error() const { return m_file.error(); }
 
 private:
-    bool fail();
-
-    std::string m_path;
-    std::string m_beside; ///< empty where the target is written directly
-    std::FILE* m_file = nullptr;
-    int m_reason = 0;
+    AtomicFile m_file;
+    std::unique_ptr<Compressor> m_compressor; ///< null where the file is plain
 };
 
 } // namespace KP_SDAI

@@ -40,7 +40,7 @@ public:
 
     /// Reads a file; what was open before is closed. eNotAvailable where it cannot be read, eInvalidInput where it is
     /// no STEP file or its schema has no module; error() then says why, and there is no model. eOk also where report()
-    /// has findings.
+    /// has findings. The file may be compressed by gzip or stand in a zip archive (.ifczip): its first bytes tell.
     KP::ErrorStatus open(const std::string& path);
     /// Reads a file from memory, which is copied, so not needed afterwards. `name` stands for the path in messages.
     KP::ErrorStatus openMemory(const void* data, std::size_t size, const std::string& name = "memory");
@@ -48,9 +48,10 @@ public:
     KP::ErrorStatus create(const std::string& schemaName);
     void close();
 
-    /// Writes header and model, also over the file that was read: the target is replaced when all is written. Findings
-    /// go to writeReport(). eNotAvailable with error() where that fails, also where another program has changed the
-    /// source since it was read; what was at `path` is then as it was. A normalised save needs no source.
+    /// Writes header and model, also over the file that was read, compressed where the path ends in .gz, .ifczip or .zip.
+    /// The target is replaced when all is on the disk; it keeps its permissions. Findings go to writeReport().
+    /// eNotAvailable with error() where that fails, also where another program has changed the source since it was read;
+    /// what was at `path` is then as it was. A normalised save needs no source.
     KP::ErrorStatus save(const std::string& path, const KpIfcSaveOptions& options = {});
     KP::ErrorStatus saveToMemory(std::string& out, const KpIfcSaveOptions& options = {});
 

@@ -1,0 +1,98 @@
+#include "part21/SystemFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace KP_SDAI {
+
+namespace {
+
+std::error_code reasonUnless(bool done) {
+    return done ? std::error_code() : std::error_code(errno, std::generic_category());
+}
+
+int openRetrying(const std::string& path, int flags, mode_t mode = 0) {
+    int handle = -1;
+    do handle = ::open(path.c_str(), flags | O_CLOEXEC, mode);
+    while (handle < 0 && errno == EINTR);
+    return handle;
+}
+
+/// Some file systems and whatever is no file on a disk have nothing to wait for.
+bool synced(int handle) {
+    int result = -1;
+    do result = ::fsync(handle);
+    while (result != 0 && errno == EINTR);
+    return result == 0 || errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
+}
+
+} // namespace
+
+SystemFile::~SystemFile() {
+    if (isOpen()) ::close(m_handle);
+}
+
+std::error_code SystemFile::create(const std::string& path, bool isPrivate) {
+    m_handle = openRetrying(path, O_WRONLY | O_CREAT | O_EXCL, isPrivate ? 0600 : 0666);
+    return reasonUnless(isOpen());
+}
+
+std::error_code SystemFile::open(const std::string& path) {
+    m_handle = openRetrying(path, O_WRONLY | O_NOCTTY);
+    return reasonUnless(isOpen());
+}
+
+std::error_code SystemFile::write(std::string_view bytes) {
+    constexpr std::size_t kMost = std::size_t{1} << 30; // systems limit what one call takes
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(m_handle, bytes.data(), std::min(bytes.size(), kMost));
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return reasonUnless(false);
+        if (written == 0) return std::make_error_code(std::errc::io_error);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return {};
+}
+
+std::error_code SystemFile::takePermissions(const std::string& other) {
+    struct stat from = {};
+    struct stat own = {};
+    if (::stat(other.c_str(), &from) != 0 || ::fstat(m_handle, &own) != 0) return reasonUnless(false);
+    mode_t mode = from.st_mode & 07777;
+    const bool isOwnersAlike = from.st_uid == own.st_uid && from.st_gid == own.st_gid;
+    if (!isOwnersAlike && ::fchown(m_handle, from.st_uid, from.st_gid) != 0) {
+        // Who may not give files away may still choose among own groups. Else others must not gain what a group had.
+        mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
+        if (from.st_gid != own.st_gid && ::fchown(m_handle, static_cast<uid_t>(-1), from.st_gid) != 0)
+            mode &= ~static_cast<mode_t>(S_IRWXG) | ((mode & S_IRWXO) << 3);
+    }
+    return reasonUnless((own.st_mode & 07777) == mode || ::fchmod(m_handle, mode) == 0);
+}
+
+std::error_code SystemFile::sync() {
+    return reasonUnless(synced(m_handle));
+}
+
+std::error_code SystemFile::close() {
+    // Interrupted or not, the handle is gone; nothing is lost, for what was written is on the disk or was sent.
+    return reasonUnless(::close(std::exchange(m_handle, -1)) == 0 || errno == EINTR);
+}
+
+std::error_code SystemFile::rename(const std::string& from, const std::string& to) {
+    return reasonUnless(std::rename(from.c_str(), to.c_str()) == 0);
+}
+
+void SystemFile::syncFolder(const std::string& path) {
+    const int handle = openRetrying(path, O_RDONLY);
+    if (handle < 0) return;
+    synced(handle);
+    ::close(handle);
+}
+
+} // namespace KP_SDAI
