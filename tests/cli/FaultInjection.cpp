@@ -45,7 +45,8 @@ int fault() {
     return -1;
 }
 
-template <class Function> Function* next(Function*, const char* name) {
+template <class Function>
+Function* next(Function*, const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 

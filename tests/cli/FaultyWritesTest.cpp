@@ -56,8 +56,8 @@ public:
 
     Outcome run(const std::string& environment) const {
         fs::remove(m_folder.path("fired"));
-        return m_folder.run("export KP_FAULT_FIRED=" + quoted(m_folder.path("fired")) + " LD_PRELOAD=" + kLibrary + " " +
-                            environment + "\nkpifc convert points.ifc -o " + quoted(m_target));
+        return m_folder.run("export KP_FAULT_FIRED=" + quoted(m_folder.path("fired")) + " LD_PRELOAD=" + kLibrary +
+                            " " + environment + "\nkpifc convert points.ifc -o " + quoted(m_target));
     }
     /// Whether the last run came as far as the call that was to go wrong.
     bool fired() const { return fs::exists(m_folder.path("fired")); }
@@ -100,13 +100,13 @@ struct Fault {
 };
 
 const Fault kFaults[] = {
-    {"OpenDenied", "open", EACCES, true},     {"DiskFull", "write", ENOSPC, true},
-    {"WriteError", "write", EIO, true},       {"SyncError", "fsync", EIO, true},
-    {"CloseError", "close", EIO, true},       {"QuotaAtClose", "close", EDQUOT, true},
-    {"RenameDenied", "rename", EACCES, true}, {"PermissionsDenied", "fchmod", EPERM, true},
+    {"OpenDenied", "open", EACCES, true},      {"DiskFull", "write", ENOSPC, true},
+    {"WriteError", "write", EIO, true},        {"SyncError", "fsync", EIO, true},
+    {"CloseError", "close", EIO, true},        {"QuotaAtClose", "close", EDQUOT, true},
+    {"RenameDenied", "rename", EACCES, true},  {"PermissionsDenied", "fchmod", EPERM, true},
     {"OpenInterrupted", "open", EINTR, false}, {"WriteInterrupted", "write", EINTR, false},
-    {"WriteShort", "write", 0, false},        {"SyncInterrupted", "fsync", EINTR, false},
-    {"SyncUnknown", "fsync", EINVAL, false},  {"CloseInterrupted", "close", EINTR, false},
+    {"WriteShort", "write", 0, false},         {"SyncInterrupted", "fsync", EINTR, false},
+    {"SyncUnknown", "fsync", EINVAL, false},   {"CloseInterrupted", "close", EINTR, false},
 };
 
 std::string nameOf(const std::string& target) {
@@ -126,8 +126,9 @@ TEST_P(FaultyWriteTest, LeavesTheOldOrTheNew) {
     int at = 1;
     for (; at <= kMostCalls; ++at) {
         SCOPED_TRACE(std::string(fault.call) + " number " + std::to_string(at));
-        const Outcome outcome = faults.run("KP_FAULT_CALL=" + std::string(fault.call) + " KP_FAULT_AT=" +
-                                           std::to_string(at) + " KP_FAULT_ERRNO=" + std::to_string(fault.number));
+        const Outcome outcome =
+            faults.run("KP_FAULT_CALL=" + std::string(fault.call) + " KP_FAULT_AT=" + std::to_string(at) +
+                       " KP_FAULT_ERRNO=" + std::to_string(fault.number));
         faults.expectNothingBeside();
         if (outcome.exitCode == 0) {
             faults.expectNew();
