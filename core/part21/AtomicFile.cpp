@@ -40,6 +40,10 @@ fs::path nameBeside(const fs::path& target, std::random_device& random) {
 } // namespace
 
 AtomicFile::AtomicFile(const std::string& path) {
+    if (SystemFile::isStandardOutput(path)) { // a file or not, it may have content of others
+        check(m_file.open(path));
+        return;
+    }
     std::error_code code;
     const fs::file_status status = fs::status(path, code);
     switch (status.type()) {

@@ -12,7 +12,8 @@ namespace KP_SDAI {
 /// the target, so that at any time, even after a failure of power, the target is what it was or what it shall be.
 ///
 /// The target keeps its permissions; a link keeps leading to it, while hard links keep what was there. A target that
-/// may not be written is not replaced either. What is no regular file (a device, a pipe) is written directly.
+/// may not be written is not replaced either. What is no regular file (a device, a pipe), and standard output, is
+/// written directly.
 class AtomicFile {
 public:
     /// Checks what can be checked and creates the file beside; error() tells of failures.

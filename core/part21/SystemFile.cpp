@@ -44,7 +44,8 @@ std::error_code SystemFile::create(const std::string& path, bool isPrivate) {
 }
 
 std::error_code SystemFile::open(const std::string& path) {
-    m_handle = openRetrying(path, O_WRONLY | O_NOCTTY);
+    m_handle =
+        isStandardOutput(path) ? ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0) : openRetrying(path, O_WRONLY | O_NOCTTY);
     return reasonUnless(isOpen());
 }
 

@@ -20,6 +20,8 @@ public:
     std::error_code create(const std::string& path, bool isPrivate);
     /// Opens what exists, without touching it.
     std::error_code open(const std::string& path);
+    /// Whether this is a name of the standard output: open() gives the one at hand, with its place in a file.
+    static bool isStandardOutput(std::string_view path) { return path == "/dev/stdout"; }
     bool isOpen() const { return m_handle >= 0; }
 
     std::error_code write(std::string_view bytes);

@@ -84,14 +84,16 @@ class WholeTest : public TestWithParam<Whole> {};
 TEST_P(WholeTest, ReadsAsThePlainFile) {
     KpIfcFile plain = opened(longFile());
     const std::string bytes = GetParam().make(longFile());
+    const TemporaryFile stored(bytes);
     const auto expectAlike = [&](const std::function<KP::ErrorStatus(KpIfcFile&)>& open, const char* how) {
         KpIfcFile file;
         ASSERT_EQ(open(file), KP::eOk) << how << ": " << file.error();
         EXPECT_EQ(findings(file.report()), findings(plain.report())) << how;
         EXPECT_EQ(file.size(), plain.size()) << how;
-        EXPECT_TRUE(saved(file) == saved(plain)) << how;
+        std::filesystem::remove(stored.path); // saving reads the source again, which stays open
+        EXPECT_TRUE(saved(file) == longFile()) << how;
+        EXPECT_TRUE(saved(file) == longFile()) << how << ", for the second time";
     };
-    const TemporaryFile stored(bytes);
     expectAlike([&](KpIfcFile& file) { return file.open(stored.path.string()); }, "file");
     expectAlike([&](KpIfcFile& file) { return file.openMemory(bytes.data(), bytes.size()); }, "memory");
 

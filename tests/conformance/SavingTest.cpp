@@ -79,6 +79,21 @@ TEST_F(SavingTest, SameContentGivesSameBytes) {
     }
 }
 
+TEST_F(SavingTest, ReplacesWhatWasRead) {
+    for (const std::string name : {"a.ifc", "a.ifc.gz", "a.ifczip"}) {
+        const std::string path = (m_folder / name).string();
+        ASSERT_EQ(m_file.save(path), KP::eOk) << m_file.error();
+        KpIfcFile file;
+        ASSERT_EQ(file.open(path), KP::eOk) << file.error();
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_EQ(file.save(path), KP::eOk) << file.error();
+            KpIfcFile again;
+            ASSERT_EQ(again.open(path), KP::eOk) << again.error();
+            EXPECT_EQ(saved(again), m_content);
+        }
+    }
+}
+
 TEST_F(SavingTest, KeepsPermissions) {
     const fs::path path = put("private.ifc", "older");
     for (const unsigned mode : {0600U, 0664U, 0755U}) {

@@ -31,8 +31,9 @@ void addConvert(CLI::App& app, Action& action) {
     addSaveOptions(*command, arguments->saving);
     command->footer("Everything that was read is written, also what could not be understood: byte for byte,\n"
                     "or uniform with --normalise. What was done is told in one line on standard error.\n\n"
-                    "Example:\n"
-                    "  kpifc convert house.ifc --normalise -o house_new.ifc");
+                    "Examples:\n"
+                    "  kpifc convert house.ifc --normalise -o house_new.ifc\n"
+                    "  kpifc convert house.ifc -o house.ifczip");
     command->callback([arguments, &action] { action = [arguments] { return convert(*arguments); }; });
 }
 

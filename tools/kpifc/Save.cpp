@@ -12,7 +12,9 @@ using namespace KP_SDAI;
 namespace kpifc {
 
 void addSaveOptions(CLI::App& command, SaveOptions& options) {
-    CLI::Option* const output = command.add_option("-o,--output", options.output, "File to write; not the input");
+    CLI::Option* const output = command.add_option("-o,--output", options.output,
+                                                   "File to write; not the input. Compressed where it\n"
+                                                   "ends in .gz, .ifczip or .zip");
     command.add_flag("--in-place", options.inPlace, "Replace the input, when all is written")->excludes(output);
     command.add_flag("--normalise", options.normalise,
                      "Write every record anew, uniform and sorted, without comments; else\n"
@@ -26,6 +28,14 @@ void checkTarget(const std::string& input, const SaveOptions& options) {
     std::error_code none; // files that are missing are not the same
     if (!options.inPlace && std::filesystem::equivalent(input, options.output, none)) {
         throw Failure(options.output + " is the input, which is overwritten with --in-place only");
+    }
+    const std::string& output = options.output;
+    if (std::filesystem::is_directory(output, none)) {
+        throw Failure(output + ": is a folder");
+    }
+    const std::filesystem::path folder = std::filesystem::path(output).parent_path();
+    if (!folder.empty() && !std::filesystem::is_directory(folder, none)) {
+        throw Failure(output + ": there is no folder " + folder.string());
     }
 }
 
