@@ -22,6 +22,8 @@ public:
     virtual std::string error() const { return {}; }
     /// Bytes in all, as far as that is known beforehand: 0 for a pipe, an estimate for compressed ones.
     virtual std::uint64_t size() const = 0;
+    /// True where the file holds something else besides these bytes, which is lost when they replace it.
+    virtual bool isOneOfSeveral() const { return false; }
 };
 
 /// A copy of bytes in memory.

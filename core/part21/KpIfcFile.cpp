@@ -9,6 +9,8 @@
 #include "part21/Output.h"
 #include "part21/SourceRewriter.h"
 
+#include <filesystem>
+
 namespace KP_SDAI {
 
 struct KpIfcFile::State {
@@ -21,6 +23,7 @@ struct KpIfcFile::State {
     std::uint64_t size = 0;
 
     std::unique_ptr<ByteSource> source; ///< null where nothing was read
+    std::string path;                   ///< of the file that was read, if any
     SourceLayout layout;
 
     KP::ErrorStatus open(std::unique_ptr<ByteSource> from, const std::string& name);
@@ -77,7 +80,9 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
 KP::ErrorStatus KpIfcFile::open(const std::string& path) {
     close();
     std::unique_ptr<ByteSource> source = openSource(path, m_state->error);
-    return source ? m_state->open(std::move(source), path) : KP::eNotAvailable;
+    if (!source) return KP::eNotAvailable;
+    m_state->path = path;
+    return m_state->open(std::move(source), path);
 }
 
 KP::ErrorStatus KpIfcFile::openMemory(const void* data, std::size_t size, const std::string& name) {
@@ -100,6 +105,11 @@ KP::ErrorStatus KpIfcFile::save(const std::string& path, const KpIfcSaveOptions&
     State& state = *m_state;
     if (!state.model) {
         state.error = path + ": no model to write";
+        return KP::eNotAvailable;
+    }
+    std::error_code none; // what is missing is not the same
+    if (state.source && state.source->isOneOfSeveral() && std::filesystem::equivalent(path, state.path, none)) {
+        state.error = path + ": is an archive with further files, which would be lost";
         return KP::eNotAvailable;
     }
     Output output(path);

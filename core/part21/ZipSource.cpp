@@ -53,6 +53,7 @@ struct ZipSource::Archive {
     zip_uint64_t index = 0;
     std::uint64_t size = 0; ///< as the directory promises
     std::uint64_t place = 0;
+    bool hasOthers = false;
 };
 
 /// Finds the member to read.
@@ -86,6 +87,7 @@ bool ZipSource::Archive::choose(std::string& error) {
                     : "zip archive has several .ifc files, of which one must be chosen: " + listed(ifcNames);
         return false;
     }
+    hasOthers = names.size() > 1;
     zip_stat_t stat;
     zip_stat_init(&stat);
     if (zip_stat_index(zip, index, 0, &stat) != 0) {
@@ -168,6 +170,10 @@ std::size_t ZipSource::read(char* to, std::size_t size) {
 
 bool ZipSource::rewind() {
     return m_error.empty() && openMember();
+}
+
+bool ZipSource::isOneOfSeveral() const {
+    return m_archive->hasOthers;
 }
 
 std::uint64_t ZipSource::size() const {

@@ -27,6 +27,7 @@ public:
     bool rewind() override;
     std::string error() const override { return m_error; }
     std::uint64_t size() const override;
+    bool isOneOfSeveral() const override;
 
 private:
     struct Archive;

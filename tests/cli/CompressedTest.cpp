@@ -47,6 +47,20 @@ TEST_F(CompressedTest, GoesThroughPipes) {
     EXPECT_EQ(m_folder.run("{ echo before; " + line + "; echo behind; }").out, "before\n" + smallModel() + "behind\n");
 }
 
+TEST_F(CompressedTest, AnArchiveIsReplacedOnlyWhereNothingElseIsLost) {
+    m_folder.run("python3 -c \"import zipfile\n"
+                 "archive = zipfile.ZipFile('full.ifczip', 'w')\n"
+                 "archive.write('small.ifc')\n"
+                 "archive.writestr('photo.png', 'x')\"");
+    const std::string full = contentOf(m_folder.path("full.ifczip"));
+    const Outcome refused = m_folder.run("kpifc set full.ifczip '#4.Coordinates=(1.,2.)' --in-place");
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_NE(refused.err.find("further files"), std::string::npos) << refused.err;
+    EXPECT_EQ(contentOf(m_folder.path("full.ifczip")), full);
+    EXPECT_EQ(m_folder.run("kpifc set small.ifczip '#4.Coordinates=(1.,2.)' --in-place").exitCode, 0);
+    EXPECT_EQ(m_folder.run("kpifc get small.ifczip '#4.Coordinates'").out, "(1.,2.)\n");
+}
+
 TEST_F(CompressedTest, OtherProgramsReadWhatIsWritten) {
     for (const std::string file : {"new.ifc", "new.ifc.gz", "new.ifczip", "new.zip"}) {
         EXPECT_EQ(m_folder.run("kpifc convert small.ifczip -o " + file).exitCode, 0) << file;

@@ -20,8 +20,8 @@ struct SaveOptions {
 /// Adds -o, --in-place and --normalise to a command; one of the first two must be given.
 void addSaveOptions(CLI::App& command, SaveOptions& options);
 
-/// Throws Failure where nothing says where to write, the input would be overwritten without --in-place, or the output is
-/// a folder or stands in none. To be called before work is done in vain.
+/// Throws Failure where nothing says where to write, the input would be overwritten without --in-place, or the output
+/// is a folder or stands in none. To be called before work is done in vain.
 void checkTarget(const std::string& input, const SaveOptions& options);
 
 /// Writes a file that was read from `input`. Tells in one line on standard error what was done, `changes` ("1 attribute
