@@ -52,7 +52,7 @@ void addDiff(CLI::App& app, Action& action) {
                     "  ~ #45 IfcCartesianPoint Coordinates: [0, 0] -> [1, 0]\n"
                     "  ~ header time_stamp: \"2026-01-02\" -> \"2026-01-03\"\n"
                     "An instance that B has under another name is shown with both: #45 (now #145).\n"
-                    "Of long aggregates those members are shown that the other one has not. Inverse\n"
+                    "Of sets and long lists those members are shown that the other one has not. Inverse\n"
                     "and derived attributes are not compared; records that are kept as text are, as\n"
                     "text.\n\n"
                     "Keys of the JSON object:\n"

@@ -18,7 +18,7 @@ namespace kpifc {
 
 namespace {
 
-/// Of aggregates with more members only those are shown that the other one has not.
+/// Of sets, and of lists with more members, only those are shown that the other one has not.
 constexpr std::size_t kMostMembers = 4;
 /// And no more of them than these.
 constexpr std::size_t kMostShown = 10;
@@ -58,6 +58,11 @@ public:
         const KpIfcVariant held = value(node, *field);
         const KpIfcAggr* aggregate = held.type() ? held.type()->aggregate(held.data()) : nullptr;
         return aggregate ? aggregate->size() : 0;
+    }
+
+    bool isSet(ModelNodes::Node node, std::size_t field) const {
+        const KpIfcAttributeFacts* row = m_nodes.row(node, field);
+        return row->kind == KpIfcFieldKind::aggregate && row->aggregate->isSet;
     }
 
     void members(ModelNodes::Node node, std::size_t field, const std::vector<std::uint32_t>& places) {
@@ -155,7 +160,7 @@ private:
     void values(const InstanceChange& change, const FieldChange& field) {
         const std::size_t before = m_a.memberCount(change.a, field.a);
         const std::size_t after = m_b.memberCount(change.b, field.b);
-        if (!before || !after || std::max(before, after) <= kMostMembers) {
+        if (!before || !after || (!m_a.isSet(change.a, *field.a) && std::max(before, after) <= kMostMembers)) {
             m_a.field(change.a, field.a);
             m_out += " -> ";
             m_b.field(change.b, field.b);

@@ -19,8 +19,7 @@ using Node = ModelNodes::Node;
 class Comparison {
 public:
     Comparison(const ModelNodes& a, const ModelNodes& b, const NodeMatching& matching)
-        : m_a(a), m_b(b), m_keysA(matching.keys(0)), m_keysB(matching.keys(1)), m_formA(a, m_keysA),
-          m_formB(b, m_keysB) {}
+        : m_a(a), m_b(b), m_formA(a, matching.keys(0)), m_formB(b, matching.keys(1)) {}
 
     std::vector<FieldChange> changes(Node a, Node b) {
         std::vector<FieldChange> changes;
@@ -99,8 +98,6 @@ private:
 
     const ModelNodes& m_a;
     const ModelNodes& m_b;
-    const std::vector<std::uint64_t> m_keysA;
-    const std::vector<std::uint64_t> m_keysB;
     ValueForm m_formA;
     ValueForm m_formB;
 };

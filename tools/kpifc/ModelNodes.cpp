@@ -86,6 +86,14 @@ std::string_view ModelNodes::globalId(Node node) const {
     return text.size() == KpIfcGUID::kLength && !id.isUnset() ? text : std::string_view();
 }
 
+std::size_t ModelNodes::findField(Node node, std::string_view name) const {
+    std::size_t field = 0;
+    while (field < fieldCount(node) && (isText(node) || row(node, field)->name != name)) {
+        ++field;
+    }
+    return field;
+}
+
 bool ModelNodes::hasWholeText(Node node) const {
     const auto kept = m_kept.find(node);
     return kept != m_kept.end() && kept->second.count(KpIfcKeptField::kWholeRecord);

@@ -40,6 +40,8 @@ public:
     // as text, and an instance whose record had a wrong number of parameters, has one field, its text, without a row.
 
     std::size_t fieldCount(Node node) const { return isText(node) ? 1 : rows(*type(node)).size(); }
+    /// The field of a name as the schema spells it; fieldCount() where there is none.
+    std::size_t findField(Node node, std::string_view name) const;
     /// Null for a text.
     const KP_SDAI::KpIfcAttributeFacts* row(Node node, std::size_t field) const {
         return isText(node) ? nullptr : rows(*type(node))[field];

@@ -1,11 +1,13 @@
 #include "NodeMatching.h"
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 using namespace KP_SDAI;
 
@@ -39,18 +41,11 @@ std::vector<std::uint64_t> identities(const ModelNodes& nodes, const ModelNodes&
     return keys;
 }
 
-std::size_t fieldOfName(const ModelNodes& nodes, Node node, std::string_view name) {
-    std::size_t field = 0;
-    while (field < nodes.fieldCount(node) && nodes.row(node, field)->name != name) {
-        ++field;
-    }
-    return field;
-}
-
 } // namespace
 
 NodeMatching::Side::Side(const ModelNodes& all, std::vector<std::uint64_t> known)
-    : nodes(all), identities(std::move(known)), content(all, identities), counterparts(all.size(), kNone) {}
+    : nodes(all), identities(std::move(known)), content(all, identities), keys(content.keys),
+      counterparts(all.size(), kNone) {}
 
 NodeMatching::NodeMatching(const ModelNodes& a, const ModelNodes& b)
     : m_sides{Side(a, identities(a, b)), Side(b, identities(b, a))} {
@@ -59,25 +54,26 @@ NodeMatching::NodeMatching(const ModelNodes& a, const ModelNodes& b)
     descendToEqual();
     matchContents(true);
     descendToChanged();
-    matchUnowned();
-    descendToChanged();
+    // Each round may find what another one needs; few are needed.
+    constexpr int kMostRounds = 4;
+    std::size_t known = SIZE_MAX;
+    for (int round = 0; round < kMostRounds && known != m_changedQueue.size(); ++round) {
+        known = m_changedQueue.size();
+        refreshKeys();
+        matchContents(true);
+        matchContentsByName();
+        descendToChanged();
+        matchUnowned();
+        descendToChanged();
+    }
     matchContents(false);
     descendToChanged();
-}
-
-std::vector<std::uint64_t> NodeMatching::keys(int side) const {
-    std::vector<std::uint64_t> keys = m_sides[side].content.keys;
-    for (Node node = 0; side == 0 && node < keys.size(); ++node) {
-        if (!isOpen(0, node)) {
-            keys[node] = key(1, counterpart(0, node));
-        }
-    }
-    return keys;
 }
 
 void NodeMatching::match(Node a, Node b) {
     m_sides[0].counterparts[a] = b;
     m_sides[1].counterparts[b] = a;
+    m_sides[0].keys[a] = key(1, b);
     m_equalQueue.push_back({a, b});
     if (!haveSameContent(a, b)) {
         m_changedQueue.push_back({a, b});
@@ -127,7 +123,7 @@ void NodeMatching::forFields(const Pair& pair, Visit visit) {
     NodeGroups targets;
     for (std::size_t field = 0; field < a.fieldCount(pair.a); ++field) {
         const KpIfcAttributeFacts* row = a.row(pair.a, field);
-        const std::size_t other = sameFields ? field : fieldOfName(b, pair.b, row->name);
+        const std::size_t other = sameFields ? field : b.findField(pair.b, row->name);
         targets[0].clear();
         targets[1].clear();
         a.targets(pair.a, field, targets[0]);
@@ -154,56 +150,34 @@ void NodeMatching::matchEqual(const NodeGroups& targets) {
 }
 
 void NodeMatching::matchChanged(const NodeGroups& targets, bool isSet) {
-    if (isSet) {
-        return matchClosest(targets, false);
+    if (isSet && (targets[0].size() > 1 || targets[1].size() > 1)) {
+        return matchClosest(targets);
     }
-    // What lies in both lists between nodes that are known to be the same.
-    std::unordered_map<Node, std::size_t> places;
-    for (std::size_t i = 0; i < targets[1].size(); ++i) {
-        places.emplace(targets[1][i], i);
+    // What lists begin and end with alike is left out; equal members count as the same, whatever they are matched with.
+    const std::vector<Node>& a = targets[0];
+    const std::vector<Node>& b = targets[1];
+    std::size_t begin = 0;
+    std::size_t endA = a.size();
+    std::size_t endB = b.size();
+    while (begin < endA && begin < endB && key(0, a[begin]) == key(1, b[begin])) {
+        ++begin;
     }
-    NodeGroups between;
-    std::size_t next = 0;
-    const auto close = [&](std::size_t end) {
-        between[1].assign(targets[1].begin() + static_cast<std::ptrdiff_t>(next),
-                          targets[1].begin() + static_cast<std::ptrdiff_t>(end));
-        matchClosest(between, true);
-        between[0].clear();
+    while (begin < endA && begin < endB && key(0, a[endA - 1]) == key(1, b[endB - 1])) {
+        --endA;
+        --endB;
+    }
+    const auto part = [begin](const std::vector<Node>& list, std::size_t end) {
+        return std::vector<Node>(list.begin() + static_cast<std::ptrdiff_t>(begin),
+                                 list.begin() + static_cast<std::ptrdiff_t>(end));
     };
-    for (const Node node : targets[0]) {
-        const auto found = isOpen(0, node) ? places.end() : places.find(counterpart(0, node));
-        if (found != places.end() && found->second >= next) {
-            close(found->second);
-            next = found->second + 1;
-        } else {
-            between[0].push_back(node);
+    if (endA != endB) {
+        return matchClosest({part(a, endA), part(b, endB)});
+    }
+    for (std::size_t i = begin; i < endA; ++i) {
+        if (isOpen(0, a[i]) && isOpen(1, b[i]) && kindOf(0, a[i]) == kindOf(1, b[i])) {
+            match(a[i], b[i]);
         }
     }
-    close(targets[1].size());
-}
-
-void NodeMatching::matchClosest(NodeGroups group, bool byPlace) {
-    dropMatched(group);
-    if (group[0].empty() || group[1].empty()) {
-        return;
-    }
-    const bool isSingle = group[0].size() == 1 && group[1].size() == 1;
-    if (!isSingle) {
-        matchAllButOne(group);
-        matchUnique(group, [this](int side, Node node) {
-            return hashOf(std::to_string(m_sides[side].nodes.name(node)), kindOf(side, node));
-        });
-    }
-    if (byPlace && group[0].size() == group[1].size()) {
-        const NodeGroups both = group;
-        for (std::size_t i = 0; i < both[0].size(); ++i) {
-            if (kindOf(0, both[0][i]) == kindOf(1, both[1][i]) && isOpen(0, both[0][i]) && isOpen(1, both[1][i])) {
-                match(both[0][i], both[1][i]);
-            }
-        }
-        return;
-    }
-    matchInOrder(group, [this](int side, Node node) { return labelOf(side, node); });
 }
 
 void NodeMatching::matchUnowned() {
@@ -216,9 +190,32 @@ void NodeMatching::matchUnowned() {
         }
     }
     matchAllButOne(group);
-    matchUnique(group, [this](int side, Node node) {
-        return hashOf(std::to_string(m_sides[side].nodes.name(node)), kindOf(side, node));
-    });
+    matchByReferences(group);
+    matchByName(group);
+}
+
+/// Of those of one content, matches the ones of one instance name.
+void NodeMatching::matchContentsByName() {
+    const ModelNodes& others = m_sides[1].nodes;
+    const std::vector<Node>& nodes = m_sides[0].content.upwards;
+    for (auto node = nodes.rbegin(); node != nodes.rend(); ++node) {
+        const Node other = isOpen(0, *node) ? others.find(others.model().find(m_sides[0].nodes.name(*node))) : kNone;
+        if (other != kNone && isOpen(1, other) && key(0, *node) == key(1, other)) {
+            match(*node, other);
+            descendToEqual();
+        }
+    }
+}
+
+/// Makes the keys of what has no counterpart those of its content as it is when all that has one is taken for equal.
+void NodeMatching::refreshKeys() {
+    Side& side = m_sides[0];
+    ValueForm form(side.nodes, side.keys);
+    for (const Node node : side.content.upwards) {
+        if (isOpen(0, node)) {
+            side.keys[node] = contentHash(side.nodes, node, form);
+        }
+    }
 }
 
 void NodeMatching::matchContents(bool onlyEqualCounts) {
@@ -260,106 +257,6 @@ void NodeMatching::matchContents(bool onlyEqualCounts) {
             descendToEqual();
         }
     }
-}
-
-/// Matches those whose key no other of their side has.
-template <class KeyOf>
-void NodeMatching::matchUnique(NodeGroups& group, KeyOf keyOf) {
-    std::unordered_map<std::uint64_t, NodeGroups> buckets;
-    for (const int side : {0, 1}) {
-        for (const Node node : group[side]) {
-            buckets[keyOf(side, node)][side].push_back(node);
-        }
-    }
-    for (const Node node : group[0]) {
-        const NodeGroups& bucket = buckets[keyOf(0, node)];
-        if (bucket[0].size() == 1 && bucket[1].size() == 1) {
-            match(node, bucket[1].front());
-        }
-    }
-    dropMatched(group);
-}
-
-/// Matches those of one key, the first with the first.
-template <class KeyOf>
-void NodeMatching::matchInOrder(NodeGroups& group, KeyOf keyOf) {
-    std::unordered_map<std::uint64_t, std::vector<Node>> waiting;
-    for (auto node = group[1].rbegin(); node != group[1].rend(); ++node) {
-        waiting[keyOf(1, *node)].push_back(*node);
-    }
-    for (const Node node : group[0]) {
-        const auto found = waiting.find(keyOf(0, node));
-        if (found != waiting.end() && !found->second.empty()) {
-            match(node, found->second.back());
-            found->second.pop_back();
-        }
-    }
-    dropMatched(group);
-}
-
-/// Matches those that differ in one attribute, where no others have the rest.
-void NodeMatching::matchAllButOne(NodeGroups& group) {
-    using Keys = std::vector<std::uint64_t>;
-    std::unordered_map<Node, Keys> keys[2];
-    std::size_t mostFields = 0;
-    for (const int side : {0, 1}) {
-        const ModelNodes& nodes = m_sides[side].nodes;
-        ValueForm form(nodes, m_sides[side].content.keys);
-        for (const Node node : group[side]) {
-            Keys& own = keys[side][node];
-            std::size_t filled = 0;
-            std::uint64_t sum = kindOf(side, node);
-            for (std::size_t field = 0; field < nodes.fieldCount(node); ++field) {
-                const KpIfcAttributeFacts* row = nodes.row(node, field);
-                const bool counts = row && row->kind != KpIfcFieldKind::guid;
-                const std::string_view value = counts ? form.field(node, field) : ValueForm::kNull;
-                filled += value != ValueForm::kNull;
-                own.push_back(value == ValueForm::kNull ? 0 : hashOf(value, field + 1));
-                sum += own.back();
-            }
-            for (std::uint64_t& rest : own) {
-                rest = filled > (rest ? 1u : 0u) ? sum - rest : 0;
-            }
-            mostFields = std::max(mostFields, own.size());
-        }
-    }
-    for (std::size_t field = 0; field < mostFields && !group[0].empty() && !group[1].empty(); ++field) {
-        matchUnique(group, [&](int side, Node node) {
-            const Keys& own = keys[side].at(node);
-            // One of its own where there is nothing to go by.
-            return field < own.size() && own[field] ? own[field] : mixed(2 * std::uint64_t{node} + (side ? 1 : 0));
-        });
-    }
-}
-
-/// Each once, matched ones left out.
-void NodeMatching::dropMatched(NodeGroups& group) const {
-    for (const int side : {0, 1}) {
-        std::vector<Node>& nodes = group[side];
-        std::erase_if(nodes, [this, side](Node node) { return !isOpen(side, node); });
-        std::unordered_set<Node> seen;
-        if (nodes.size() > 1) {
-            std::erase_if(nodes, [&seen](Node node) { return !seen.insert(node).second; });
-        }
-    }
-}
-
-/// Equal for nodes that may be versions of each other: of one entity, and with one GlobalId or none.
-std::uint64_t NodeMatching::kindOf(int side, Node node) const {
-    const ModelNodes& nodes = m_sides[side].nodes;
-    const KpIfcEntityType* type = nodes.type(node);
-    return hashOf(nodes.globalId(node), hashOf(type ? type->name() : "", nodes.isText(node)));
-}
-
-/// The same, and their attribute Name, if there is one, says the same.
-std::uint64_t NodeMatching::labelOf(int side, Node node) const {
-    const ModelNodes& nodes = m_sides[side].nodes;
-    const std::size_t field = nodes.isText(node) ? 0 : fieldOfName(nodes, node, "Name");
-    if (nodes.isText(node) || field == nodes.fieldCount(node)) {
-        return kindOf(side, node);
-    }
-    ValueForm form(nodes, m_sides[side].content.keys);
-    return hashOf(form.field(node, field), kindOf(side, node));
 }
 
 } // namespace kpifc
