@@ -144,6 +144,14 @@ void NodeMatching::matchEqual(const NodeGroups& targets) {
         }
         return;
     }
+    // Equal ones at the same place go before equal ones elsewhere.
+    for (std::size_t i = 0; targets[0].size() == targets[1].size() && i < targets[0].size(); ++i) {
+        const Node first = targets[0][i];
+        const Node second = targets[1][i];
+        if (isOpen(0, first) && isOpen(1, second) && key(0, first) == key(1, second)) {
+            match(first, second);
+        }
+    }
     NodeGroups open = targets;
     dropMatched(open);
     matchInOrder(open, [this](int side, Node node) { return key(side, node); });

@@ -121,7 +121,9 @@ void NodeMatching::matchByReferences(NodeGroups& group) {
     }
     std::vector<std::pair<std::size_t, std::pair<Node, Node>>> ranking;
     for (const auto& [pair, count] : votes) {
-        ranking.emplace_back(count, pair);
+        const bool sameName =
+            m_sides[0].nodes.name(group[0][pair.first]) == m_sides[1].nodes.name(group[1][pair.second]);
+        ranking.emplace_back(2 * count + (sameName ? 1 : 0), pair);
     }
     std::stable_sort(ranking.begin(), ranking.end(), [](const auto& x, const auto& y) { return x.first > y.first; });
     for (const auto& [count, pair] : ranking) {
