@@ -62,7 +62,8 @@ TEST(ConvertTest, RefusesToOverwriteTheInput) {
 
 TEST(ConvertTest, LeavesAllAsItIsUnlessToldToNormalise) {
     const WorkFolder folder;
-    const std::string content = stepFile("/* as it was */ #2 = IFCCARTESIANPOINT( (0.,1.) );\n#1=IFCPERSON($,$,$,$,$,$,$,$);");
+    const std::string content =
+        stepFile("/* as it was */ #2 = IFCCARTESIANPOINT( (0.,1.) );\n#1=IFCPERSON($,$,$,$,$,$,$,$);");
     folder.write("house.ifc", content);
     EXPECT_EQ(folder.run("kpifc convert house.ifc -o new.ifc").exitCode, 0);
     EXPECT_EQ(contentOf(folder.path("new.ifc")), content);

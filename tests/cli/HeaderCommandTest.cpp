@@ -79,7 +79,7 @@ TEST(HeaderCommand, RefusesWhatCannotBe) {
         {"name=x name=y -o b.ifc", "name is one text"},
         {"time_stamp=x --refresh -o b.ifc", "time_stamp is one text"},
         {"name=x author -o b.ifc", "\"author\" is no assignment"},
-        {"name=x", "-o FILE says where to"},
+        {"name=x", "Expected -o FILE or --in-place"},
         {"name -o b.ifc", "nothing is to be changed"},
         {"name=x --json -o b.ifc", "--json prints the header"},
         {"name=x -o a.ifc", "a.ifc is the input"},

@@ -75,8 +75,9 @@ const std::vector<Case> kCases = {
          name(file, 1, "A\xC3\xA9");
      },
      withRecords("#1=IFCPERSON($,'A\\X\\E9',$,$,$,$,$,$);\n")},
-    {"SetsInWhateverOrder", withRecords("#1=IFCPERSON($,$,$,$,$,$,(#3,#2,#3),$);\n#2=IFCACTORROLE(.USERDEFINED.,'x',$);\n"
-                                        "#3=IFCACTORROLE(.userdefined.,'y',$);\n"),
+    {"SetsInWhateverOrder",
+     withRecords("#1=IFCPERSON($,$,$,$,$,$,(#3,#2,#3),$);\n#2=IFCACTORROLE(.USERDEFINED.,'x',$);\n"
+                 "#3=IFCACTORROLE(.userdefined.,'y',$);\n"),
      [](KpIfcFile& file) { touchAll(file); },
      withRecords("#1=IFCPERSON($,$,$,$,$,$,(#3,#2,#3),$);\n#2=IFCACTORROLE(.USERDEFINED.,'x',$);\n"
                  "#3=IFCACTORROLE(.userdefined.,'y',$);\n")},
@@ -98,14 +99,17 @@ const std::vector<Case> kCases = {
     {"NewOnesWhereTheLineGoesOn", "ISO-10303-21;HEADER;FILE_SCHEMA(('IFC2X3'));ENDSEC;DATA;#5" + kPerson + "ENDSEC;",
      [](KpIfcFile& file) { person(file); },
      "ISO-10303-21;HEADER;FILE_SCHEMA(('IFC2X3'));ENDSEC;DATA;#5" + kPerson + "\n#6" + kPerson + "\nENDSEC;"},
-    {"LineEndsOfTheFile", "ISO-10303-21;\r\nHEADER;\r\nFILE_SCHEMA(('IFC2X3'));\r\nENDSEC;\r\nDATA;\r\n#5" + kPerson +
-                              "\r\nENDSEC;\r\nEND-ISO-10303-21;\r\n",
+    {"LineEndsOfTheFile",
+     "ISO-10303-21;\r\nHEADER;\r\nFILE_SCHEMA(('IFC2X3'));\r\nENDSEC;\r\nDATA;\r\n#5" + kPerson +
+         "\r\nENDSEC;\r\nEND-ISO-10303-21;\r\n",
      [](KpIfcFile& file) { person(file); },
      "ISO-10303-21;\r\nHEADER;\r\nFILE_SCHEMA(('IFC2X3'));\r\nENDSEC;\r\nDATA;\r\n#5" + kPerson + "\r\n#6" + kPerson +
          "\r\nENDSEC;\r\nEND-ISO-10303-21;\r\n"},
-    {"NewOnesBeforeACutRecord", "ISO-10303-21;\nHEADER;\nFILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n#5" + kPerson + "\n#6=IFCPER",
+    {"NewOnesBeforeACutRecord",
+     "ISO-10303-21;\nHEADER;\nFILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n#5" + kPerson + "\n#6=IFCPER",
      [](KpIfcFile& file) { person(file, 7); },
-     "ISO-10303-21;\nHEADER;\nFILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n#5" + kPerson + "\n#7" + kPerson + "\n#6=IFCPER"},
+     "ISO-10303-21;\nHEADER;\nFILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n#5" + kPerson + "\n#7" + kPerson +
+         "\n#6=IFCPER"},
     {"NewOnesWhereThereIsNoData", kHeader + "END-ISO-10303-21;\n", [](KpIfcFile& file) { person(file); },
      kHeader + "DATA;\n#1" + kPerson + "\nENDSEC;\nEND-ISO-10303-21;\n"},
     {"OfSeveralRecordsTheOneThatCounts",
@@ -116,10 +120,13 @@ const std::vector<Case> kCases = {
      [](KpIfcFile& file) { name(file, 1, "C"); },
      withRecords("#1=IFCPERSON($,'C',$,$,$,$,$,$);\n#2=IFCPERSON($,'B',$,$,$,$,$,$);\n")},
     {"NoEntryOfAnotherSection",
-     replaced(withRecords("#1=IFCPERSON($,'A',$,$,$,$,$,$);\n"), "DATA;\n", "REFERENCE;\n#1=<other.ifc>;\nENDSEC;\nDATA;\n"),
+     replaced(withRecords("#1=IFCPERSON($,'A',$,$,$,$,$,$);\n"), "DATA;\n",
+              "REFERENCE;\n#1=<other.ifc>;\nENDSEC;\nDATA;\n"),
      [](KpIfcFile& file) { name(file, 1, "C"); },
-     replaced(withRecords("#1=IFCPERSON($,'C',$,$,$,$,$,$);\n"), "DATA;\n", "REFERENCE;\n#1=<other.ifc>;\nENDSEC;\nDATA;\n")},
-    {"AHeaderField", kHeader + kEmptyData, [](KpIfcFile& file) { file.header().setTexts("FILE_DESCRIPTION", 0, {"new"}); },
+     replaced(withRecords("#1=IFCPERSON($,'C',$,$,$,$,$,$);\n"), "DATA;\n",
+              "REFERENCE;\n#1=<other.ifc>;\nENDSEC;\nDATA;\n")},
+    {"AHeaderField", kHeader + kEmptyData,
+     [](KpIfcFile& file) { file.header().setTexts("FILE_DESCRIPTION", 0, {"new"}); },
      replaced(kHeader, "FILE_DESCRIPTION( ('old') ,'2;1')", "FILE_DESCRIPTION(('new'),'2;1')") + kEmptyData},
     {"NoHeaderFieldThatSaysTheSame", kHeader + kEmptyData,
      [](KpIfcFile& file) { file.header().setTexts("FILE_DESCRIPTION", 0, {"old"}); }, kHeader + kEmptyData},
@@ -146,7 +153,8 @@ protected:
     static std::string content() {
         std::string records;
         for (int i = 1; i <= 20'000; ++i) {
-            records += '#' + std::to_string(i * 7 % 20'011) + "= IFCPERSON($,'" + std::to_string(i) + "',$,$,$,$,$,$);\n";
+            records +=
+                '#' + std::to_string(i * 7 % 20'011) + "= IFCPERSON($,'" + std::to_string(i) + "',$,$,$,$,$,$);\n";
         }
         return stepFile(records);
     }

@@ -25,7 +25,7 @@ namespace {
 struct HeaderArguments {
     std::string file;
     std::vector<std::string> fields;
-    std::string output;
+    SaveOptions saving;
     bool refresh = false;
     bool asJson = false;
 };
@@ -145,7 +145,7 @@ ExitCode show(KpIfcFile& file, const HeaderArguments& arguments) {
 ExitCode header(const HeaderArguments& arguments) {
     const std::vector<Change> changes = changesOf(arguments);
     if (changes.empty()) {
-        if (!arguments.output.empty()) {
+        if (!arguments.saving.output.empty() || arguments.saving.inPlace || arguments.saving.normalise) {
             throw Failure("nothing is to be changed, so nothing is written; kpifc convert writes anew");
         }
         KpIfcFile file = openFile(arguments.file);
@@ -159,15 +159,12 @@ ExitCode header(const HeaderArguments& arguments) {
     if (arguments.asJson) {
         throw Failure("--json prints the header; it does not go with changes");
     }
-    if (arguments.output.empty()) {
-        throw Failure("the header is to be changed: -o FILE says where to");
-    }
-    refuseToOverwrite(arguments.file, arguments.output);
+    checkTarget(arguments.file, arguments.saving);
     KpIfcFile file = openFile(arguments.file);
     for (const Change& change : changes) {
         change.field->set(file.header(), change.texts);
     }
-    return save(file, arguments.file, arguments.output, counted(changes.size(), "header field") + " set");
+    return save(file, arguments.file, arguments.saving, counted(changes.size(), "header field") + " set");
 }
 
 } // namespace
@@ -177,7 +174,7 @@ void addHeader(CLI::App& app, Action& action) {
     CLI::App* command = app.add_subcommand("header", "Print the header, or change it and write the file anew");
     command->add_option("FILE", arguments->file, "STEP file")->required();
     command->add_option("FIELD[=TEXT]", arguments->fields, "time_stamp; name='house.ifc'");
-    command->add_option("-o,--output", arguments->output, "File to write where something is changed; not the input");
+    addSaveOptions(*command, arguments->saving);
     command->add_flag("--refresh", arguments->refresh, "Set time_stamp to now, preprocessor_version to this program");
     command->add_flag("--json", arguments->asJson, "One JSON object, for programs");
     command->footer("Without FIELD prints all fields, then the header's other records as they stand in\n"
@@ -188,8 +185,8 @@ void addHeader(CLI::App& app, Action& action) {
                     "  originating_system, authorization,\n"
                     "  schema_identifiers (a list; cannot be changed)\n"
                     "Texts are given as they are, without apostrophes. A list that is given several times\n"
-                    "gets all the texts; what it had before goes. All else is written as kpifc convert\n"
-                    "does. time_stamp is changed only when asked.\n\n"
+                    "gets all the texts; what it had before goes. All other records stay byte for byte.\n"
+                    "time_stamp is changed only when asked.\n\n"
                     "Keys of the JSON object: the fields, lists as arrays; other_records[] with keyword\n"
                     "and text as the file writes it, where no FIELD is named.\n\n"
                     "Examples:\n"
