@@ -1,4 +1,5 @@
 #include "Runner.h"
+#include "SampleCases.h"
 #include "SampleFiles.h"
 
 #include <gtest/gtest.h>
@@ -174,23 +175,6 @@ TEST_P(SamplesTest, StayAsTheyAreWhenSetToWhatGetPrints) {
 }
 
 /// One case a file; an empty path, which is skipped, where there are none.
-std::vector<fs::path> samples() {
-    std::vector<fs::path> paths = findSamples(kShared / "samples");
-    if (paths.empty()) {
-        paths.emplace_back();
-    }
-    return paths;
-}
-
-std::string nameOf(const testing::TestParamInfo<fs::path>& info) {
-    std::string name = info.param.empty() ? "absent" : info.param.filename().string();
-    for (char& c : name) {
-        const bool fits = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-        c = fits ? c : '_';
-    }
-    return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, SamplesTest, testing::ValuesIn(samples()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Files, SamplesTest, testing::ValuesIn(sampleFiles()), sampleName);
 
 } // namespace

@@ -20,6 +20,8 @@ void addShow(CLI::App& app, Action& action);
 void addGet(CLI::App& app, Action& action);
 void addSet(CLI::App& app, Action& action);
 void addProps(CLI::App& app, Action& action);
+void addHeader(CLI::App& app, Action& action);
+void addDiff(CLI::App& app, Action& action);
 void addSchema(CLI::App& app, Action& action);
 
 } // namespace kpifc

@@ -22,17 +22,6 @@ static void sortMostFrequentFirst(Counts& counts) {
               [](const auto& a, const auto& b) { return std::tie(b.second, a.first) < std::tie(a.second, b.first); });
 }
 
-std::vector<std::pair<std::string, std::string>> FileInfo::otherHeaderRecords() const {
-    std::vector<std::pair<std::string, std::string>> others;
-    for (std::size_t i = 0; i < header.records().size(); ++i) {
-        const std::string& keyword = header.records()[i].keyword;
-        if (keyword != "FILE_DESCRIPTION" && keyword != "FILE_NAME" && keyword != "FILE_SCHEMA") {
-            others.emplace_back(keyword, header.source(i));
-        }
-    }
-    return others;
-}
-
 Counts FileInfo::findings() const {
     Counts counts;
     for (int i = 0; i < static_cast<int>(KpIfcFinding::count_); ++i) {

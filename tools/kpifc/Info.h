@@ -21,8 +21,6 @@ struct FileInfo {
     std::uint64_t keptRecords = 0;
     KP_SDAI::KpIfcReport report;
 
-    /// The header records besides the three that every file has, as the file writes them.
-    std::vector<std::pair<std::string, std::string>> otherHeaderRecords() const; ///< keyword and text
     /// How often each kind of finding occurs, most frequent first; kinds without findings are left out.
     std::vector<std::pair<std::string, std::uint64_t>> findings() const;
 };

@@ -1,3 +1,4 @@
+#include "HeaderFields.h"
 #include "Info.h"
 
 #include <nlohmann/json.hpp>
@@ -10,7 +11,7 @@ namespace kpifc {
 static Json headerOf(const FileInfo& info) {
     const KpIfcHeader& header = info.header;
     Json others = Json::array();
-    for (const auto& [keyword, text] : info.otherHeaderRecords()) {
+    for (const auto& [keyword, text] : otherHeaderRecords(info.header)) {
         others.push_back({{"keyword", keyword}, {"text", text}});
     }
     return {{"description", header.description()},

@@ -1,4 +1,5 @@
 #include "Files.h"
+#include "HeaderFields.h"
 #include "Info.h"
 #include "Utf8.h"
 
@@ -64,7 +65,7 @@ void header(std::string& out, const FileInfo& info) {
     field(out, "Preprocessor", header.preprocessorVersion());
     field(out, "System", header.originatingSystem());
     field(out, "Authorization", header.authorization());
-    for (const auto& [keyword, text] : info.otherHeaderRecords()) {
+    for (const auto& [keyword, text] : otherHeaderRecords(info.header)) {
         field(out, "Further record", text);
     }
 }

@@ -19,7 +19,7 @@ static int run(int argc, char** argv) {
     app.set_help_all_flag("--help-all", "Print the help of all subcommands and exit");
     app.require_subcommand(1);
     app.footer("Exit codes: 0 fine; 1 done, but the file has problems, which kpifc info lists;\n"
-               "2 could not be done.\n"
+               "2 could not be done. Of kpifc diff: 0 no differences; 1 differences; 2 could not be done.\n"
                "Results go to standard output, messages to standard error.\n\n"
                "Files may be compressed: gzip and zip archives with one .ifc file are read as they are,\n"
                "whatever their names. Written is what the name tells: .gz, .ifczip, .zip or plain. A file\n"
@@ -33,6 +33,8 @@ static int run(int argc, char** argv) {
                "  kpifc get house.ifc '#15.FamilyName'\n"
                "  kpifc set house.ifc \"#15.FamilyName='Meier'\" -o house_new.ifc\n"
                "  kpifc props house.ifc IfcWall --csv > walls.csv\n"
+               "  kpifc header house.ifc time_stamp\n"
+               "  kpifc diff house.ifc house_new.ifc\n"
                "  kpifc schema IfcWall");
     Action action;
     addInfo(app, action);
@@ -43,6 +45,8 @@ static int run(int argc, char** argv) {
     addGet(app, action);
     addSet(app, action);
     addProps(app, action);
+    addHeader(app, action);
+    addDiff(app, action);
     addSchema(app, action);
     try {
         app.parse(argc, argv);
