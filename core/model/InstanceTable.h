@@ -43,6 +43,8 @@ public:
 
     /// Tells how much memory the table may spend on stretches that may turn out thinly used.
     void expectFile(std::uint64_t bytes) { m_budget = 16 + bytes / (2 * KpIfcSlotChunk::kBytes); }
+    /// Tells that so many instances are about to come in ascending order of their names.
+    void expectInstances(std::size_t count) { m_budget += count * 4 / KpIfcSlotChunk::kSlots; }
     void noteInstance() { ++m_instances; }
 
 private:

@@ -30,10 +30,7 @@ KpIfcEntityBase* KpIfcModel::create(const KpIfcEntityType* type, std::uint64_t i
     KpIfcSlot* slot = m_data->table.slot(instanceName);
     m_data->table.sortSparse();
     if (slot->word != 0) return nullptr;
-    KpIfcEntityBase* instance = m_data->construct(*type->facts());
-    m_data->bind(slot, instance);
-    KpIfcChange::before(*instance); // no file has it yet
-    return instance;
+    return m_data->create(*type->facts(), slot);
 }
 
 KpDbObjectId KpIfcModel::find(std::uint64_t instanceName) const {

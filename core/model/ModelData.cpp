@@ -12,6 +12,13 @@ ModelData::~ModelData() {
     for (KpIfcEntityBase* instance : m_toDestroy) instance->~KpIfcEntityBase();
 }
 
+KpIfcEntityBase* ModelData::create(const KpIfcEntityFacts& facts, KpIfcSlot* slot) {
+    KpIfcEntityBase* instance = construct(facts);
+    bind(slot, instance);
+    KpIfcChange::before(*instance);
+    return instance;
+}
+
 void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
     const std::uint64_t name = KpDbObjectId(slot).instanceName();
     if (!m_explicitOrder && name < highestName) makeOrderExplicit();

@@ -61,6 +61,8 @@ public:
 
     /// Makes an instance in the model's memory that is in no slot yet.
     KpIfcEntityBase* construct(const KpIfcEntityFacts& facts) { return facts.construct(arena.allocate(facts.size)); }
+    /// Makes an instance in its empty slot; it counts as changed, for no file has it yet.
+    KpIfcEntityBase* create(const KpIfcEntityFacts& facts, KpIfcSlot* slot);
     /// Puts an instance into its empty slot, as the last in file order.
     void bind(KpIfcSlot* slot, KpIfcEntityBase* instance);
     /// Puts a record that stays text into the file order, and into its slot where it has one (an empty one).
@@ -80,6 +82,8 @@ public:
     void commit();
     const ReferrerIndex& referrerIndex();
 
+    /// True where file order is that of the names and there are no records kept as text.
+    bool isOrderedByName() const { return !m_explicitOrder; }
     /// Calls `visit(KpIfcEntityBase*)` or `visit(KeptRecord&)` for everything in file order.
     template <class VisitInstance, class VisitRecord>
     void visitInFileOrder(VisitInstance visitInstance, VisitRecord visitRecord) const {

@@ -19,6 +19,7 @@ void addTree(CLI::App& app, Action& action);
 void addShow(CLI::App& app, Action& action);
 void addGet(CLI::App& app, Action& action);
 void addSet(CLI::App& app, Action& action);
+void addExtract(CLI::App& app, Action& action);
 void addProps(CLI::App& app, Action& action);
 void addHeader(CLI::App& app, Action& action);
 void addDiff(CLI::App& app, Action& action);

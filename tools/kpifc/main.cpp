@@ -35,6 +35,7 @@ static int run(int argc, char** argv) {
                "  kpifc props house.ifc IfcWall --csv > walls.csv\n"
                "  kpifc header house.ifc time_stamp\n"
                "  kpifc diff house.ifc house_new.ifc\n"
+               "  kpifc extract house.ifc IfcWall -o walls.ifc\n"
                "  kpifc schema IfcWall");
     Action action;
     addInfo(app, action);
@@ -47,6 +48,7 @@ static int run(int argc, char** argv) {
     addProps(app, action);
     addHeader(app, action);
     addDiff(app, action);
+    addExtract(app, action);
     addSchema(app, action);
     try {
         app.parse(argc, argv);

@@ -3,6 +3,7 @@
 #include <KpIfcCore/KpIfcAggr.h>
 #include <KpIfcCore/KpIfcArrayAggr.h>
 #include <KpIfcCore/KpIfcAttributeAccess.h>
+#include <KpIfcCore/KpIfcElementCopier.h>
 #include <KpIfcCore/KpIfcEntityBase.h>
 #include <KpIfcCore/KpIfcFacts.h>
 #include <KpIfcCore/KpIfcListAggr.h>
@@ -63,6 +64,18 @@ struct AggrAccess {
             next = true;
         }
         filer.wrChar(')');
+    }
+
+    static void copy(KpIfcAggr& to, const KpIfcAggr& from, KpIfcElementCopier& copier) {
+        if (from.isNil()) return;
+        std::vector<T> elements;
+        elements.reserve(from.size());
+        for (const T& original : static_cast<const Family&>(from)) {
+            elements.push_back(original);
+            if constexpr (!std::is_arithmetic_v<T>)
+                if (!copier.adapt(elements.back())) elements.pop_back();
+        }
+        static_cast<Family&>(to).load(copier.arena(), elements.data(), elements.size());
     }
 
     static void rearrange(KpIfcAggr& field) { static_cast<Family&>(field).rearrange(); }
@@ -173,7 +186,8 @@ constexpr KpIfcAggrFacts aggregateFacts() {
                          .get = Access::get,
                          .toArray = Access::toArray,
                          .arrayType = Access::arrayType,
-                         .put = Access::put};
+                         .put = Access::put,
+                         .copy = Access::copy};
     if constexpr (element == KpIfcElementKind::select) facts.selectAt = Access::selectAt;
     return facts;
 }

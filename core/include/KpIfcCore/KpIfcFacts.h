@@ -18,6 +18,7 @@ namespace KP_SDAI {
 class KpIfcAggr;
 class KpIfcAggrImp;
 class KpIfcDescriptorSlot;
+class KpIfcElementCopier;
 class KpIfcEntityBase;
 class KpIfcEntityType;
 class KpIfcInverseMembers;
@@ -81,6 +82,8 @@ struct KpIfcAggrFacts {
     /// array of variants or, for selects, of an array of handles; bounds are not checked. False, and nothing changed,
     /// where the value is another one or an element does not convert.
     bool (*put)(KpIfcAggr& aggregate, const KpIfcVariant& value, KpIfcEntityBase& owner);
+    /// Makes `to`, which is nil, a copy of an aggregate of the same class that belongs to another model.
+    void (*copy)(KpIfcAggr& to, const KpIfcAggr& from, KpIfcElementCopier& copier);
     /// An element as a select; null for other elements.
     const KpIfcSelect& (*selectAt)(const KpIfcAggr& aggregate, std::size_t index) = nullptr;
 };

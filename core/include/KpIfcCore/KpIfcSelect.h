@@ -99,6 +99,8 @@ public:
     ///
     ///     select.underlyingTypeName("IfcLabel") && select.putValue("Oak")
     bool putValue(const KpIfcVariant& value);
+    /// Takes over what a select of the same class holds, its alternative included.
+    virtual void assign(const KpIfcSelect& other) { assignValue(other); }
     /// Takes over what another select holds, by the name of its alternative. False where this one has no such
     /// alternative; then it holds nothing that counts.
     bool take(const KpIfcSelect& other);
@@ -111,6 +113,7 @@ public:
 protected:
     friend class ::KpSpfFilerBase;
     friend class KpIfcSelectConversion;
+    friend class FieldCopier;
 
     /// Chooses the one alternative whose values are of a kind; false, and nothing changed, where there is none or more
     /// than one.

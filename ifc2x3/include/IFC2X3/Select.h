@@ -33,6 +33,7 @@ public:
 
     /// Code of the alternative that is held, as the class's enumeration names them.
     std::int32_t tag() const { return m_tag; }
+    void assign(const KpIfcSelect& other) override { *this = static_cast<const Select&>(other); }
     const char* underlyingTypeName() const override;
     bool underlyingTypeName(const KpAnsiString& name) override;
     int underlyingTypeByName(const KpAnsiString& name) const override;

@@ -1,0 +1,162 @@
+#include <KpIfcCore/KpIfcCopy.h>
+
+#include "model/CopyMap.h"
+#include "model/FieldCopier.h"
+#include "model/HeldReferences.h"
+
+#include <algorithm>
+#include <limits>
+#include <span>
+#include <utility>
+
+namespace KP_SDAI {
+
+namespace {
+
+KpIfcSlot s_found{0}; ///< stands for the slot of what has been found and has no name in the target yet
+
+} // namespace
+
+struct KpIfcCopier::State {
+    State(const KpIfcModel& source, KpIfcModel& target) : map(source, target) {}
+
+    KP::ErrorStatus copy(std::span<const KpDbObjectId> handles);
+
+    CopyMap map;
+    std::size_t count = 0;
+
+private:
+    using Slots = std::vector<KpIfcSlot*>;
+
+    Slots findNeeded(std::span<const KpDbObjectId> handles);
+    void sortInFileOrder(Slots& found);
+    std::size_t placeInFile(const KpIfcSlot* slot);
+    bool chooseNames(const Slots& found);
+    void create(const Slots& found);
+
+    std::unordered_map<std::uintptr_t, std::size_t> m_places; ///< in the source's file, by what is in the slot
+};
+
+KP::ErrorStatus KpIfcCopier::State::copy(std::span<const KpDbObjectId> handles) {
+    if (&map.source == &map.target || &map.source.schema() != &map.target.schema()) return KP::eInvalidInput;
+    for (const KpDbObjectId& handle : handles)
+        if (!handle.isDefined() || handle.model() != &map.source) return KP::eInvalidInput;
+    Slots found = findNeeded(handles);
+    sortInFileOrder(found);
+    if (!chooseNames(found)) {
+        for (const KpIfcSlot* slot : found) map.slots[slot] = nullptr;
+        return KP::eRefused;
+    }
+    create(found);
+    count += found.size();
+    return KP::eOk;
+}
+
+/// What is to be copied: the handles and what they need, as far as it has no copy.
+KpIfcCopier::State::Slots KpIfcCopier::State::findNeeded(std::span<const KpDbObjectId> handles) {
+    Slots found;
+    const auto find = [&](const KpDbObjectId& handle) {
+        KpIfcSlot*& place = map.slots[handle.slot()];
+        if (place) return;
+        place = &s_found;
+        found.push_back(handle.slot());
+    };
+    for (const KpDbObjectId& handle : handles) find(handle);
+    for (std::size_t next = 0; next < found.size(); ++next)
+        visitHeldReferences(KpDbObjectId(found[next]), [&](const KpIfcReference& reference) {
+            if (map.slots[reference.to.slot()] == nullptr && map.isFollowed(reference)) find(reference.to);
+        });
+    return found;
+}
+
+void KpIfcCopier::State::sortInFileOrder(Slots& found) {
+    std::vector<std::pair<std::uint64_t, KpIfcSlot*>> places;
+    places.reserve(found.size());
+    const bool isByName = map.source.data().isOrderedByName();
+    for (KpIfcSlot* slot : found)
+        places.emplace_back(isByName ? KpDbObjectId(slot).instanceName() : placeInFile(slot), slot);
+    std::sort(places.begin(), places.end());
+    std::transform(places.begin(), places.end(), found.begin(), [](const auto& place) { return place.second; });
+}
+
+std::size_t KpIfcCopier::State::placeInFile(const KpIfcSlot* slot) {
+    if (m_places.empty()) {
+        const auto note = [this](const void* what) { m_places[reinterpret_cast<std::uintptr_t>(what)] = m_places.size(); };
+        map.source.data().visitInFileOrder([&](const KpIfcEntityBase* instance) { note(instance); },
+                                           [&](const KeptRecord& record) { note(&record); });
+    }
+    const auto place = m_places.find(slot->word & ~KpIfcSlot::kKeptRecord);
+    return place == m_places.end() ? std::numeric_limits<std::size_t>::max() : place->second;
+}
+
+/// Gives every one found its slot in the target; false where there are not enough names.
+bool KpIfcCopier::State::chooseNames(const Slots& found) {
+    InstanceTable& table = map.target.data().table;
+    table.expectInstances(found.size());
+    std::uint64_t highest = map.highestName();
+    Slots renamed;
+    for (KpIfcSlot* slot : found) {
+        const std::uint64_t name = KpDbObjectId(slot).instanceName();
+        KpIfcSlot* const place = map.isUsedByText(name) ? nullptr : table.slot(name);
+        if (place && place->word == 0) {
+            map.slots[slot] = place;
+            highest = std::max(highest, name);
+        } else {
+            renamed.push_back(slot);
+        }
+    }
+    const bool areEnough = renamed.size() <= std::numeric_limits<std::uint64_t>::max() - highest;
+    if (areEnough)
+        for (const KpIfcSlot* slot : renamed) map.slots[slot] = table.slot(++highest);
+    table.sortSparse();
+    return areEnough;
+}
+
+void KpIfcCopier::State::create(const Slots& found) {
+    ModelData& target = map.target.data();
+    for (const KpIfcSlot* slot : found) {
+        const KpDbObjectId original(const_cast<KpIfcSlot*>(slot));
+        KpIfcSlot* const place = map.slots[slot];
+        if (const KpIfcEntityBase* instance = original.openObject()) {
+            target.create(*instance->getInstanceType()->facts(), place);
+        } else {
+            std::string text;
+            map.rename(original, nullptr, std::string(map.source.keptRecord(original)), text);
+            target.keep(std::move(text), place);
+        }
+    }
+    FieldCopier fields(map, found.size());
+    for (KpIfcSlot* slot : found)
+        if (KpIfcEntityBase* instance = KpDbObjectId(slot).openObject())
+            fields.copy(*instance, *KpDbObjectId(map.slots[slot]).openObject());
+}
+
+void visitAllReferences(const KpDbObjectId& handle, const std::function<void(const KpIfcReference&)>& visit) {
+    visitHeldReferences(handle, visit);
+}
+
+KpIfcCopier::KpIfcCopier(const KpIfcModel& source, KpIfcModel& target)
+    : m_state(std::make_unique<State>(source, target)) {}
+KpIfcCopier::~KpIfcCopier() = default;
+
+void KpIfcCopier::filter(Filter filter) {
+    m_state->map.filter = std::move(filter);
+}
+
+KP::ErrorStatus KpIfcCopier::copy(const KpDbObjectId& handle) {
+    return m_state->copy({&handle, 1});
+}
+
+KP::ErrorStatus KpIfcCopier::copy(const KpIfcArray<KpDbObjectId>& handles) {
+    return m_state->copy({handles.begin(), handles.size()});
+}
+
+KpDbObjectId KpIfcCopier::copyOf(const KpDbObjectId& handle) const {
+    return handle.isNull() ? KpDbObjectId() : KpDbObjectId(m_state->map.slots.find(handle.slot()));
+}
+
+std::size_t KpIfcCopier::count() const {
+    return m_state->count;
+}
+
+} // namespace KP_SDAI
