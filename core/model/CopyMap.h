@@ -37,7 +37,7 @@ public:
     const KpIfcModel& source;
     KpIfcModel& target;
     KpIfcCopier::Filter filter;
-    SlotMap slots; ///< of the target by those of the source
+    SlotMap<KpIfcSlot*> slots; ///< of the target by those of the source
 
 private:
     std::uint64_t nameForNothing(std::uint64_t name);

@@ -35,7 +35,8 @@ std::vector<const KeptField*> keptTextsInForce(ModelData& data, KpIfcEntityBase&
 
 FieldCopier::FieldCopier(CopyMap& map, std::size_t instances)
     : m_map(map), m_target(map.target.data()), m_sourceIsUtf8(map.source.textIsUtf8()),
-      m_converts(map.source.textIsUtf8() != map.target.textIsUtf8()), m_shared(std::bit_ceil(std::min(instances, kMostShared) + 1)) {}
+      m_converts(map.source.textIsUtf8() != map.target.textIsUtf8()),
+      m_shared(std::bit_ceil(std::min(instances, kMostShared) + 1)) {}
 
 void FieldCopier::copy(KpIfcEntityBase& from, KpIfcEntityBase& to) {
     m_from = from.objectId();
@@ -56,9 +57,7 @@ void FieldCopier::copyField(KpIfcEntityBase& from, KpIfcEntityBase& to, const Kp
     case KpIfcFieldKind::notKept:
     case KpIfcFieldKind::boolean: to.*member.boolean = from.*member.boolean; break;
     case KpIfcFieldKind::logical: to.*member.logical = from.*member.logical; break;
-    case KpIfcFieldKind::enumeration:
-        std::memcpy(member.enumeration(to), member.enumeration(from), sizeof(int));
-        break;
+    case KpIfcFieldKind::enumeration: std::memcpy(member.enumeration(to), member.enumeration(from), sizeof(int)); break;
     case KpIfcFieldKind::reference:
         to.*member.reference = m_map.copyOf({m_from, m_field, from.*member.reference});
         break;
@@ -68,9 +67,7 @@ void FieldCopier::copyField(KpIfcEntityBase& from, KpIfcEntityBase& to, const Kp
         if (!adapt(select)) select.nullify();
         break;
     }
-    case KpIfcFieldKind::aggregate:
-        row.aggregate->copy(member.aggregate(to), member.aggregate(from), *this);
-        break;
+    case KpIfcFieldKind::aggregate: row.aggregate->copy(member.aggregate(to), member.aggregate(from), *this); break;
     case KpIfcFieldKind::derived: break;
     }
 }
@@ -78,7 +75,9 @@ void FieldCopier::copyField(KpIfcEntityBase& from, KpIfcEntityBase& to, const Kp
 void FieldCopier::copyText(const KpAnsiString& from, KpAnsiString& to) {
     if (from.isUnset()) {
         to = KpAnsiString::unset();
-    } else if (!from.isEmpty()) {
+    } else if (from.isEmpty()) {
+        to = KpAnsiString();
+    } else {
         const char* const original = from.constStr();
         Shared& shared = m_shared[(reinterpret_cast<std::uintptr_t>(original) >> 3) & (m_shared.size() - 1)];
         if (shared.original != original) shared = {original, KpAnsiString::place(arena(), converted(from.view()))};

@@ -34,7 +34,10 @@ private:
     bool chooseNames(const Slots& found);
     void create(const Slots& found);
 
-    std::unordered_map<std::uintptr_t, std::size_t> m_places; ///< in the source's file, by what is in the slot
+    // Places in the source's file.
+    SlotMap<std::size_t> m_places;
+    std::unordered_map<const KeptRecord*, std::size_t> m_recordPlaces;
+    std::size_t m_placeCount = 0;
 };
 
 KP::ErrorStatus KpIfcCopier::State::copy(std::span<const KpDbObjectId> handles) {
@@ -75,18 +78,21 @@ void KpIfcCopier::State::sortInFileOrder(Slots& found) {
     const bool isByName = map.source.data().isOrderedByName();
     for (KpIfcSlot* slot : found)
         places.emplace_back(isByName ? KpDbObjectId(slot).instanceName() : placeInFile(slot), slot);
-    std::sort(places.begin(), places.end());
+    std::stable_sort(places.begin(), places.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     std::transform(places.begin(), places.end(), found.begin(), [](const auto& place) { return place.second; });
 }
 
+/// Counts from 1; what came after the first call is behind all else.
 std::size_t KpIfcCopier::State::placeInFile(const KpIfcSlot* slot) {
-    if (m_places.empty()) {
-        const auto note = [this](const void* what) { m_places[reinterpret_cast<std::uintptr_t>(what)] = m_places.size(); };
-        map.source.data().visitInFileOrder([&](const KpIfcEntityBase* instance) { note(instance); },
-                                           [&](const KeptRecord& record) { note(&record); });
+    if (m_placeCount == 0) {
+        map.source.data().visitInFileOrder(
+            [&](const KpIfcEntityBase* instance) { m_places[instance->objectId().slot()] = ++m_placeCount; },
+            [&](const KeptRecord& record) { m_recordPlaces[&record] = ++m_placeCount; });
     }
-    const auto place = m_places.find(slot->word & ~KpIfcSlot::kKeptRecord);
-    return place == m_places.end() ? std::numeric_limits<std::size_t>::max() : place->second;
+    std::size_t place = m_places[slot];
+    if (slot->word & KpIfcSlot::kKeptRecord)
+        place = m_recordPlaces[reinterpret_cast<const KeptRecord*>(slot->word & ~KpIfcSlot::kKeptRecord)];
+    return place ? place : m_placeCount + 1;
 }
 
 /// Gives every one found its slot in the target; false where there are not enough names.

@@ -7,10 +7,11 @@
 
 namespace KP_SDAI {
 
-/// A slot for each slot of one model, null at first; a page for each chunk that is asked for.
+/// A value for each slot of one model, Value() at first; a page for each chunk that is asked for.
+template <class Value>
 class SlotMap {
 public:
-    KpIfcSlot*& operator[](const KpIfcSlot* slot) {
+    Value& operator[](const KpIfcSlot* slot) {
         const KpIfcSlotChunk* const chunk = KpIfcSlotChunk::of(slot);
         if (chunk != m_lastChunk) {
             std::unique_ptr<Page>& page = m_pages[chunk];
@@ -18,17 +19,17 @@ public:
             m_lastChunk = chunk;
             m_last = page.get();
         }
-        return m_last->slots[slot - chunk->slots];
+        return m_last->values[slot - chunk->slots];
     }
-    KpIfcSlot* find(const KpIfcSlot* slot) const {
+    Value find(const KpIfcSlot* slot) const {
         const KpIfcSlotChunk* const chunk = KpIfcSlotChunk::of(slot);
         const auto found = m_pages.find(chunk);
-        return found == m_pages.end() ? nullptr : found->second->slots[slot - chunk->slots];
+        return found == m_pages.end() ? Value() : found->second->values[slot - chunk->slots];
     }
 
 private:
     struct Page {
-        KpIfcSlot* slots[KpIfcSlotChunk::kSlots] = {};
+        Value values[KpIfcSlotChunk::kSlots] = {};
     };
 
     std::unordered_map<const KpIfcSlotChunk*, std::unique_ptr<Page>> m_pages;

@@ -112,7 +112,7 @@ class Check:
                     old = [v for v in old if all(r in inside for r in refs(v))]
                     self.expect(old or optional, f"{what}: no members")
                 if isinstance(old, list) and kind.startswith("set"):
-                    old, new = sorted(set(map(repr, old))), sorted(map(repr, new or []))
+                    old, new = (sorted(set(map(repr, v or []))) for v in (old, new))
                 self.expect((plain(new) or None) == (plain(old) or None), f"{what}: {new} was {old}")
 
     def objects(self, chosen):

@@ -36,10 +36,11 @@ KPIFCCORE_EXPORT void visitAllReferences(const KpDbObjectId& handle,
 ///     if (copier.copy(wall->objectId()) == KP::eOk) ... copier.copyOf(wall->objectId()) ...
 ///
 /// A copy has the name of its original where the target has none of that name yet, else a new one above the highest.
-/// Whatever a copier has copied it copies once; later copies refer to the same. Values are copied as they are, GlobalIds
-/// included; texts are converted where the models hold them in different forms. Source texts of fields that attributes
-/// cannot hold and records kept as text go along, with the names of what they refer to. Names in them that refer to
-/// nothing still do so in the target: they change only where the target has something of that name.
+/// Whatever a copier has copied it copies once; later copies refer to the same. Values are copied as they are,
+/// GlobalIds included; texts are converted where the models hold them in different forms (code points that do not exist
+/// become U+FFFD). Source texts of fields that attributes cannot hold and records kept as text go along, with the names
+/// of what they refer to. Names in them that refer to nothing still do so in the target: they change only where the
+/// target has something of that name.
 ///
 /// Copies made by one call follow each other in the target's file order as their originals do in the source. Inverse
 /// attributes and referrers of the target follow by its next commit, as after any change.
