@@ -3,7 +3,7 @@
 namespace KP_SDAI {
 
 bool writeNormalised(ModelData& data, const KpIfcHeader& header, const FileFrame& frame, KpIfcReport& report,
-                     const std::function<bool(std::string_view)>& sink) {
+                     bool isByName, const std::function<bool(std::string_view)>& sink) {
     constexpr std::size_t kPiece = 256 * 1024;
     RecordWriter out(data, &report);
     out.put("ISO-10303-21;\nHEADER;\n");
@@ -21,19 +21,22 @@ bool writeNormalised(ModelData& data, const KpIfcHeader& header, const FileFrame
         ok = sink(out.text());
         out.clear();
     };
-    data.visitInNormalOrder(
-        [&](KpIfcEntityBase* instance) {
-            if (!ok) return;
-            out.putRecord(*instance);
-            out.put("\n");
-            flush(kPiece);
-        },
-        [&](const KeptRecord& record) {
-            if (!ok) return;
-            out.put(record.text);
-            out.put("\n");
-            flush(kPiece);
-        });
+    const auto putInstance = [&](KpIfcEntityBase* instance) {
+        if (!ok) return;
+        out.putRecord(*instance);
+        out.put("\n");
+        flush(kPiece);
+    };
+    const auto putRecord = [&](const KeptRecord& record) {
+        if (!ok) return;
+        out.put(record.text);
+        out.put("\n");
+        flush(kPiece);
+    };
+    if (isByName)
+        data.visitInNormalOrder(putInstance, putRecord);
+    else
+        data.visitInFileOrder(putInstance, putRecord);
     if (!ok) return false;
     out.put("ENDSEC;\n");
     out.put(frame.behindData);

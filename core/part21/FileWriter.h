@@ -11,9 +11,9 @@
 
 namespace KP_SDAI {
 
-/// Writes a model as a file of uniform records, one a line, ascending by name within each data section. Hands it to
-/// `sink` in pieces of some hundred kilobytes; false where that returned false.
+/// Writes a model as a file of uniform records, one a line, in the order of the file or ascending by name within
+/// each data section. Hands it to `sink` in pieces of some hundred kilobytes; false where that returned false.
 bool writeNormalised(ModelData& data, const KpIfcHeader& header, const FileFrame& frame, KpIfcReport& report,
-                     const std::function<bool(std::string_view)>& sink);
+                     bool isByName, const std::function<bool(std::string_view)>& sink);
 
 } // namespace KP_SDAI

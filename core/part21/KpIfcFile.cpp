@@ -70,7 +70,8 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
     error.clear();
     writeReport.clear();
     model->commit();
-    if (!source || options.normalise) return writeNormalised(model->data(), header, frame, writeReport, sink);
+    if (!source || options.normalise)
+        return writeNormalised(model->data(), header, frame, writeReport, options.normalise, sink);
     SourceRewriter rewriter(model->data(), header, layout, writeReport);
     if (rewriter.write(*source, sink)) return true;
     error = rewriter.error();

@@ -142,6 +142,38 @@ TEST_P(SamplesTest, HaveThePropertiesThatTheRecordsSay) {
     EXPECT_NE(checked.out.find(" 0 differences"), std::string::npos) << checked.out;
 }
 
+/// Parts are whole and hold what belongs to them, by an independent walk over the records.
+TEST_P(SamplesTest, ArePartedIntoWholeModels) {
+    const UnpackedFile sample(GetParam());
+    const std::string file = ::quoted(sample.path());
+    std::map<std::string, std::string> choices = {{"IfcWall", "IfcWall"}, {"IfcTypeObject", "IfcTypeObject"}};
+    for (const std::string& line : linesOf(m_folder.run("kpifc dump " + file).out)) {
+        const auto instance = nlohmann::json::parse(line);
+        const std::string type = instance["type"];
+        if (type == "IfcBuildingStorey" || type == "IfcCartesianPoint" || type == "IfcRelContainedInSpatialStructure") {
+            choices.try_emplace(type, '#' + instance["id"].dump());
+        } else if (type == "IfcWallStandardCase" || type == "IfcSlab" || type == "IfcBeam" ||
+                   type == "IfcFlowSegment") {
+            choices.try_emplace("one by #", '#' + instance["id"].dump());
+            choices["one by GlobalId"] = instance["attributes"]["GlobalId"];
+        }
+    }
+    std::string parts;
+    for (const auto& [what, name] : choices) {
+        const std::string part = ::quoted(what + ".ifc");
+        const Outcome outcome = m_folder.run("kpifc extract " + file + ' ' + ::quoted(name) + " -o " + part);
+        if (outcome.err.find("there is no instance of") == std::string::npos) {
+            ASSERT_LE(outcome.exitCode, 1) << outcome.err;
+            parts += ' ' + ::quoted(name) + ' ' + part;
+        }
+    }
+    const fs::path checker = fs::path(KP_SOURCE_DIR) / "tests" / "cli" / "check_extract.py";
+    const Outcome checked = m_folder.run("python3 -B " + ::quoted(checker) + ' ' + ::quoted(kShared / "check") + ' ' +
+                                         file + ' ' + m_facts + parts);
+    EXPECT_EQ(checked.exitCode, 0) << checked.out << checked.err;
+    EXPECT_NE(checked.out.find(" 0 wrong"), std::string::npos) << checked.out;
+}
+
 /// Sets attributes of the first instances of every entity to what they are.
 TEST_P(SamplesTest, StayAsTheyAreWhenSetToWhatGetPrints) {
     const UnpackedFile sample(GetParam());

@@ -21,6 +21,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// The lines of the data section in the order of the file.
+std::string inFileOrder(KpIfcFile& file) {
+    std::string out;
+    EXPECT_EQ(file.saveToMemory(out), KP::eOk) << file.error();
+    const std::size_t begin = out.find("\nDATA;\n") + 7;
+    return out.substr(begin, out.rfind("ENDSEC;") - begin);
+}
+
 struct Case {
     const char* name;
     const char* source;
@@ -40,7 +48,7 @@ TEST_P(ModelCopyTest, TakesAlongWhatIsNeeded) {
     for (const std::uint64_t name : test.copied) {
         ASSERT_EQ(copier.copy(source.model()->find(name)), KP::eOk);
     }
-    EXPECT_EQ(savedRecords(target), test.target + std::string(test.expected));
+    EXPECT_EQ(inFileOrder(target), test.target + std::string(test.expected));
     EXPECT_EQ(savedRecords(source), before);
     // What is written is read as the same.
     KpIfcFile again = opened(saved(target));
@@ -190,14 +198,14 @@ TEST(ModelCopy, FollowsOnlyWhatTheFilterAccepts) {
     copier.filter([](const KpIfcReference& reference) { return reference.to.instanceName() != 2; });
     ASSERT_EQ(copier.copy(everything(*source.model())), KP::eOk);
     // #2 is there, but only because it was asked for. $ in #3 is what #99 was read as.
-    EXPECT_EQ(savedRecords(target), "#1=IFCWALL('0123456789012345678901',$,$,$,$,$,$,$);\n"
-                                    "#2=IFCWALL('1123456789012345678901',$,$,$,$,$,$,$);\n"
-                                    "#3=IFCRELAGGREGATES('2123456789012345678901',$,$,$,#1,($,#1));\n"
-                                    "#4=IFCPRESENTATIONLAYERASSIGNMENT('l',$,(#5),$);\n"
-                                    "#5=IFCSTYLEDITEM($,(),$);\n"
-                                    "#6=IFCPROPERTYSINGLEVALUE('P',$,$,$);\n"
-                                    "#7=IFCPRESENTATIONSTYLEASSIGNMENT((IFCNULLSTYLE(.NULL.)));\n"
-                                    "#8=IFCNOTHING(#1,$);\n");
+    EXPECT_EQ(inFileOrder(target), "#1=IFCWALL('0123456789012345678901',$,$,$,$,$,$,$);\n"
+                                   "#2=IFCWALL('1123456789012345678901',$,$,$,$,$,$,$);\n"
+                                   "#3=IFCRELAGGREGATES('2123456789012345678901',$,$,$,#1,($,#1));\n"
+                                   "#4=IFCPRESENTATIONLAYERASSIGNMENT('l',$,(#5),$);\n"
+                                   "#5=IFCSTYLEDITEM($,(),$);\n"
+                                   "#6=IFCPROPERTYSINGLEVALUE('P',$,$,$);\n"
+                                   "#7=IFCPRESENTATIONSTYLEASSIGNMENT((IFCNULLSTYLE(.NULL.)));\n"
+                                   "#8=IFCNOTHING(#1,$);\n");
 }
 
 TEST(ModelCopy, LeavesATargetThatIsWhole) {
@@ -222,10 +230,10 @@ TEST(ModelCopy, LeavesATargetThatIsWhole) {
     // What is copied lives by itself.
     source.close();
     whole->setName("new");
-    EXPECT_EQ(savedRecords(target), "#1=IFCMATERIAL('a');\n"
-                                    "#4=IFCWALL('0123456789012345678901',$,'new',$,$,$,$,$);\n"
-                                    "#2=IFCWALL('1123456789012345678901',$,$,$,$,$,$,$);\n"
-                                    "#3=IFCRELAGGREGATES('2123456789012345678901',$,$,$,#4,(#2));\n");
+    EXPECT_EQ(inFileOrder(target), "#1=IFCMATERIAL('a');\n"
+                                   "#4=IFCWALL('0123456789012345678901',$,'new',$,$,$,$,$);\n"
+                                   "#2=IFCWALL('1123456789012345678901',$,$,$,$,$,$,$);\n"
+                                   "#3=IFCRELAGGREGATES('2123456789012345678901',$,$,$,#4,(#2));\n");
 }
 
 TEST(ModelCopy, CopiesOnceInSeveralCalls) {
@@ -246,7 +254,7 @@ TEST(ModelCopy, TakesValuesThatReplacedASourceText) {
     KpIfcFile target = emptyFile();
     KpIfcCopier copier(*source.model(), *target.model());
     ASSERT_EQ(copier.copy(source.model()->find(1)), KP::eOk);
-    EXPECT_EQ(savedRecords(target), "#1=IFCPROPERTYSINGLEVALUE('set',#2,$,$);\n#2=IFCMATERIAL('m');\n");
+    EXPECT_EQ(inFileOrder(target), "#1=IFCPROPERTYSINGLEVALUE('set',#2,$,$);\n#2=IFCMATERIAL('m');\n");
 }
 
 TEST(ModelCopy, DeepChainsNeedNoStack) {
@@ -274,9 +282,9 @@ TEST(ModelCopy, RefusesWhole) {
     EXPECT_EQ(copier.copy(KpIfcArray<KpDbObjectId>{from.find(3), target.model()->find(2)}), KP::eInvalidInput);
     EXPECT_EQ(copier.count(), 0u);
     EXPECT_TRUE(copier.copyOf(from.find(1)).isNull());
-    EXPECT_EQ(savedRecords(target), records);
+    EXPECT_EQ(inFileOrder(target), records);
     EXPECT_EQ(copier.copy(from.find(3)), KP::eOk);
-    EXPECT_EQ(savedRecords(target), records + "#3=IFCMATERIAL('m');\n");
+    EXPECT_EQ(inFileOrder(target), records + "#3=IFCMATERIAL('m');\n");
     EXPECT_EQ(KpIfcCopier(from, *source.model()).copy(from.find(3)), KP::eInvalidInput);
 }
 

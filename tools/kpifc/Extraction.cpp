@@ -137,11 +137,11 @@ bool Extraction::isMember(const KpIfcReference& reference, const ExtractionRule&
     if (rule.members && reference.attribute) {
         return reference.attribute == rule.members;
     }
+    const bool isSingle = reference.attribute && reference.attribute->kind != KpIfcFieldKind::aggregate;
     const KpIfcEntityBase* const to = reference.to.openObject();
     if (!to) {
-        return false;
+        return !isSingle; // a record kept as text
     }
-    const bool isSingle = reference.attribute && reference.attribute->kind != KpIfcFieldKind::aggregate;
     return to->isKindOf(isSingle ? m_rules.object : m_rules.root);
 }
 
