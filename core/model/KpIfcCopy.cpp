@@ -129,6 +129,7 @@ void KpIfcCopier::State::create(const Slots& found) {
             std::string text;
             map.rename(original, nullptr, std::string(map.source.keptRecord(original)), text);
             target.keep(std::move(text), place);
+            target.newRecords.push_back(KpDbObjectId(place).instanceName());
         }
     }
     FieldCopier fields(map, found.size());

@@ -126,6 +126,7 @@ public:
     std::size_t instanceCount = 0;
     std::size_t keptCount = 0;
     std::uint64_t highestName = 0;
+    std::vector<std::uint64_t> newRecords;  ///< names of records kept as text that no file of this model has
     std::vector<std::uint64_t> erasedNames; ///< of instances and kept records that were read and are erased
 
 private:

@@ -62,6 +62,7 @@ void SourceRewriter::collectTouched() {
         m_touched.push_back({instance.instanceName(), false});
     });
     for (const std::uint64_t name : m_data.erasedNames) m_touched.push_back({name, false});
+    for (const std::uint64_t name : m_data.newRecords) m_touched.push_back({name, false});
     std::sort(m_touched.begin(), m_touched.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
     m_touched.erase(
         std::unique(m_touched.begin(), m_touched.end(), [](const auto& a, const auto& b) { return a.name == b.name; }),
@@ -154,7 +155,9 @@ const char* SourceRewriter::opaqueEnd(const char* place, const char* end) {
 void SourceRewriter::rewriteRecord(const char* begin, const char* end, std::uint64_t name) {
     const KpDbObjectId handle = m_data.model.find(name);
     const KpIfcEntityBase* const found = handle.openObject();
-    if (found ? !found->isChanged() : handle.isDefined()) return;
+    const auto& added = m_data.newRecords;
+    const bool isKept = handle.isDefined() && std::find(added.begin(), added.end(), name) == added.end();
+    if (found ? !found->isChanged() : isKept) return;
     Touched* const touched = findTouched(name);
     if (!touched || !m_layout.counts(name, offsetOf(begin))) return;
     touched->isWritten = true;
@@ -209,8 +212,11 @@ void SourceRewriter::insertNewRecords(const char* place) {
     std::string lines;
     for (const Touched& touched : m_touched) {
         if (touched.isWritten) continue;
-        if (KpIfcEntityBase* const instance = m_data.model.find(touched.name).openObject())
+        const KpDbObjectId handle = m_data.model.find(touched.name);
+        if (KpIfcEntityBase* const instance = handle.openObject())
             (lines += m_records.record(*instance)) += '\n';
+        else if (handle.isDefined())
+            (lines += m_data.model.keptRecord(handle)) += '\n';
     }
     if (lines.empty()) return;
     insertLines(place, m_layout.hasDataSection ? lines : "DATA;\n" + lines + "ENDSEC;\n");

@@ -66,7 +66,9 @@ std::size_t choose(const KpIfcModel& model, const std::vector<std::string>& name
 }
 
 ExitCode extract(const ExtractArguments& arguments) {
-    refuseToOverwrite(arguments.input, arguments.output);
+    SaveOptions options;
+    options.output = arguments.output;
+    checkTarget(arguments.input, options);
     KpIfcFile file = openFile(arguments.input);
     KpIfcModel& model = *file.model();
     model.mode(kReadOnly);
@@ -85,8 +87,8 @@ ExitCode extract(const ExtractArguments& arguments) {
         throw Failure(arguments.input + ": cannot be copied from");
     }
     tellProblems(arguments.input, file.report());
-    const ExitCode code = save(part, arguments.input, arguments.output,
-                               fmt::format("{} chosen, of {}", grouped(chosen), grouped(model.count())));
+    const ExitCode code =
+        save(part, arguments.input, options, fmt::format("{} chosen, of {}", grouped(chosen), grouped(model.count())));
     return code == kFine ? exitCode(file.report()) : code;
 }
 
