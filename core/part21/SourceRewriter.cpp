@@ -154,16 +154,17 @@ const char* SourceRewriter::opaqueEnd(const char* place, const char* end) {
 
 void SourceRewriter::rewriteRecord(const char* begin, const char* end, std::uint64_t name) {
     const KpDbObjectId handle = m_data.model.find(name);
-    const KpIfcEntityBase* const found = handle.openObject();
-    const auto& added = m_data.newRecords;
-    const bool isKept = handle.isDefined() && std::find(added.begin(), added.end(), name) == added.end();
-    if (found ? !found->isChanged() : isKept) return;
+    KpIfcEntityBase* const instance = handle.openObject();
+    if (instance && !instance->isChanged()) return;
     Touched* const touched = findTouched(name);
     if (!touched || !m_layout.counts(name, offsetOf(begin))) return;
+    const auto& added = m_data.newRecords;
+    if (!instance && handle.isDefined() && std::find(added.begin(), added.end(), name) == added.end()) return;
     touched->isWritten = true;
-    if (!found) return leaveOut(begin, end);
-    const std::string record = m_records.record(*handle.openObject());
-    if (!saysTheSame({begin, static_cast<std::size_t>(end - begin)}, record, *found->getInstanceType()))
+    if (!handle.isDefined()) return leaveOut(begin, end);
+    const std::string record = instance ? m_records.record(*instance) : std::string(m_data.model.keptRecord(handle));
+    if (!instance ||
+        !saysTheSame({begin, static_cast<std::size_t>(end - begin)}, record, *instance->getInstanceType()))
         replace(begin, end, record);
 }
 
