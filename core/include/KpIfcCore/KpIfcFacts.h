@@ -2,6 +2,7 @@
 
 #include <KpIfcCore/KpAnsiString.h>
 #include <KpIfcCore/KpDbObjectId.h>
+#include <KpIfcCore/KpIfcArray.h>
 #include <KpIfcCore/KpIfcBoolean.h>
 #include <KpIfcCore/KpIfcGUID.h>
 
@@ -81,6 +82,8 @@ struct KpIfcAggrFacts {
     /// array of variants or, for selects, of an array of handles; bounds are not checked. False, and nothing changed,
     /// where the value is another one or an element does not convert.
     bool (*put)(KpIfcAggr& aggregate, const KpIfcVariant& value, KpIfcEntityBase& owner);
+    /// Removes the elements whose flag is false; there is one for each element, in the order of iteration.
+    void (*keepOnly)(KpIfcAggr& aggregate, const KpIfcArray<bool>& kept);
     /// An element as a select; null for other elements.
     const KpIfcSelect& (*selectAt)(const KpIfcAggr& aggregate, std::size_t index) = nullptr;
 };
