@@ -22,7 +22,7 @@ namespace {
 struct EraseArguments {
     std::string input;
     std::vector<std::string> targets;
-    std::string output;
+    SaveOptions saving;
     std::string policy = "refuse";
 };
 
@@ -53,7 +53,7 @@ std::string refusal(const KpIfcArray<KpIfcReference>& references, const Labels& 
 }
 
 ExitCode eraseTargets(const EraseArguments& arguments) {
-    refuseToOverwrite(arguments.input, arguments.output);
+    checkTarget(arguments.input, arguments.saving);
     KpIfcFile file = openFile(arguments.input);
     KpIfcModel& model = *file.model();
     Targets targets(model);
@@ -74,7 +74,7 @@ ExitCode eraseTargets(const EraseArguments& arguments) {
     if (!result.changed.empty()) {
         changes += fmt::format(", references dropped from {}", grouped(result.changed.size()));
     }
-    return save(file, arguments.input, arguments.output, changes);
+    return save(file, arguments.input, arguments.saving, changes);
 }
 
 } // namespace
@@ -84,7 +84,7 @@ void addErase(CLI::App& app, Action& action) {
     CLI::App* command = app.add_subcommand("erase", "Erase instances and write the file anew");
     command->add_option("IN", arguments->input, "STEP file to read")->required();
     command->add_option("TARGET", arguments->targets, "#15, or a GlobalId")->required();
-    command->add_option("-o,--output", arguments->output, "File to write; not the input")->required();
+    addSaveOptions(*command, arguments->saving);
     command->add_option("--policy", arguments->policy, "What happens to what refers to a target")
         ->check(CLI::IsMember({"refuse", "drop", "cascade"}))
         ->type_name("");
@@ -93,8 +93,8 @@ void addErase(CLI::App& app, Action& action) {
                     "  cascade  the same; then goes what only it used (placement, geometry, properties),\n"
                     "           openings in it, and relations that are left without what they relate.\n"
                     "           Other objects stay.\n"
-                    "Attributes that lack a value afterwards are told on standard error. All else is\n"
-                    "written as kpifc convert does.\n\n"
+                    "Attributes that lack a value afterwards are told on standard error. All other\n"
+                    "records stay byte for byte.\n\n"
                     "Examples:\n"
                     "  kpifc erase house.ifc '#15' '#16' -o house_new.ifc\n"
                     "  kpifc erase house.ifc 2O2Fr$t4X7Zf8NOew3FLOH --policy cascade -o house_new.ifc");

@@ -23,7 +23,7 @@ struct NewArguments {
     std::string input;
     std::string entity;
     std::vector<std::string> assignments;
-    std::string output;
+    SaveOptions saving;
 };
 
 /// A new instance, with a GlobalId where its entity has one; throws Failure where there can be none.
@@ -59,7 +59,7 @@ std::vector<std::string> missing(const KpIfcEntityBase& instance) {
 }
 
 ExitCode createInstance(const NewArguments& arguments) {
-    refuseToOverwrite(arguments.input, arguments.output);
+    checkTarget(arguments.input, arguments.saving);
     KpIfcFile file = openFile(arguments.input);
     KpIfcModel& model = *file.model();
     const KpIfcEntityBase& instance = create(model, arguments.entity);
@@ -82,7 +82,7 @@ ExitCode createInstance(const NewArguments& arguments) {
         tell(fmt::format("kpifc: {} {} has no value yet that it must have: {}", label,
                          instance.getInstanceType()->displayName(), fmt::join(names, ", ")));
     }
-    const ExitCode code = save(file, arguments.input, arguments.output, "1 created");
+    const ExitCode code = save(file, arguments.input, arguments.saving, "1 created");
     Output output;
     output.text() = label + '\n';
     output.finish();
@@ -97,7 +97,7 @@ void addNew(CLI::App& app, Action& action) {
     command->add_option("IN", arguments->input, "STEP file to read")->required();
     command->add_option("ENTITY", arguments->entity, "Its entity, in any letter case")->required();
     command->add_option("ASSIGNMENT", arguments->assignments, "FamilyName='Meier'");
-    command->add_option("-o,--output", arguments->output, "File to write; not the input")->required();
+    addSaveOptions(*command, arguments->saving);
     command->footer("The instance gets the name after the highest one, which is printed, and a fresh\n"
                     "GlobalId where its entity has one. Values are as kpifc set takes them. Attributes\n"
                     "that must have a value and were given none are told on standard error.\n\n"
