@@ -1,3 +1,4 @@
+#include "Erasing.h"
 #include "SampleFiles.h"
 
 #include <IFC2X3/IfcCartesianPoint.h>
@@ -147,6 +148,10 @@ int main(int argc, char** argv) {
     fmt::print("\nall attributes of all instances by name, read-only\n");
     for (const fs::path& path : files) {
         measureFile(path);
+    }
+    fmt::print("\nsingle instances erased, once it is known who refers to whom; and found\n");
+    for (const fs::path& path : files) {
+        measureErasing(path);
     }
     return 0;
 }

@@ -104,7 +104,7 @@ bool KpIfcCopier::State::chooseNames(const Slots& found) {
     for (KpIfcSlot* slot : found) {
         const std::uint64_t name = KpDbObjectId(slot).instanceName();
         KpIfcSlot* const place = map.isUsedByText(name) ? nullptr : table.slot(name);
-        if (place && place->word == 0) {
+        if (place && place->word == 0 && !map.target.data().wasErased(place)) {
             map.slots[slot] = place;
             highest = std::max(highest, name);
         } else {

@@ -1,3 +1,4 @@
+#include <KpIfcCore/KpIfcGlobalIds.h>
 #include <KpIfcCore/KpIfcModel.h>
 
 #include "model/ModelData.h"
@@ -29,8 +30,21 @@ KpIfcEntityBase* KpIfcModel::create(const KpIfcEntityType* type, std::uint64_t i
     if (instanceName == 0) return nullptr; // the highest name is in use
     KpIfcSlot* slot = m_data->table.slot(instanceName);
     m_data->table.sortSparse();
-    if (slot->word != 0) return nullptr;
+    if (slot->word != 0 || m_data->wasErased(slot)) return nullptr;
     return m_data->create(*type->facts(), slot);
+}
+
+KpIfcEntityBase* KpIfcModel::createRooted(std::string_view entityName, std::uint64_t instanceName) {
+    return createRooted(schema().findEntity(entityName), instanceName);
+}
+
+KpIfcEntityBase* KpIfcModel::createRooted(const KpIfcEntityType* type, std::uint64_t instanceName) {
+    const RootedEntity rooted(schema());
+    if (!type || !rooted.entity || !type->isKindOf(rooted.entity)) return nullptr;
+    const KpIfcGUID globalId = newGlobalId();
+    KpIfcEntityBase* const instance = create(type, instanceName);
+    if (instance) rooted.globalIdOf(*instance) = globalId;
+    return instance;
 }
 
 KpDbObjectId KpIfcModel::find(std::uint64_t instanceName) const {

@@ -1,5 +1,8 @@
 #include "model/ModelData.h"
 
+#include "model/AttributeCopy.h"
+#include "model/ChangeLog.h"
+
 #include <algorithm>
 
 namespace KP_SDAI {
@@ -31,6 +34,7 @@ void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
     if (name > highestName) highestName = name;
     ++instanceCount;
     table.noteInstance();
+    if (m_changes) m_changes->noteCreated(slot, *instance);
 }
 
 KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
@@ -41,7 +45,10 @@ KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
     if (slot) {
         ++keptCount;
         if (name > highestName) highestName = name;
-        if (slot->word == 0) slot->word = reinterpret_cast<std::uintptr_t>(&record) | KpIfcSlot::kKeptRecord;
+        if (slot->word == 0) {
+            slot->word = reinterpret_cast<std::uintptr_t>(&record) | KpIfcSlot::kKeptRecord;
+            if (m_changes) m_changes->created.push_back(slot);
+        }
     }
     return &record;
 }
@@ -56,6 +63,37 @@ void ModelData::demote(KpIfcSlot* slot, std::string text) {
     slot->word = 0;
     ++keptCount;
     --instanceCount;
+}
+
+void ModelData::erase(KpIfcSlot* slot) {
+    if (m_changes) m_changes->erased.push_back({slot, slot->word});
+    leaveSlot(slot);
+    m_erasedSlots.insert(slot);
+    erasedNames.push_back(KpDbObjectId(slot).instanceName());
+}
+
+void ModelData::leaveSlot(KpIfcSlot* slot) {
+    if (KpIfcEntityBase* instance = KpDbObjectId(slot).openObject()) {
+        instance->m_self &= KpIfcEntityBase::kFlags;
+        m_left.push_back(slot);
+        --instanceCount;
+    } else {
+        reinterpret_cast<KeptRecord*>(slot->word & ~KpIfcSlot::kKeptRecord)->isErased = true;
+        --keptCount;
+    }
+    slot->word = 0;
+}
+
+void ModelData::returnToSlot(KpIfcSlot* slot, std::uintptr_t word) {
+    slot->word = word;
+    if (KpIfcEntityBase* instance = KpDbObjectId(slot).openObject()) {
+        instance->m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance->m_self & KpIfcEntityBase::kFlags);
+        m_uncommitted.push_back(instance); // it left uncommitted
+        ++instanceCount;
+    } else {
+        reinterpret_cast<KeptRecord*>(word & ~KpIfcSlot::kKeptRecord)->isErased = false;
+        ++keptCount;
+    }
 }
 
 void ModelData::keepField(KpIfcEntityBase& instance, KeptField field) {
@@ -78,8 +116,11 @@ const std::vector<KeptField>* ModelData::keptFields(const KpIfcEntityBase& insta
 void ModelData::forgetField(const KpIfcEntityBase& instance, std::size_t field) {
     const auto found = m_keptFields.find(&instance);
     if (found == m_keptFields.end()) return;
-    if (std::erase_if(found->second, [field](const KeptField& kept) { return kept.field == field; }))
-        std::erase_if(found->second, [](const KeptField& kept) { return kept.field == KeptField::kWholeRecord; });
+    const auto isOfField = [field](const KeptField& kept) { return kept.field == field; };
+    if (std::none_of(found->second.begin(), found->second.end(), isOfField)) return;
+    KpIfcChange::before(const_cast<KpIfcEntityBase&>(instance)); // it is written otherwise from now on
+    std::erase_if(found->second, isOfField);
+    std::erase_if(found->second, [](const KeptField& kept) { return kept.field == KeptField::kWholeRecord; });
 }
 
 void ModelData::noteHeap(KpIfcEntityBase& instance) {
@@ -88,6 +129,7 @@ void ModelData::noteHeap(KpIfcEntityBase& instance) {
 }
 
 void ModelData::noteChange(KpIfcEntityBase& instance) {
+    if (m_changes) m_changes->noteChange(instance, keptFields(instance));
     if ((instance.m_self & KpIfcEntityBase::kState) == KpIfcEntityBase::kAsRead) noteHeap(instance);
     m_uncommitted.push_back(&instance);
     inverses.withdraw(instance);
@@ -95,22 +137,60 @@ void ModelData::noteChange(KpIfcEntityBase& instance) {
 
 void ModelData::commit() {
     if (m_uncommitted.empty()) return;
+    std::erase_if(m_uncommitted, [](const KpIfcEntityBase* instance) { return !instance->owningModel(); });
     inverses.commit(m_uncommitted);
-    if (m_referrers && !m_referrers->update(m_uncommitted)) {
-        m_builtReferrers = nullptr;
-        m_referrers.reset();
-    }
+    m_referrers.follow([this](ReferrerIndex& index) { return index.update(m_uncommitted, m_left); });
+    m_globalIds.follow([this](GlobalIdIndex& index) { return index.update(m_uncommitted); });
     for (KpIfcEntityBase* instance : m_uncommitted)
         instance->m_self = (instance->m_self & ~KpIfcEntityBase::kState) | KpIfcEntityBase::kCommitted;
     m_uncommitted.clear();
+    m_left.clear();
 }
 
-const ReferrerIndex& ModelData::referrerIndex() {
-    if (const ReferrerIndex* built = m_builtReferrers.load(std::memory_order_acquire)) return *built;
-    const std::lock_guard lock(m_buildingReferrers);
-    if (!m_referrers) m_referrers = std::make_unique<ReferrerIndex>(model);
-    m_builtReferrers.store(m_referrers.get(), std::memory_order_release);
-    return *m_referrers;
+// -- undoing ---------------------------------------------------------------------------------------------------------
+
+void ModelData::beginChanges() {
+    commit();
+    m_changes = std::make_unique<ChangeLog>();
+    m_changes->explicitOrder = m_explicitOrder;
+    m_changes->orderLength = m_order.size();
+    m_changes->highestName = highestName;
+    m_changes->erasedCount = erasedNames.size();
+    m_changes->newRecordCount = newRecords.size();
+}
+
+void ModelData::keepChanges() {
+    m_changes.reset();
+}
+
+void ModelData::rollBackChanges() {
+    commit();
+    const std::unique_ptr<ChangeLog> log = std::move(m_changes);
+    // What they have entered in others is withdrawn while all are in their slots.
+    for (KpIfcSlot* slot : log->created)
+        if (KpIfcEntityBase* instance = KpDbObjectId(slot).openObject()) instance->beforeChange();
+    for (const auto& [instance, values] : log->former)
+        if (instance->owningModel()) instance->beforeChange();
+
+    for (const ChangeLog::Erased& erased : log->erased) {
+        returnToSlot(erased.slot, erased.word);
+        m_erasedSlots.erase(erased.slot);
+    }
+    erasedNames.resize(log->erasedCount);
+    newRecords.resize(log->newRecordCount);
+    for (KpIfcSlot* slot : log->created) {
+        leaveSlot(slot);
+        m_positions.erase(slot);
+    }
+    for (auto& [instance, former] : log->former) {
+        if (!former.values) continue; // created
+        copyAttributes(*instance, *former.values);
+        if (former.hasKeptFields) m_keptFields[instance] = std::move(former.keptFields);
+    }
+    m_explicitOrder = log->explicitOrder;
+    m_order.erase(m_order.begin() + static_cast<std::ptrdiff_t>(log->orderLength), m_order.end());
+    highestName = log->highestName;
+    commit();
 }
 
 std::vector<OrderEntry> ModelData::normalOrder() const {

@@ -5,17 +5,18 @@
 #include <KpIfcCore/KpIfcModel.h>
 #include <KpIfcCore/KpIfcModule.h>
 
+#include "model/GlobalIdIndex.h"
 #include "model/InstanceTable.h"
 #include "model/Inverses.h"
+#include "model/OnDemand.h"
 #include "model/ReferrerIndex.h"
 
-#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace KP_SDAI {
@@ -24,6 +25,7 @@ namespace KP_SDAI {
 struct alignas(8) KeptRecord {
     std::string text;       ///< with its semicolon
     std::uint64_t name = 0; ///< of the record; 0 for what is none or has none
+    bool isErased = false;
 };
 
 /// The source text of a field whose attribute cannot hold it. It is written as long as the attribute would be written
@@ -49,6 +51,8 @@ private:
     std::uintptr_t m_word;
 };
 
+struct ChangeLog;
+
 /// What stands behind a model.
 class ModelData {
 public:
@@ -69,6 +73,10 @@ public:
     KeptRecord* keep(std::string text, KpIfcSlot* slot);
     /// Turns a bound instance into the kept record `text` at its place, because its name comes again.
     void demote(KpIfcSlot* slot, std::string text);
+    /// Empties the slot of an instance or kept record, for good. Nothing that stays refers to it any more; all that
+    /// leave their slots together, and all that referred to them, have passed beforeChange() before the first leaves.
+    void erase(KpIfcSlot* slot);
+    bool wasErased(const KpIfcSlot* slot) const { return m_erasedSlots.count(slot) != 0; }
     void keepField(KpIfcEntityBase& instance, KeptField field);
     const std::vector<KeptField>* keptFields(const KpIfcEntityBase& instance) const;
     /// Drops what is kept of a field, and with it the text of the whole record, which has that field too.
@@ -80,7 +88,14 @@ public:
     void noteChange(KpIfcEntityBase& instance);
     bool hasUncommitted() const { return !m_uncommitted.empty(); }
     void commit();
-    const ReferrerIndex& referrerIndex();
+    const ReferrerIndex& referrerIndex() { return m_referrers.get(model); }
+    const GlobalIdIndex& globalIdIndex() { return m_globalIds.get(model); }
+
+    /// From beginChanges() on what changes is noted, until it is kept or undone; see KpIfcChangeGroup.
+    bool isNotingChanges() const { return m_changes != nullptr; }
+    void beginChanges();
+    void keepChanges();
+    void rollBackChanges();
 
     /// True where file order is that of the names and there are no records kept as text.
     bool isOrderedByName() const { return !m_explicitOrder; }
@@ -92,10 +107,11 @@ public:
             return;
         }
         for (const OrderEntry& entry : m_order) {
-            if (KeptRecord* record = entry.record())
-                visitRecord(*record);
-            else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject())
+            if (KeptRecord* record = entry.record()) {
+                if (!record->isErased) visitRecord(*record);
+            } else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject()) {
                 visitInstance(instance);
+            }
         }
     }
 
@@ -104,10 +120,11 @@ public:
     void visitInNormalOrder(VisitInstance visitInstance, VisitRecord visitRecord) const {
         if (!m_explicitOrder) return visitInFileOrder(visitInstance, visitRecord);
         for (const OrderEntry& entry : normalOrder()) {
-            if (KeptRecord* record = entry.record())
-                visitRecord(*record);
-            else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject())
+            if (KeptRecord* record = entry.record()) {
+                if (!record->isErased) visitRecord(*record);
+            } else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject()) {
                 visitInstance(instance);
+            }
         }
     }
     /// Calls `visit(const KpIfcEntityBase&)` for the instances that anything may have changed since they were read,
@@ -127,24 +144,29 @@ public:
     std::size_t keptCount = 0;
     std::uint64_t highestName = 0;
     std::vector<std::uint64_t> newRecords;  ///< names of records kept as text that no file of this model has
-    std::vector<std::uint64_t> erasedNames; ///< of instances and kept records that were read and are erased
+    std::vector<std::uint64_t> erasedNames; ///< of instances and kept records, created ones included
 
 private:
     std::vector<OrderEntry> normalOrder() const;
     void makeOrderExplicit();
+    /// Empties a slot, and fills it again with the word that it had.
+    void leaveSlot(KpIfcSlot* slot);
+    void returnToSlot(KpIfcSlot* slot, std::uintptr_t word);
 
     std::shared_ptr<KpIfcModule> m_module;
     // The order of a file is that of its names until something in it says otherwise.
     bool m_explicitOrder = false;
-    std::vector<OrderEntry> m_order;
+    std::vector<OrderEntry> m_order;                         ///< erased ones keep their places
     std::unordered_map<KpIfcSlot*, std::size_t> m_positions; ///< in m_order; filled when a name comes twice
     std::deque<KeptRecord> m_kept;
     std::unordered_map<const KpIfcEntityBase*, std::vector<KeptField>> m_keptFields;
     std::vector<KpIfcEntityBase*> m_toDestroy;
-    std::vector<KpIfcEntityBase*> m_uncommitted;
-    std::mutex m_buildingReferrers;
-    std::unique_ptr<ReferrerIndex> m_referrers;
-    std::atomic<const ReferrerIndex*> m_builtReferrers = nullptr; ///< the same, once it is built
+    std::vector<KpIfcEntityBase*> m_uncommitted; ///< those that have left their slots included
+    std::vector<const KpIfcSlot*> m_left;        ///< slots that instances have left since the last commit
+    std::unordered_set<const KpIfcSlot*> m_erasedSlots;
+    OnDemand<ReferrerIndex> m_referrers;
+    OnDemand<GlobalIdIndex> m_globalIds;
+    std::unique_ptr<ChangeLog> m_changes;
 };
 
 } // namespace KP_SDAI

@@ -9,7 +9,7 @@ namespace KP_SDAI {
 
 namespace {
 
-/// What an instance refers to, each once, in no order that means anything.
+/// What an instance refers to, each once, by the addresses of their slots.
 void collectTargets(KpIfcEntityBase& instance, std::vector<KpDbObjectId>& targets) {
     targets.clear();
     for (const KpIfcAttributeFacts* row : instance.getInstanceType()->recordFields())
@@ -93,20 +93,37 @@ void ReferrerIndex::copyTo(const KpDbObjectId& target, KpIfcArray<KpDbObjectId>&
     while (next != changed.end()) referrers.append(*next++);
 }
 
-bool ReferrerIndex::update(std::span<KpIfcEntityBase* const> changed) {
-    if (m_targets.size() + changed.size() > m_mostChanged) return false;
+void ReferrerIndex::refersTo(const KpIfcSlot* slot, Handles& targets) {
+    const KpDbObjectId referrer(const_cast<KpIfcSlot*>(slot));
+    Handles& former = m_targets[slot];
+    auto gone = former.begin();
+    auto come = targets.begin();
+    while (gone != former.end() || come != targets.end()) {
+        const bool isGone = come == targets.end() || (gone != former.end() && gone->slot() < come->slot());
+        if (!isGone && gone != former.end() && gone->slot() == come->slot()) {
+            ++gone, ++come;
+            continue;
+        }
+        Handles& referrers = m_changed[isGone ? (gone++)->slot() : (come++)->slot()];
+        const auto place = std::lower_bound(referrers.begin(), referrers.end(), referrer);
+        if (isGone)
+            referrers.erase(place);
+        else
+            referrers.insert(place, referrer);
+    }
+    former.swap(targets);
+}
+
+bool ReferrerIndex::update(std::span<KpIfcEntityBase* const> changed, std::span<const KpIfcSlot* const> left) {
+    if (m_targets.size() + changed.size() + left.size() > m_mostChanged) return false;
+    Handles targets;
+    for (const KpIfcSlot* slot : left) {
+        targets.clear();
+        refersTo(slot, targets);
+    }
     for (KpIfcEntityBase* instance : changed) {
-        const KpDbObjectId referrer = instance->objectId();
-        Handles& targets = m_targets[referrer.slot()];
-        for (const KpDbObjectId& target : targets) {
-            Handles& referrers = m_changed[target.slot()];
-            referrers.erase(std::lower_bound(referrers.begin(), referrers.end(), referrer));
-        }
         collectTargets(*instance, targets);
-        for (const KpDbObjectId& target : targets) {
-            Handles& referrers = m_changed[target.slot()];
-            referrers.insert(std::lower_bound(referrers.begin(), referrers.end(), referrer), referrer);
-        }
+        refersTo(instance->objectId().slot(), targets);
     }
     return true;
 }

@@ -27,9 +27,21 @@ public:
     /// Appends the referrers of a target, ascending by name, each once. May be called by many threads at once.
     void copyTo(const KpDbObjectId& target, KpIfcArray<KpDbObjectId>& referrers) const;
 
-    /// Takes in what instances refer to after a change. False where so many have changed that the index is to be built
-    /// anew; it is of no use then.
-    bool update(std::span<KpIfcEntityBase* const> changed);
+    /// True where `accepts(const KpDbObjectId&)` is of one of the referrers of a target; they come in no order, each
+    /// once, and none after that one. May be called by many threads at once.
+    template <class Accepts>
+    bool any(const KpDbObjectId& target, Accepts accepts) const {
+        for (const KpDbObjectId& referrer : body(target))
+            if ((m_targets.empty() || !m_targets.count(referrer.slot())) && accepts(referrer)) return true;
+        if (const auto found = m_changed.find(target.slot()); found != m_changed.end())
+            for (const KpDbObjectId& referrer : found->second)
+                if (accepts(referrer)) return true;
+        return false;
+    }
+
+    /// Takes in what instances refer to after a change, and those that left their slots. False where so many have
+    /// changed that the index is to be built anew; it is of no use then.
+    bool update(std::span<KpIfcEntityBase* const> changed, std::span<const KpIfcSlot* const> left);
 
 private:
     /// The targets in one chunk.
@@ -41,12 +53,14 @@ private:
     using Handles = std::vector<KpDbObjectId>;
 
     std::span<const KpDbObjectId> body(const KpDbObjectId& target) const;
+    /// Takes in what the instance of a slot refers to now, ascending by slots; leaves something else in `targets`.
+    void refersTo(const KpIfcSlot* slot, Handles& targets);
 
     std::unordered_map<const KpIfcSlotChunk*, std::uint32_t> m_pageOf;
     std::vector<Page> m_pages;
     Handles m_referrers;
     std::size_t m_mostChanged;
-    std::unordered_map<const KpIfcSlot*, Handles> m_targets; ///< of instances that changed, what they refer to now
+    std::unordered_map<const KpIfcSlot*, Handles> m_targets; ///< of instances that changed or left, what they refer to
     std::unordered_map<const KpIfcSlot*, Handles> m_changed; ///< of targets, the referrers among those, ascending
 };
 

@@ -11,8 +11,7 @@ KpIfcEntityBase& InstanceCopies::create(const KpIfcEntityType* entity) {
 }
 
 KpIfcEntityBase& InstanceCopies::createRooted(const KpIfcEntityType* entity, const KpIfcEntityBase& owner) {
-    KpIfcEntityBase& instance = create(entity);
-    put(instance, m_entities.globalId, newGlobalId());
+    KpIfcEntityBase& instance = *m_model.createRooted(entity);
     put(instance, m_entities.ownerHistory, m_entities.ownerHistory.value(owner));
     return instance;
 }

@@ -19,6 +19,8 @@ void addTree(CLI::App& app, Action& action);
 void addShow(CLI::App& app, Action& action);
 void addGet(CLI::App& app, Action& action);
 void addSet(CLI::App& app, Action& action);
+void addNew(CLI::App& app, Action& action);
+void addErase(CLI::App& app, Action& action);
 void addExtract(CLI::App& app, Action& action);
 void addProps(CLI::App& app, Action& action);
 void addHeader(CLI::App& app, Action& action);

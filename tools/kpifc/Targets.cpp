@@ -5,6 +5,7 @@
 #include "SchemaNames.h"
 #include "Utf8.h"
 
+#include <KpIfcCore/KpIfcAttributeAccess.h>
 #include <KpIfcCore/KpIfcGUID.h>
 #include <KpIfcCore/KpIfcVariant.h>
 
@@ -13,6 +14,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <set>
+#include <vector>
 
 using namespace KP_SDAI;
 
@@ -74,7 +77,7 @@ KpDbObjectId Targets::handle(std::string_view name) {
             throw Failure(fmt::format("\"{}\" is no instance name, such as #15", printable(name)));
         }
     } else if (name.size() == KpIfcGUID::kLength) {
-        number = nameOfGlobalId(name);
+        return handleOfGlobalId(name);
     } else {
         throw Failure(fmt::format("\"{}\" is neither an instance name, such as #15, nor a GlobalId of {} characters",
                                   printable(name), KpIfcGUID::kLength));
@@ -106,32 +109,30 @@ std::string Targets::nearest(std::uint64_t number) const {
                     : "the file has no instances";
 }
 
-std::uint64_t Targets::nameOfGlobalId(std::string_view globalId) {
-    if (m_globalIds.empty()) {
+KpDbObjectId Targets::handleOfGlobalId(std::string_view globalId) const {
+    const KpIfcArray<KpDbObjectId> found = m_model.findAllByGlobalId(globalId);
+    if (found.empty()) {
+        std::set<std::string> known;
         KpIfcVariant value;
         for (const KpIfcEntityBase* rooted : m_model.instances("IfcRoot")) {
-            rooted->getAttr("GlobalId", value);
+            peekAttribute(*rooted, "GlobalId", value);
             if (const KpIfcGUID* own = value.getIf<KpIfcGUID>()) {
-                m_globalIds[own->constStr()].push_back(rooted->instanceName());
+                known.insert(own->constStr());
             }
         }
-    }
-    const auto found = m_globalIds.find(std::string(globalId));
-    if (found == m_globalIds.end()) {
-        std::vector<std::string> known;
-        for (const auto& [own, names] : m_globalIds) {
-            known.push_back(own);
-        }
-        std::sort(known.begin(), known.end());
-        const std::string near = didYouMean(suggestions(known, globalId));
+        const std::string near = didYouMean(suggestions({known.begin(), known.end()}, globalId));
         throw Failure(fmt::format("no instance has the GlobalId {}{}", printable(globalId),
                                   near.empty() ? "; the file has " + counted(known.size(), "other") : printable(near)));
     }
-    if (found->second.size() > 1) {
+    if (found.size() > 1) {
+        std::vector<std::uint64_t> names;
+        for (const KpDbObjectId& handle : found) {
+            names.push_back(handle.instanceName());
+        }
         throw Failure(fmt::format("the GlobalId {} is that of several instances: #{}", printable(globalId),
-                                  fmt::join(found->second, ", #")));
+                                  fmt::join(names, ", #")));
     }
-    return found->second.front();
+    return found[0];
 }
 
 } // namespace kpifc

@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
 namespace kpifc {
 
@@ -22,8 +20,7 @@ struct Target {
     bool isDerived() const;
 };
 
-/// Finds what users name in one model: "#15.FamilyName", or "#15" alone; a GlobalId may stand for "#15". GlobalIds are
-/// those that the model had when one was first asked for.
+/// Finds what users name in one model: "#15.FamilyName", or "#15" alone; a GlobalId may stand for "#15".
 class Targets {
 public:
     explicit Targets(const KP_SDAI::KpIfcModel& model) : m_model(model) {}
@@ -37,10 +34,9 @@ public:
 private:
     KP_SDAI::KpIfcEntityBase* instance(std::string_view name);
     std::string nearest(std::uint64_t number) const;
-    std::uint64_t nameOfGlobalId(std::string_view globalId);
+    KP_SDAI::KpDbObjectId handleOfGlobalId(std::string_view globalId) const;
 
     const KP_SDAI::KpIfcModel& m_model;
-    std::unordered_map<std::string, std::vector<std::uint64_t>> m_globalIds; ///< empty until one is asked for
 };
 
 /// A text without the blanks around it.

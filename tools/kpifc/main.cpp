@@ -32,6 +32,8 @@ static int run(int argc, char** argv) {
                "  kpifc show house.ifc '#15'\n"
                "  kpifc get house.ifc '#15.FamilyName'\n"
                "  kpifc set house.ifc \"#15.FamilyName='Meier'\" -o house_new.ifc\n"
+               "  kpifc new house.ifc IfcWall \"Name='North'\" -o house_new.ifc\n"
+               "  kpifc erase house.ifc '#15' -o house_new.ifc\n"
                "  kpifc props house.ifc IfcWall --csv > walls.csv\n"
                "  kpifc header house.ifc time_stamp\n"
                "  kpifc diff house.ifc house_new.ifc\n"
@@ -45,6 +47,8 @@ static int run(int argc, char** argv) {
     addShow(app, action);
     addGet(app, action);
     addSet(app, action);
+    addNew(app, action);
+    addErase(app, action);
     addProps(app, action);
     addHeader(app, action);
     addDiff(app, action);

@@ -284,6 +284,8 @@ public:
         if (!isNil()) m_imp->clear();
     }
     KpIfcAggrImp* implementation() const { return m_imp; }
+    /// Exchanges the elements of two aggregates of one class.
+    void swap(KpIfcAggr& other) noexcept { std::swap(m_imp, other.m_imp); }
 
     // Elements without their type: values are converted to it.
 

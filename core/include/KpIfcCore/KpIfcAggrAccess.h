@@ -95,6 +95,18 @@ struct AggrAccess {
 
     static const KpIfcVariantType& arrayType() { return KpIfcVariantType::Desc<KpIfcArray<T>>::value(); }
 
+    static void keepOnly(KpIfcAggr& field, const KpIfcArray<bool>& kept) {
+        if (field.empty()) return;
+        auto& elements = static_cast<KpIfcAggrElements<T>&>(*field.implementation());
+        T* next = elements.begin();
+        for (std::size_t i = 0; i < kept.size(); ++i) {
+            if (!kept[i]) continue;
+            if (next != elements.begin() + i) *next = std::move(elements.begin()[i]);
+            ++next;
+        }
+        elements.shrinkTo(static_cast<std::size_t>(next - elements.begin()));
+    }
+
     static bool put(KpIfcAggr& field, const KpIfcVariant& value, KpIfcEntityBase& owner) {
         KpIfcArray<T> elements; // a copy: the value may be this aggregate
         if (!convert(value, owner, elements)) return false;
@@ -187,7 +199,8 @@ constexpr KpIfcAggrFacts aggregateFacts() {
                          .toArray = Access::toArray,
                          .arrayType = Access::arrayType,
                          .put = Access::put,
-                         .copy = Access::copy};
+                         .copy = Access::copy,
+                         .keepOnly = Access::keepOnly};
     if constexpr (element == KpIfcElementKind::select) facts.selectAt = Access::selectAt;
     return facts;
 }

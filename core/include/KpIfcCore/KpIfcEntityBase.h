@@ -20,10 +20,11 @@ class ModelData;
 /// Base of every entity class: one instance of an entity.
 ///
 /// An instance belongs to a model, which owns it and knows it by a handle, or to nobody (made by a factory or on the
-/// stack), in which case whoever made it destroys it. Copying copies attribute values only: not the handle, not the
-/// model. Every operation that changes an instance calls beforeChange() first. One thread at a time changes a model;
-/// any number may read one that nobody changes: with a model whose mode is kReadOnly whatever they call, else through
-/// const accessors only, because a getter that hands out a reference to a member for changing counts as a change.
+/// stack), in which case whoever made it destroys it. An erased one belongs to no model any more, but stays in memory
+/// while its model does (KpIfcErase.h). Copying copies attribute values only: not the handle, not the model. Every
+/// operation that changes an instance calls beforeChange() first. One thread at a time changes a model; any number may
+/// read one that nobody changes: with a model whose mode is kReadOnly whatever they call, else through const accessors
+/// only, because a getter that hands out a reference to a member for changing counts as a change.
 ///
 /// A changed instance of a model is uncommitted until the next commit (KpIfcModel::commit()), which reading an inverse
 /// attribute, asking for referrers and saving do by themselves. References to members obtained for changing are good

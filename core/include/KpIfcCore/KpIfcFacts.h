@@ -2,6 +2,7 @@
 
 #include <KpIfcCore/KpAnsiString.h>
 #include <KpIfcCore/KpDbObjectId.h>
+#include <KpIfcCore/KpIfcArray.h>
 #include <KpIfcCore/KpIfcBoolean.h>
 #include <KpIfcCore/KpIfcGUID.h>
 
@@ -84,6 +85,8 @@ struct KpIfcAggrFacts {
     bool (*put)(KpIfcAggr& aggregate, const KpIfcVariant& value, KpIfcEntityBase& owner);
     /// Makes `to`, which is nil, a copy of an aggregate of the same class that belongs to another model.
     void (*copy)(KpIfcAggr& to, const KpIfcAggr& from, KpIfcElementCopier& copier);
+    /// Removes the elements whose flag is false; there is one for each element, in the order of iteration.
+    void (*keepOnly)(KpIfcAggr& aggregate, const KpIfcArray<bool>& kept);
     /// An element as a select; null for other elements.
     const KpIfcSelect& (*selectAt)(const KpIfcAggr& aggregate, std::size_t index) = nullptr;
 };

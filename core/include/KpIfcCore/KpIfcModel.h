@@ -4,6 +4,7 @@
 #include <KpIfcCore/KpIfcArray.h>
 #include <KpIfcCore/KpIfcCoreApi.h>
 #include <KpIfcCore/KpIfcEntityBase.h>
+#include <KpIfcCore/KpIfcGUID.h>
 #include <KpIfcCore/KpIfcSchema.h>
 
 #include <cstddef>
@@ -16,6 +17,12 @@ namespace KP_SDAI {
 
 class KpIfcModule;
 class ModelData;
+
+/// A GlobalId that several instances have.
+struct KpIfcSharedGlobalId {
+    KpIfcGUID globalId;
+    KpIfcArray<KpDbObjectId> instances; ///< ascending
+};
 
 /// What attribute access by name allows.
 enum SdaiAccessMode : int {
@@ -43,10 +50,13 @@ public:
     bool textIsUtf8() const;
 
     /// A new instance of an entity by its name in any letter case; null where the schema has no such entity or it is
-    /// abstract. It gets the name after the highest one in use, or `instanceName`; null where that one is taken or the
-    /// highest one is 2^64 - 1.
+    /// abstract. It gets the name after the highest one that was ever in use, or `instanceName`; null where that one is
+    /// taken or was that of an erased instance, and where the highest one is 2^64 - 1.
     KpIfcEntityBase* create(std::string_view entityName, std::uint64_t instanceName = 0);
     KpIfcEntityBase* create(const KpIfcEntityType* type, std::uint64_t instanceName = 0);
+    /// The same with a fresh GlobalId; null also for an entity without one, which is any that is no IfcRoot.
+    KpIfcEntityBase* createRooted(std::string_view entityName, std::uint64_t instanceName = 0);
+    KpIfcEntityBase* createRooted(const KpIfcEntityType* type, std::uint64_t instanceName = 0);
     template <class T>
     T* create() {
         return static_cast<T*>(create(T::g_pEntityType));
@@ -54,13 +64,30 @@ public:
 
     /// The handle of an instance; null where the model has neither an instance nor a kept record of that name.
     KpDbObjectId find(std::uint64_t instanceName) const;
+
+    // By GlobalId. The first of these calls builds an index, which later changes keep true. A model at rest may be
+    // asked by many threads at once, the first time too. Instances whose GlobalId is unset or empty have none.
+
+    /// The instance of a GlobalId, of several the one with the lowest name; null where there is none.
+    KpDbObjectId findByGlobalId(std::string_view globalId) const;
+    /// All instances of a GlobalId, ascending.
+    KpIfcArray<KpDbObjectId> findAllByGlobalId(std::string_view globalId) const;
+    /// Every GlobalId that several instances have, with those; by their lowest names.
+    KpIfcArray<KpIfcSharedGlobalId> sharedGlobalIds() const;
+
+    /// The instances of an entity and its subtypes, ascending, whose explicit attribute holds a value: texts, literals,
+    /// numbers and handles by what they are after conversion to the attribute's type, a select by what it holds, an
+    /// aggregate by all its elements (given as an array). An empty variant finds those without a value. None where the
+    /// schema has no such entity or attribute. Walks over all instances.
+    KpIfcArray<KpDbObjectId> findByAttribute(std::string_view entityName, std::string_view attributeName,
+                                             const KpIfcVariant& value) const;
     /// Number of instances.
     std::size_t count() const;
     /// Number of records that are kept as text because they could not be bound to a class.
     std::size_t keptRecordCount() const;
     std::uint64_t highestName() const;
-    /// The source text, with its semicolon, of a record that is kept as text; empty for instances and the null handle.
-    /// Good while the model lives.
+    /// The source text, with its semicolon, of a record that is kept as text; empty for instances, erased records and
+    /// the null handle. Good while the model lives.
     std::string_view keptRecord(const KpDbObjectId& handle) const;
     /// The handles of all instances as the file has them one after the other, created ones last.
     KpIfcArray<KpDbObjectId> fileOrder() const;

@@ -1,0 +1,104 @@
+#include "Commands.h"
+#include "Files.h"
+#include "Labels.h"
+#include "Output.h"
+#include "Save.h"
+#include "Targets.h"
+
+#include <KpIfcCore/KpIfcErase.h>
+
+#include <fmt/format.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace KP_SDAI;
+
+namespace kpifc {
+
+namespace {
+
+struct EraseArguments {
+    std::string input;
+    std::vector<std::string> targets;
+    SaveOptions saving;
+    std::string policy = "refuse";
+};
+
+KpIfcErasePolicy policyOf(const std::string& name) {
+    return name == "drop"      ? KpIfcErasePolicy::dropReferences
+           : name == "cascade" ? KpIfcErasePolicy::cascade
+                               : KpIfcErasePolicy::refuse;
+}
+
+/// Because of which references nothing was erased: `#5 IfcWall "A": #7 IfcRelAggregates, #9 IfcRelVoidsElement`.
+std::string refusal(const KpIfcArray<KpIfcReference>& references, const Labels& labels) {
+    constexpr std::size_t kMost = 20; // are listed
+    std::string text = "nothing erased, for others refer to it (--policy drop or cascade erases all the same)";
+    KpDbObjectId target;
+    for (std::size_t i = 0; i < references.size() && i < kMost; ++i) {
+        if (references[i].target == target) {
+            text += ", ";
+        } else {
+            target = references[i].target;
+            text += fmt::format("\n  {} is referred to by ", labels.reference(target));
+        }
+        text += labels.reference(references[i].referrer);
+    }
+    if (references.size() > kMost) {
+        text += fmt::format("\n  and {} more", grouped(references.size() - kMost));
+    }
+    return text;
+}
+
+ExitCode eraseTargets(const EraseArguments& arguments) {
+    checkTarget(arguments.input, arguments.saving);
+    KpIfcFile file = openFile(arguments.input);
+    KpIfcModel& model = *file.model();
+    Targets targets(model);
+    std::vector<KpDbObjectId> handles;
+    for (const std::string& name : arguments.targets) {
+        handles.push_back(targets.handle(name));
+    }
+    const KpIfcEraseResult result = erase(model, handles, policyOf(arguments.policy));
+    const Labels labels(model);
+    if (result.status != KP::eOk) {
+        throw Failure(refusal(result.references, labels));
+    }
+    for (const KpIfcLackingValue& lacking : result.lacking) {
+        tell(fmt::format("kpifc: {}.{}: lost what it referred to and now lacks a value",
+                         labels.reference(lacking.instance), lacking.attribute));
+    }
+    std::string changes = counted(result.erased.size(), "instance") + " erased";
+    if (!result.changed.empty()) {
+        changes += fmt::format(", references dropped from {}", grouped(result.changed.size()));
+    }
+    return save(file, arguments.input, arguments.saving, changes);
+}
+
+} // namespace
+
+void addErase(CLI::App& app, Action& action) {
+    const auto arguments = std::make_shared<EraseArguments>();
+    CLI::App* command = app.add_subcommand("erase", "Erase instances and write the file anew");
+    command->add_option("IN", arguments->input, "STEP file to read")->required();
+    command->add_option("TARGET", arguments->targets, "#15, or a GlobalId")->required();
+    addSaveOptions(*command, arguments->saving);
+    command->add_option("--policy", arguments->policy, "What happens to what refers to a target")
+        ->check(CLI::IsMember({"refuse", "drop", "cascade"}))
+        ->type_name("");
+    command->footer("  refuse   nothing is erased while anything else refers to it (if nothing is said)\n"
+                    "  drop     attributes that refer to it are unset, members of aggregates removed\n"
+                    "  cascade  the same; then goes what only it used (placement, geometry, properties),\n"
+                    "           openings in it, and relations that are left without what they relate.\n"
+                    "           Other objects stay.\n"
+                    "Attributes that lack a value afterwards are told on standard error. All other\n"
+                    "records stay byte for byte.\n\n"
+                    "Examples:\n"
+                    "  kpifc erase house.ifc '#15' '#16' -o house_new.ifc\n"
+                    "  kpifc erase house.ifc 2O2Fr$t4X7Zf8NOew3FLOH --policy cascade -o house_new.ifc");
+    command->callback([arguments, &action] { action = [arguments] { return eraseTargets(*arguments); }; });
+}
+
+} // namespace kpifc
