@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,20 @@ bool appendNumber(const char*& p, const char* end, std::string& out) {
     return true;
 }
 
+/// A text by what it says; false where it has characters that do not exist, for these all decode to the same.
+bool appendText(std::string_view encoded, std::string& out) {
+    std::string text;
+    unsigned issues = KpStepText::kNone;
+    KpStepText::decode(encoded, text, issues);
+    out += '\'';
+    for (const char c : text) {
+        if (c == '\'') out += c; // so that one text does not look like several
+        out += c;
+    }
+    out += '\'';
+    return (issues & KpStepText::kBadCodePoint) == 0;
+}
+
 /// Brings a piece of a record into a form that is equal for pieces that say the same; false where it is not well
 /// formed.
 bool appendUniform(const char* p, const char* end, std::string& out) {
@@ -35,11 +50,7 @@ bool appendUniform(const char* p, const char* end, std::string& out) {
         const char c = *p;
         if (c == '\'') {
             const char* const behind = KpStepText::stringEnd(p + 1, end);
-            if (!behind) return false;
-            // Apostrophes keep one text from looking like several.
-            out += '\'';
-            out += KpStepText::decode({p + 1, static_cast<std::size_t>(behind - p - 2)});
-            out += '\'';
+            if (!behind || !appendText({p + 1, static_cast<std::size_t>(behind - p - 2)}, out)) return false;
             p = behind;
         } else if (c == '#') {
             out += *p++;
@@ -49,9 +60,11 @@ bool appendUniform(const char* p, const char* end, std::string& out) {
             out += ' ';
             if (!appendNumber(p, end, out)) return false;
         } else if (c == '"') {
-            do {
-                out += *p++;
-            } while (p < end && *p != '"');
+            const auto* const close =
+                static_cast<const char*>(std::memchr(p + 1, '"', static_cast<std::size_t>(end - p - 1)));
+            if (!close) return false;
+            out.append(p, close + 1);
+            p = close + 1;
         } else {
             out += upperAscii(c);
             ++p;

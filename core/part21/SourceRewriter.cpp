@@ -163,8 +163,7 @@ void SourceRewriter::rewriteRecord(const char* begin, const char* end, std::uint
     touched->isWritten = true;
     if (!handle.isDefined()) return leaveOut(begin, end);
     const std::string record = instance ? m_records.record(*instance) : std::string(m_data.model.keptRecord(handle));
-    if (!instance ||
-        !saysTheSame({begin, static_cast<std::size_t>(end - begin)}, record, *instance->getInstanceType()))
+    if (!instance || !saysTheSame({begin, static_cast<std::size_t>(end - begin)}, record, *instance->getInstanceType()))
         replace(begin, end, record);
 }
 

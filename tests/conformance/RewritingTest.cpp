@@ -81,6 +81,9 @@ const std::vector<Case> kCases = {
      [](KpIfcFile& file) { touchAll(file); },
      withRecords("#1=IFCPERSON($,$,$,$,$,$,(#3,#2,#3),$);\n#2=IFCACTORROLE(.USERDEFINED.,'x',$);\n"
                  "#3=IFCACTORROLE(.userdefined.,'y',$);\n")},
+    {"ATextThatOnlyLooksLikeTwo", withRecords("#1=IFCPERSON($,$,$,('a','b'),$,$,$,$);\n"),
+     [](KpIfcFile& file) { put(file, 1, "MiddleNames", KpIfcVariant(KpIfcArray<KpAnsiString>{"a','b"})); },
+     withRecords("#1=IFCPERSON($,$,$,('a'',''b'),$,$,$,$);\n")},
     {"NotTheTextOfFieldsThatStay", withRecords("#1=IFCPERSON(5,'A',$,$,$,$,#9,$);\n#2=IFCNOTHING ( 1 );\n"),
      [](KpIfcFile& file) { name(file, 1, "B"); },
      withRecords("#1=IFCPERSON(5,'B',$,$,$,$,#9,$);\n#2=IFCNOTHING ( 1 );\n")},
