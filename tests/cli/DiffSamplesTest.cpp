@@ -1,7 +1,6 @@
 #include "Renumbered.h"
 #include "Runner.h"
-#include "SampleCases.h"
-#include "SampleFiles.h"
+#include "Samples.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -102,6 +101,6 @@ TEST_P(DiffSamplesTest, FindsExactlyWhatWasSet) {
     EXPECT_EQ(changed, expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, DiffSamplesTest, testing::ValuesIn(sampleFiles()), sampleName);
+INSTANTIATE_TEST_SUITE_P(Files, DiffSamplesTest, testing::ValuesIn(samples()), nameOf);
 
 } // namespace
