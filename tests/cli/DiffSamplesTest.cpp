@@ -2,7 +2,6 @@
 #include "Runner.h"
 #include "Samples.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -18,13 +17,8 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-class DiffSamplesTest : public testing::TestWithParam<fs::path> {
+class DiffSamplesTest : public OfSamples {
 protected:
-    void SetUp() override {
-        if (GetParam().empty()) {
-            GTEST_SKIP() << "no sample files beside the checkout";
-        }
-    }
     const WorkFolder m_folder;
 };
 

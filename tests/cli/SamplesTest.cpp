@@ -1,5 +1,5 @@
-#include "Runner.h"
 #include "Samples.h"
+#include "Runner.h"
 
 #include <nlohmann/json.hpp>
 
