@@ -1,3 +1,4 @@
+#include "CpuTime.h"
 #include "Erasing.h"
 #include "SampleFiles.h"
 
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <string>
 #include <unordered_map>
@@ -24,10 +24,6 @@ using namespace KP_SDAI;
 namespace fs = std::filesystem;
 
 namespace {
-
-double cpuSeconds() {
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 
 /// Makes the compiler believe that a value is used.
 template <class T>
@@ -46,8 +42,7 @@ double secondsOf(std::size_t repeats, Work work) {
         }
         runs.push_back((cpuSeconds() - start) / static_cast<double>(repeats));
     }
-    std::sort(runs.begin(), runs.end());
-    return runs[runs.size() / 2];
+    return median(std::move(runs));
 }
 
 void row(const char* operation, double seconds) {
@@ -140,10 +135,7 @@ int main(int argc, char** argv) {
     measureOperations(model);
     std::vector<fs::path> files(argv + 1, argv + argc);
     if (files.empty()) {
-        files = findSamples((fs::path(KP_SOURCE_DIR) / "../shared/samples").lexically_normal());
-    }
-    if (files.empty()) {
-        files.push_back(fs::path(KP_SOURCE_DIR) / "examples/small_house.ifc");
+        files = samplesFor(KP_SOURCE_DIR);
     }
     fmt::print("\nall attributes of all instances by name, read-only\n");
     for (const fs::path& path : files) {

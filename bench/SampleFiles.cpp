@@ -25,6 +25,14 @@ std::vector<fs::path> findSamples(const fs::path& folder) {
     return paths;
 }
 
+std::vector<fs::path> samplesFor(const fs::path& checkout) {
+    std::vector<fs::path> paths = findSamples((checkout / "../shared/samples").lexically_normal());
+    if (paths.empty()) {
+        paths.push_back(checkout / "examples/small_house.ifc");
+    }
+    return paths;
+}
+
 namespace {
 
 struct CloseFile {

@@ -6,6 +6,9 @@
 /// The STEP files of a folder (*.ifc, *.ifc.gz), by name; none where there is no such folder.
 std::vector<std::filesystem::path> findSamples(const std::filesystem::path& folder);
 
+/// The real files beside a checkout, else its example.
+std::vector<std::filesystem::path> samplesFor(const std::filesystem::path& checkout);
+
 /// A STEP file that can be opened as it is: a compressed one (.gz) is unpacked to a temporary file, which is removed in
 /// the end. Throws std::runtime_error where that fails.
 class UnpackedFile {

@@ -1,4 +1,5 @@
 #include "ChildProcess.h"
+#include "CpuTime.h"
 #include "Workloads.h"
 
 #include <KpIfcCore/KpIfcEntityType.h>
@@ -6,8 +7,6 @@
 #include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcModule.h>
 
-#include <algorithm>
-#include <ctime>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -18,16 +17,6 @@ namespace {
 
 /// A run repeats the work on small files until the clock's steps do not matter.
 constexpr double kShortestRun = 0.02;
-
-double cpuSeconds() {
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
-
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 std::shared_ptr<KpIfcModule> loadModule() {
     std::string error;

@@ -31,12 +31,7 @@ std::vector<fs::path> filesFor(const Arguments& arguments) {
     if (!arguments.files.empty()) {
         return {arguments.files.begin(), arguments.files.end()};
     }
-    const fs::path source = KP_SOURCE_DIR;
-    std::vector<fs::path> files = findSamples((source / "../shared/samples").lexically_normal());
-    if (files.empty()) {
-        files.push_back(source / "examples/small_house.ifc");
-    }
-    return files;
+    return samplesFor(KP_SOURCE_DIR);
 }
 
 Workloads workloadsFor(const std::vector<std::string>& only) {

@@ -25,7 +25,7 @@ inline const char* commentEnd(const char* p, const char* end) {
 inline const char* skipBlanks(const char* p, const char* end) {
     for (;;) {
         while (static_cast<unsigned char>(*p) <= ' ' && p != end) ++p;
-        if (*p == '/' && p[1] == '*') {
+        if (isComment(p)) {
             const char* behind = commentEnd(p, end);
             if (!behind) return p;
             p = behind;
@@ -39,6 +39,10 @@ inline const char* skipBlanks(const char* p, const char* end) {
 
 inline bool isDigit(char c) {
     return c >= '0' && c <= '9';
+}
+
+inline bool endsParameter(char c) {
+    return c == ',' || c == ')';
 }
 
 /// True where a line begins like a record: "#12=".
@@ -71,7 +75,7 @@ inline const char* parameterEnd(const char* p, const char* end) {
             continue;
         }
         case '/':
-            if (p[1] == '*') {
+            if (isComment(p)) {
                 p = commentEnd(p, end);
                 if (!p) return nullptr;
                 continue;
@@ -102,7 +106,7 @@ inline const char* recordEnd(const char* p, const char* end) {
         if (*p == ';') return p + 1;
         if (*p == '\'') {
             p = KpStepText::stringEnd(p + 1, end);
-        } else if (*p == '/' && p[1] == '*') {
+        } else if (isComment(p)) {
             p = commentEnd(p, end);
         } else {
             ++p;
@@ -121,7 +125,7 @@ inline const char* missingEnd(const char* p, const char* end) {
         if (*p == '\'') {
             p = KpStepText::stringEnd(p + 1, end);
             if (!p) return "';";
-        } else if (*p == '/' && p[1] == '*') {
+        } else if (isComment(p)) {
             p = commentEnd(p, end);
             if (!p) return "*/;";
         } else if (*p++ == ';') {

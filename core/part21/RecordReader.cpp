@@ -1,5 +1,6 @@
 #include "part21/RecordReader.h"
 
+#include "part21/LateReferences.h"
 #include "part21/Lexer.h"
 #include "part21/RecordWriter.h"
 
@@ -10,24 +11,6 @@
 #include <cstring>
 
 namespace KP_SDAI {
-
-KpIfcReportEntry findingAt(KpIfcFinding finding, KpIfcSeverity severity, std::uint64_t offset, std::string message) {
-    KpIfcReportEntry entry;
-    entry.finding = finding;
-    entry.severity = severity;
-    entry.offset = offset;
-    entry.line = 1; // counted when everything is read
-    entry.message = std::move(message);
-    return entry;
-}
-
-std::string excerpt(std::string_view text) {
-    constexpr std::size_t kLongest = 40;
-    std::string out;
-    for (const char c : text.substr(0, kLongest)) out += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-    if (text.size() > kLongest) out += "...";
-    return out;
-}
 
 namespace {
 
@@ -226,8 +209,9 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
         if (ends || *p == '#' || isStatement(p, m_filer.m_end, "ENDSEC")) {
             bind(type, slot, instance, {begin, static_cast<std::size_t>(close - begin)});
             if (!ends) {
-                reportField(KpIfcFinding::unreadableRecord, KpIfcSeverity::warning, *instance, KeptField::kWholeRecord,
-                            m_window.offsetOf(close) + 1, "expected ';' behind the record; read as if it stood there");
+                m_report.add(findingOn(*instance, KeptField::kWholeRecord, KpIfcFinding::unreadableRecord,
+                                       KpIfcSeverity::warning, m_window.offsetOf(close) + 1,
+                                       "expected ';' behind the record; read as if it stood there"));
                 m_window.layout().noteIrregularEnd(m_filer.m_recordOffset, m_window.offsetOf(close) + 1);
             }
             place = ends ? p + 1 : p;
@@ -245,13 +229,15 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
 
 void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance,
                         std::string_view parameters) {
-    if (slot->word != 0) {
-        KpIfcReportEntry entry =
-            findingAt(KpIfcFinding::duplicateName, KpIfcSeverity::warning, m_filer.m_recordOffset,
-                      "the instance name stands before; this record counts, the other is kept as text");
+    const auto report = [&](KpIfcFinding finding, const char* message) {
+        KpIfcReportEntry entry = findingAt(finding, KpIfcSeverity::warning, m_filer.m_recordOffset, message);
         entry.instanceName = KpDbObjectId(slot).instanceName();
         entry.entity = type.name();
         m_report.add(std::move(entry));
+    };
+    if (slot->word != 0) {
+        report(KpIfcFinding::duplicateName,
+               "the instance name stands before; this record counts, the other is kept as text");
         m_window.layout().noteCounting(KpDbObjectId(slot).instanceName(), m_filer.m_recordOffset);
         if (KpIfcEntityBase* former = KpDbObjectId(slot).openObject())
             m_data.demote(slot, RecordWriter(m_data).record(*former));
@@ -259,24 +245,8 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
     m_data.bind(slot, instance);
     if (!type.counterparts().empty()) m_referring.push_back(instance);
     if (m_filer.m_ownsHeap) m_data.noteHeap(*instance);
-    if (type.isAbstract()) {
-        KpIfcReportEntry entry = findingAt(KpIfcFinding::abstractEntity, KpIfcSeverity::warning, m_filer.m_recordOffset,
-                                           "the entity is abstract; read all the same");
-        entry.instanceName = KpDbObjectId(slot).instanceName();
-        entry.entity = type.name();
-        m_report.add(std::move(entry));
-    }
+    if (type.isAbstract()) report(KpIfcFinding::abstractEntity, "the entity is abstract; read all the same");
     if (!m_filer.m_issues.empty() || m_filer.m_missing || m_tooManyParameters) takeIssues(type, *instance, parameters);
-}
-
-void RecordReader::reportField(KpIfcFinding finding, KpIfcSeverity severity, const KpIfcEntityBase& instance,
-                               std::uint32_t field, std::uint64_t offset, std::string message) {
-    KpIfcReportEntry entry = findingAt(finding, severity, offset, std::move(message));
-    entry.instanceName = instance.instanceName();
-    const KpIfcEntityType* type = instance.getInstanceType();
-    entry.entity = type->name();
-    if (field < type->recordFields().size()) entry.attribute = type->recordFields()[field]->name;
-    m_report.add(std::move(entry));
 }
 
 /// Reports what the fields of a record gave to say and keeps the texts that their members cannot hold.
@@ -305,8 +275,8 @@ void RecordReader::takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& inst
             message = "found " + excerpt(source) + ", expected " + issue.expected;
             if (issue.keep) message += "; the text is kept";
         }
-        reportField(issue.finding, issue.severity, instance, issue.field, m_window.offsetOf(issue.begin),
-                    std::move(message));
+        m_report.add(findingOn(instance, issue.field, issue.finding, issue.severity, m_window.offsetOf(issue.begin),
+                               std::move(message)));
         if (issue.keep) {
             const char* const end = lexer::parameterEnd(issue.begin, m_filer.m_end);
             keep(issue.field,
@@ -314,10 +284,10 @@ void RecordReader::takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& inst
         }
     }
     if (m_filer.m_missing || m_tooManyParameters) {
-        reportField(KpIfcFinding::attributeCount, KpIfcSeverity::warning, instance, KeptField::kWholeRecord,
-                    m_filer.m_recordOffset,
-                    std::string(m_tooManyParameters ? "more" : "fewer") + " parameters than " +
-                        std::to_string(type.recordFields().size()) + "; the text of the record is kept");
+        m_report.add(findingOn(instance, KeptField::kWholeRecord, KpIfcFinding::attributeCount, KpIfcSeverity::warning,
+                               m_filer.m_recordOffset,
+                               std::string(m_tooManyParameters ? "more" : "fewer") + " parameters than " +
+                                   std::to_string(type.recordFields().size()) + "; the text of the record is kept"));
         keep(KeptField::kWholeRecord, parameters);
     }
 }
@@ -346,58 +316,8 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     if (!slot) ++m_data.keptCount; // a record all the same, of no name
 }
 
-// -- references to instances that came later
-// ---------------------------------------------------------------------------
-
-namespace {
-
-/// What is left to say about the references of one field.
-struct FieldCheck {
-    const KpIfcEntityType* declared = nullptr;
-    bool dangling = false;
-    bool wrong = false;
-
-    void look(KpDbObjectId& handle) {
-        if (handle.isNull()) return;
-        if (!handle.isDefined()) {
-            dangling = true;
-        } else if (const KpIfcEntityBase* instance = handle.openObject()) {
-            wrong |= !instance->getInstanceType()->isKindOf(declared);
-        }
-    }
-};
-
-template <class Visit>
-void visitHandles(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Visit visit) {
-    if (row.kind == KpIfcFieldKind::reference) {
-        visit(instance.*row.member.reference);
-    } else if (row.kind == KpIfcFieldKind::aggregate && row.aggregate->element == KpIfcElementKind::reference) {
-        auto& elements =
-            static_cast<KpIfcAggrElements<KpDbObjectId>&>(*row.member.aggregate(instance).implementation());
-        for (KpDbObjectId& element : elements) visit(element);
-    }
-}
-
-template <class Visit>
-void visitSelects(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Visit visit) {
-    if (row.kind == KpIfcFieldKind::select) {
-        visit(row.member.select(instance));
-    } else if (row.kind == KpIfcFieldKind::aggregate && row.aggregate->element == KpIfcElementKind::select) {
-        KpIfcAggr& aggregate = row.member.aggregate(instance);
-        for (std::size_t i = 0; i < aggregate.size(); ++i)
-            visit(const_cast<KpIfcSelect&>(row.aggregate->selectAt(aggregate, i)));
-    }
-}
-
-} // namespace
-
 void RecordReader::finish() {
-    for (const KpSpfFilerBase::PendingField& pending : m_filer.m_pending) {
-        // A record that was displaced by a later one of its name is text by now.
-        if (pending.instance->objectId().openObject() != pending.instance) continue;
-        resolve(*pending.instance, static_cast<std::uint32_t>(pending.offsetAndField & 0xFFFF),
-                pending.offsetAndField >> 16);
-    }
+    LateReferences(m_data, m_report).look(m_filer.m_pending);
     m_filer.m_pending.clear();
     m_data.table.sortSparse();
     enterInverses();
@@ -413,49 +333,6 @@ void RecordReader::enterInverses() {
     for (KpIfcEntityBase* instance : m_referring)
         if (instance->objectId().openObject() == instance) instance->setInverseCounterParts();
     m_referring.clear();
-}
-
-void RecordReader::resolve(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset) {
-    const KpIfcAttributeFacts& row = *instance.getInstanceType()->recordFields()[field];
-    FieldCheck check;
-    if (row.target) check.declared = *row.target;
-    visitHandles(instance, row, [&](KpDbObjectId& handle) { check.look(handle); });
-    visitSelects(instance, row, [&](KpIfcSelect& select) {
-        KpDbObjectId handle;
-        if (!select.getHandle(handle) || handle.isNull()) return;
-        if (!handle.isDefined())
-            check.dangling = true;
-        else if (handle.openObject() && !m_filer.resolveSelect(select))
-            check.wrong = true;
-    });
-    if (check.wrong)
-        reportField(KpIfcFinding::wrongReference, KpIfcSeverity::warning, instance, field, offset,
-                    check.declared
-                        ? "refers to an instance of another entity than " + std::string(check.declared->displayName())
-                        : std::string("refers to an instance of none of the alternatives"));
-    if (!check.dangling) return;
-
-    // The members hold null from now on; what the file has is kept as text.
-    RecordWriter writer(m_data);
-    const std::string before = writer.parameters(instance);
-    visitHandles(instance, row, [](KpDbObjectId& handle) {
-        if (!handle.isDefined()) handle.setNull();
-    });
-    visitSelects(instance, row, [](KpIfcSelect& select) {
-        KpDbObjectId handle;
-        if (select.getHandle(handle) && !handle.isDefined()) select.nullify();
-    });
-    if (row.kind == KpIfcFieldKind::aggregate) row.aggregate->rearrange(row.member.aggregate(instance));
-    const std::string after = writer.parameters(instance);
-    const std::string source(splitParameters(before)[field]);
-    reportField(KpIfcFinding::danglingReference, KpIfcSeverity::warning, instance, field, offset,
-                "refers to no instance: " + excerpt(source) + "; the text is kept");
-    m_data.keepField(instance, {field, source, std::string(splitParameters(after)[field])});
-    for (const KeptField& kept : *m_data.keptFields(instance))
-        if (kept.field == KeptField::kWholeRecord && kept.normal == before) {
-            m_data.keepField(instance, {KeptField::kWholeRecord, kept.source, after});
-            break;
-        }
 }
 
 } // namespace KP_SDAI

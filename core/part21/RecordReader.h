@@ -5,6 +5,7 @@
 
 #include "model/ModelData.h"
 #include "part21/EntityNames.h"
+#include "part21/Findings.h"
 #include "part21/Window.h"
 
 #include <string>
@@ -47,9 +48,6 @@ private:
     void takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::string_view parameters);
     void keepRecord(const char* begin, const char* end, Failure& failure);
     void enterInverses();
-    void resolve(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset);
-    void reportField(KpIfcFinding finding, KpIfcSeverity severity, const KpIfcEntityBase& instance, std::uint32_t field,
-                     std::uint64_t offset, std::string message);
 
     ModelData& m_data;
     Window& m_window;
@@ -62,11 +60,5 @@ private:
     const char* m_end = nullptr;     ///< how far the record that is being read may look
     std::uint64_t m_openComment = 0; ///< a comment before this offset did not end before it
 };
-
-/// Begins a report entry at a place of the source.
-KpIfcReportEntry findingAt(KpIfcFinding finding, KpIfcSeverity severity, std::uint64_t offset, std::string message);
-
-/// A short piece of source text for a message.
-std::string excerpt(std::string_view text);
 
 } // namespace KP_SDAI

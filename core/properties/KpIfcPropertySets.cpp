@@ -19,12 +19,13 @@ KpIfcVariant pairOf(KpIfcVariant first, KpIfcVariant second) {
     return KpIfcArray<KpIfcVariant>{std::move(first), std::move(second)};
 }
 
-/// The type that all values of an aggregate have that have one.
+/// The type of a value, or the one that all values of an aggregate have that have one.
 std::string commonMeasure(const KpIfcVariant& held) {
     const KpIfcAggr* aggregate = held.type() ? held.type()->aggregate(held.data()) : nullptr;
+    if (!aggregate) return measureTypeOf(held);
     std::string common;
     KpIfcVariant element;
-    for (std::size_t i = 0; aggregate && aggregate->implementation()->getElement(i, element); ++i) {
+    for (std::size_t i = 0; aggregate->implementation()->getElement(i, element); ++i) {
         const std::string type = measureTypeOf(element);
         if (!common.empty() && !type.empty() && type != common) return {};
         if (common.empty()) common = type;
@@ -88,7 +89,7 @@ private:
     bool readEntry(const KpIfcEntityBase& entry, KpIfcPropertyValue& value) {
         const PropertyEntities& e = m_entities;
         if (isKind(entry, e.single)) {
-            single(entry, Kind::single, e.singleValue, e.singleUnit.target(entry), value);
+            readValue(entry, Kind::single, e.singleValue, e.singleUnit.target(entry), value);
         } else if (const auto* attribute = e.quantityValue(entry)) {
             value.kind = Kind::quantity;
             value.value = presented(entry, PropertyAttribute{attribute->owner(), attribute->facts()}.value(entry));
@@ -98,9 +99,9 @@ private:
         } else if (isKind(entry, e.enumerated)) {
             const KpIfcEntityBase* enumeration = e.enumeration.target(entry);
             const KpIfcEntityBase* unit = enumeration ? e.enumerationUnit.target(*enumeration) : nullptr;
-            several(entry, Kind::enumerated, e.enumeratedValues, unit, value);
+            readValue(entry, Kind::enumerated, e.enumeratedValues, unit, value);
         } else if (isKind(entry, e.list)) {
-            several(entry, Kind::list, e.listValues, e.listUnit.target(entry), value);
+            readValue(entry, Kind::list, e.listValues, e.listUnit.target(entry), value);
         } else if (isKind(entry, e.table)) {
             table(entry, value);
         } else if (isKind(entry, e.reference)) {
@@ -112,16 +113,9 @@ private:
         return true;
     }
 
-    void single(const KpIfcEntityBase& entry, Kind kind, const PropertyAttribute& attribute,
-                const KpIfcEntityBase* unit, KpIfcPropertyValue& value) {
-        const KpIfcVariant held = attribute.value(entry);
-        value.kind = kind;
-        value.value = presented(entry, held);
-        value.measure = m_units.measure(measureTypeOf(held), unit);
-    }
-
-    void several(const KpIfcEntityBase& entry, Kind kind, const PropertyAttribute& attribute,
-                 const KpIfcEntityBase* unit, KpIfcPropertyValue& value) {
+    /// What one attribute of an entry holds, one value or several.
+    void readValue(const KpIfcEntityBase& entry, Kind kind, const PropertyAttribute& attribute,
+                   const KpIfcEntityBase* unit, KpIfcPropertyValue& value) {
         const KpIfcVariant held = attribute.value(entry);
         value.kind = kind;
         value.value = presented(entry, held);

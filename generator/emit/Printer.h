@@ -22,8 +22,8 @@ struct Value {
 /// the start of the skeleton is dropped, so that a raw string can begin on a line of its own.
 ///
 /// - The lines of a text after its first get the indentation of the hole's line, except empty ones.
-/// - Where a hole stands alone on its line, a line feed at the end of its text is dropped, and with an empty text the
-/// line.
+/// - Where a hole stands alone on its line, a line feed at the end of its text is dropped; where its text is empty, the
+///   whole line is.
 /// - A text that belongs to no hole, a hole without text and a hole without end throw PrinterError.
 std::string print(std::string_view skeleton, std::initializer_list<Value> values);
 

@@ -9,10 +9,6 @@ namespace kpifcgen::facts {
 
 namespace {
 
-std::string quote(std::string_view text) {
-    return "'" + std::string(text) + "'";
-}
-
 /// Pointer to the element of that name, null if there is none.
 auto findNamed(const auto& range, std::string_view name) -> decltype(&*range.begin()) {
     const auto found = std::ranges::find_if(range, [&](const auto& element) { return element.name == name; });
@@ -93,11 +89,11 @@ public:
             const auto found = findInChain(*inverse.target, written.attribute.text);
             const auto* inverted = found ? std::get_if<const ExplicitAttribute*>(&*found) : nullptr;
             if (!inverted) {
-                report(written.attribute, "entity " + quote(inverse.target->name) + " has no explicit attribute " +
-                                              quote(written.attribute.text));
+                report(written.attribute, "entity " + quoted(inverse.target->name) + " has no explicit attribute " +
+                                              quoted(written.attribute.text));
             } else if (!canRefer((*inverted)->type, m_entity)) {
-                report(written.attribute, "attribute " + quote((*inverted)->owner->name + "." + (*inverted)->name) +
-                                              " cannot refer to a " + quote(m_entity.name));
+                report(written.attribute, "attribute " + quoted((*inverted)->owner->name + "." + (*inverted)->name) +
+                                              " cannot refer to a " + quoted(m_entity.name));
             } else {
                 inverse.inverted = *inverted;
             }
@@ -114,7 +110,8 @@ public:
                 if (const auto found = findInChain(m_entity, attribute.text)) {
                     rule.attributes.push_back(*found);
                 } else {
-                    report(attribute, "entity " + quote(m_entity.name) + " has no attribute " + quote(attribute.text));
+                    report(attribute,
+                           "entity " + quoted(m_entity.name) + " has no attribute " + quoted(attribute.text));
                 }
             }
         }
@@ -125,13 +122,13 @@ private:
         const auto above = m_entity.supertypes();
         const auto found = std::ranges::find(above, supertype.text, &Entity::name);
         if (found == above.end()) {
-            report(supertype, quote(supertype.text) + " is no supertype of " + quote(m_entity.name));
+            report(supertype, quoted(supertype.text) + " is no supertype of " + quoted(m_entity.name));
             return nullptr;
         }
         const auto* redeclared = findNamed((*found)->explicitAttributes, attribute.text);
         if (!redeclared) {
             report(attribute,
-                   "entity " + quote(supertype.text) + " declares no explicit attribute " + quote(attribute.text));
+                   "entity " + quoted(supertype.text) + " declares no explicit attribute " + quoted(attribute.text));
         }
         return redeclared;
     }
@@ -148,7 +145,7 @@ private:
             if (takenIn(link->explicitAttributes) || takenIn(link->derivedAttributes) ||
                 takenIn(link->inverseAttributes)) {
                 report(name,
-                       "attribute " + quote(name.text) + " is already declared in supertype " + quote(link->name));
+                       "attribute " + quoted(name.text) + " is already declared in supertype " + quoted(link->name));
                 return;
             }
         }

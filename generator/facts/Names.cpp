@@ -6,10 +6,6 @@ namespace kpifcgen::facts {
 
 namespace {
 
-std::string quote(std::string_view text) {
-    return "'" + std::string(text) + "'";
-}
-
 std::string kindOf(const TypeRef& type) {
     static constexpr std::string_view kinds[] = {"a simple type", "a defined type", "an enumeration",
                                                  "a select",      "an entity",      "an aggregation"};
@@ -23,9 +19,9 @@ bool UniqueNames::add(const syntax::Name& name, std::string_view what, std::stri
     const auto [entry, added] = m_taken.emplace(lowerCase(name.text), name);
     if (!added) {
         const syntax::Name& first = entry->second;
-        diagnostics.push_back({name.at, std::string(what) + " " + quote(name.text) + " is already " +
+        diagnostics.push_back({name.at, std::string(what) + " " + quoted(name.text) + " is already " +
                                             std::string(verb) +
-                                            (first.text == name.text ? "" : " as " + quote(first.text)) + " in line " +
+                                            (first.text == name.text ? "" : " as " + quoted(first.text)) + " in line " +
                                             std::to_string(first.at.line)});
     }
     return added;
@@ -35,11 +31,11 @@ std::optional<TypeRef> Names::find(const syntax::Name& name) {
     if (const auto found = m_declared.find(name.text); found != m_declared.end()) {
         return found->second;
     }
-    std::string message = "unknown name " + quote(name.text);
+    std::string message = "unknown name " + quoted(name.text);
     const std::string lower = lowerCase(name.text);
     for (const auto& [declared, type] : m_declared) {
         if (lowerCase(declared) == lower) {
-            message += "; did you mean " + quote(declared) + "?";
+            message += "; did you mean " + quoted(declared) + "?";
         }
     }
     m_diagnostics.push_back({name.at, std::move(message)});
@@ -55,7 +51,7 @@ const Entity* Names::entity(const syntax::Name& name, std::string_view role) {
         return *entity;
     }
     m_diagnostics.push_back(
-        {name.at, std::string(role) + " must be an entity, " + quote(name.text) + " is " + kindOf(*found)});
+        {name.at, std::string(role) + " must be an entity, " + quoted(name.text) + " is " + kindOf(*found)});
     return nullptr;
 }
 

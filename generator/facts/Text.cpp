@@ -16,4 +16,8 @@ std::string upperCase(std::string_view text) {
     return upper;
 }
 
+std::string quoted(std::string_view text) {
+    return "'" + std::string(text) + "'";
+}
+
 } // namespace kpifcgen

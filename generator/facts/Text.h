@@ -9,4 +9,7 @@ namespace kpifcgen {
 std::string lowerCase(std::string_view text);
 std::string upperCase(std::string_view text);
 
+/// In apostrophes, for messages.
+std::string quoted(std::string_view text);
+
 } // namespace kpifcgen

@@ -7,15 +7,14 @@ DescriptorsPlan planDescriptors(const ModulePlan& plan) {
     descriptors.path = moduleSource("Descriptors");
     for (const char* const which : {"value", "pointer", "array"}) {
         for (const auto& select : plan.selects) {
-            if (which != std::string("array") || select.descriptors != "KpIfcSelectDescriptors") {
+            if (which != std::string("array") || !select.heldIn.empty()) {
                 descriptors.selects.push_back("&" + selectDescriptor(select.className, which));
             }
         }
     }
     for (const auto& select : plan.selects) {
-        if (select.descriptors != "KpIfcSelectDescriptors") {
-            const bool isSet = select.descriptors == "KpIfcSetElementDescriptors";
-            descriptors.aggregates.push_back("&" + selectDescriptor(select.className, isSet ? "set" : "list"));
+        if (!select.heldIn.empty()) {
+            descriptors.aggregates.push_back("&" + selectDescriptor(select.className, select.heldIn));
         }
         descriptors.includes.push_back(select.files.include);
     }

@@ -8,10 +8,6 @@ namespace kpifcgen::plan {
 
 namespace {
 
-std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
-
 /// True for a defined type that stands for an aggregation.
 bool isDefinedAggregate(const facts::TypeRef& type) {
     const auto* defined = std::get_if<const facts::DefinedType*>(&type);
@@ -129,7 +125,7 @@ private:
     void planInverse(const facts::InverseAttribute& inverse) {
         m_plan.inverseMember = inverseMember();
         m_plan.inverseRows.push_back({"inverse<&" + m_plan.className + "::" + m_plan.inverseMember + ">",
-                                      {quoted(inverse.name), std::to_string(m_plan.inverseRows.size())}});
+                                      {literal(inverse.name), std::to_string(m_plan.inverseRows.size())}});
         m_plan.inverseGetters.push_back(inverseGetter(inverse.name));
     }
 
@@ -175,10 +171,10 @@ private:
         const auto text = flags(attribute, m_entity.recordFields, storage.isBinary, false);
         if (isNotKept(m_context.schema.name, attribute.owner->name, attribute.name)) {
             return {"notKept<&" + m_plan.className + "::" + member(attribute.name) + ">",
-                    {quoted(attribute.name), text}};
+                    {literal(attribute.name), text}};
         }
         EntityPlan::Row row{"field<&" + m_plan.className + "::" + member(attribute.name) + ">",
-                            {quoted(attribute.name), text}};
+                            {literal(attribute.name), text}};
         if (storage.target) {
             row.arguments.push_back("&" + entityTypeOf(className(storage.target->name)));
         }
@@ -195,7 +191,7 @@ private:
             const auto storage = storageOf(attribute.type);
             if (field.redeclaredAs) {
                 m_plan.recordRows.push_back(
-                    {"derived", {quoted(attribute.name), flags(attribute, m_entity.recordFields, false, true)}});
+                    {"derived", {literal(attribute.name), flags(attribute, m_entity.recordFields, false, true)}});
             } else if (storage) { // a type without class is reported where its owner is planned
                 m_plan.recordRows.push_back(row(attribute, *storage));
                 if (storage->target && !m_entity.isKindOf(*storage->target)) {
@@ -211,7 +207,7 @@ private:
             attributes += (attributes.empty() ? "" : " ");
             attributes += std::visit([](const auto* one) { return one->name; }, attribute);
         }
-        m_plan.uniqueRows.push_back({"", {quoted(rule.label), quoted(attributes)}});
+        m_plan.uniqueRows.push_back({"", {literal(rule.label), literal(attributes)}});
     }
 
     EntityPlan::Fields fields() const {

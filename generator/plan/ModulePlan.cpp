@@ -67,6 +67,10 @@ std::string include(std::string_view file, const Context& context) {
     return "<" + context.names.header(file) + ">";
 }
 
+std::string literal(std::string_view text) {
+    return "\"" + std::string(text) + "\"";
+}
+
 void sortUnique(std::vector<std::string>& texts) {
     std::ranges::sort(texts);
     texts.erase(std::unique(texts.begin(), texts.end()), texts.end());

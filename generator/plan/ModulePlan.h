@@ -71,6 +71,7 @@ struct SelectPlan {
     std::vector<Alternative> alternatives;
     std::string descriptors;          ///< type of the member that keeps its descriptors
     std::string describe;             ///< what makes that member
+    std::string heldIn;               ///< where aggregates hold it: which of the descriptors is that of them
     std::vector<Row> descriptorNames; ///< what each descriptor shows: its member and the text
 };
 

@@ -3,9 +3,9 @@
 #include "plan/ModulePlan.h"
 #include "plan/Names.h"
 
-#include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// One function per family of generated files.
@@ -28,8 +28,11 @@ DescriptorsPlan planDescriptors(const ModulePlan& plan);
 /// "<IFC2X3/IfcWall.h>" of a declaration or a hand-written header.
 std::string include(std::string_view file, const Context& context);
 
-/// The kind of aggregates of which a select is an element; none where no attribute holds aggregates of it.
-std::optional<facts::AggregateKind> elementOf(const facts::Select& select, const facts::Schema& schema);
+/// A text as a string literal.
+std::string literal(std::string_view text);
+
+/// True where an entity has properties of its own: attributes that it declares or redeclares.
+bool hasProperties(const facts::Entity& entity);
 
 void sortUnique(std::vector<std::string>& texts);
 

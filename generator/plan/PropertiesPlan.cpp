@@ -1,6 +1,8 @@
 #include "plan/Departures.h"
 #include "plan/Planners.h"
 
+#include <algorithm>
+
 namespace kpifcgen::plan {
 
 namespace {
@@ -38,7 +40,7 @@ Collection planCollection(const facts::Entity& entity, const Context& context) {
         const std::string& name = entity.inverseAttributes[i].name;
         const std::string row = rowOf(entity, "inverses", i);
         if (const char* related = relatedThrough(context.schema.name, entity.name, name)) {
-            add(name, "HierarchyProperty", row + ", \"" + related + "\"");
+            add(name, "HierarchyProperty", row + ", " + literal(related));
         } else {
             add(name, "InverseProperty", row);
         }
@@ -48,6 +50,12 @@ Collection planCollection(const facts::Entity& entity, const Context& context) {
 
 } // namespace
 
+bool hasProperties(const facts::Entity& entity) {
+    return !entity.explicitAttributes.empty() || !entity.inverseAttributes.empty() ||
+           std::ranges::any_of(entity.derivedAttributes,
+                               [](const facts::DerivedAttribute& one) { return one.redeclared != nullptr; });
+}
+
 PropertiesPlan planProperties(const Context& context) {
     PropertiesPlan plan;
     plan.headerPath = context.names.headerPath("Properties");
@@ -56,9 +64,8 @@ PropertiesPlan planProperties(const Context& context) {
     plan.sourcePath = "properties/Properties.cpp";
     plan.entitiesInclude = include("Entities", context);
     for (const auto& entity : context.schema.entities) {
-        Collection collection = planCollection(entity, context);
-        if (!collection.properties.empty()) {
-            plan.collections.push_back(std::move(collection));
+        if (hasProperties(entity)) {
+            plan.collections.push_back(planCollection(entity, context));
         }
     }
     return plan;

@@ -12,10 +12,6 @@ namespace {
 
 using Row = SchemaPlan::Row;
 
-std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
-
 /// The builder's constant for "?" and for the bounds of what is no set.
 constexpr auto noBound = "kNoBound";
 
@@ -53,9 +49,9 @@ private:
         m_plan.simpleTypesStep = {schemaSource("SimpleDefinedTypes"), {}};
         for (const auto& type : m_schema.definedTypes) {
             if (const auto* simple = std::get_if<facts::SimpleType>(&type.type)) {
-                m_plan.simpleTypes.push_back({quoted(type.name), quoted(dictionaryName(*simple))});
+                m_plan.simpleTypes.push_back({literal(type.name), literal(dictionaryName(*simple))});
             } else if (const auto* defined = std::get_if<const facts::DefinedType*>(&type.type)) {
-                m_plan.simpleTypes.push_back({quoted(type.name), quoted(lowerCase((*defined)->name))});
+                m_plan.simpleTypes.push_back({literal(type.name), literal(lowerCase((*defined)->name))});
             }
         }
     }
@@ -68,7 +64,7 @@ private:
         }
         std::ranges::sort(names);
         for (const std::string& name : names) {
-            m_plan.enumerations.push_back({quoted(lowerCase(name)), "&" + enumFacts(name)});
+            m_plan.enumerations.push_back({literal(lowerCase(name)), "&" + enumFacts(name)});
         }
     }
 
@@ -79,14 +75,14 @@ private:
             const std::string name = className(entity->name);
             const facts::Entity* supertype = entity->supertype;
             SchemaPlan::EntityRow row;
-            row.entity = {quoted(upperCase(entity->name)),
+            row.entity = {literal(upperCase(entity->name)),
                           "createEntity<" + name + ">",
                           "&" + entityTypeOf(name),
                           supertype ? "&" + entityTypeOf(className(supertype->name)) : "nullptr",
                           name + "::facts",
                           hasProperties(*entity) ? propertyBuilder(entity->name) : std::string(emptyPropertyBuilder)};
             for (const auto& attribute : entity->explicitAttributes) {
-                row.explicitAttributes.push_back({quoted(attribute.name), quoted(attributeTypeName(attribute.type))});
+                row.explicitAttributes.push_back({literal(attribute.name), literal(attributeTypeName(attribute.type))});
             }
             for (const auto& attribute : entity->derivedAttributes) {
                 row.derivedAttributes.push_back(derivedRow(attribute));
@@ -98,30 +94,24 @@ private:
         }
     }
 
-    static bool hasProperties(const facts::Entity& entity) {
-        return !entity.explicitAttributes.empty() || !entity.inverseAttributes.empty() ||
-               std::ranges::any_of(entity.derivedAttributes,
-                                   [](const facts::DerivedAttribute& one) { return one.redeclared != nullptr; });
-    }
-
     Row derivedRow(const facts::DerivedAttribute& attribute) {
         if (const auto* aggregation = std::get_if<const facts::Aggregation*>(&attribute.type)) {
             checkHasClass(attribute, **aggregation);
         }
         const std::string redeclaredIn = attribute.redeclared ? attribute.redeclared->owner->name : "";
-        return {quoted(derivedAttributeName(attribute)), quoted(attributeTypeName(attribute.type)),
-                quoted(redeclaredIn)};
+        return {literal(derivedAttributeName(attribute)), literal(attributeTypeName(attribute.type)),
+                literal(redeclaredIn)};
     }
 
     Row inverseRow(const facts::InverseAttribute& attribute) {
-        const std::string inverted = quoted(attribute.inverted->name);
+        const std::string inverted = literal(attribute.inverted->name);
         if (!attribute.aggregation) {
-            return {quoted(attribute.name), noBound, noBound, quoted(""), inverted};
+            return {literal(attribute.name), noBound, noBound, literal(""), inverted};
         }
         checkHasClass(attribute, *attribute.aggregation);
         const facts::Bounds& bounds = attribute.aggregation->bounds;
-        return {quoted(attribute.name), bound(bounds.low), bound(bounds.high),
-                quoted(lowerCase(attribute.target->name)), inverted};
+        return {literal(attribute.name), bound(bounds.low), bound(bounds.high),
+                literal(lowerCase(attribute.target->name)), inverted};
     }
 
     /// Explicit attributes were checked with their classes.
@@ -137,9 +127,9 @@ private:
         m_plan.selectsStep = {schemaSource("SelectTypes"), includes(m_schema.selects)};
         for (const auto& select : m_schema.selects) {
             SchemaPlan::SelectRow row;
-            row.select = {quoted(select.name), "&" + selectTypeOf(className(select.name))};
+            row.select = {literal(select.name), "&" + selectTypeOf(className(select.name))};
             for (const facts::TypeRef& member : select.members) {
-                row.members.push_back(quoted(memberTypeName(member)));
+                row.members.push_back(literal(memberTypeName(member)));
             }
             m_plan.selects.push_back(std::move(row));
         }
@@ -170,9 +160,9 @@ private:
     }
 
     static Row aggregationRow(std::string_view name, const facts::Aggregation& aggregation) {
-        return {quoted(name), "AggregationKind::" + std::string(facts::spell(aggregation.kind)),
+        return {literal(name), "AggregationKind::" + std::string(facts::spell(aggregation.kind)),
                 bound(aggregation.bounds.low), bound(aggregation.bounds.high),
-                quoted(elementTypeName(aggregation.element))};
+                literal(elementTypeName(aggregation.element))};
     }
 
     const Context& m_context;

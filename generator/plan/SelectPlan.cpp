@@ -60,26 +60,7 @@ facts::Diagnostic noCodeFor(const std::string& alternative, const facts::Select&
     return {select.at, "select '" + select.name + "': there is no code for a value of '" + alternative + "'"};
 }
 
-/// The class of aggregates that hold a select, in the names of descriptors.
-void planDescriptors(SelectPlan& plan, const facts::Select& select, const Context& context) {
-    const std::string qualified = context.names.space + "::" + select.name;
-    plan.descriptors = "KpIfcSelectDescriptors";
-    plan.describe = "describeSelect";
-    plan.descriptorNames = {{"value", qualified}, {"pointer", qualified + "*"}};
-    const auto kind = elementOf(select, context.schema);
-    if (!kind) {
-        return;
-    }
-    const std::string family = *kind == facts::AggregateKind::Set ? "Set" : "List";
-    plan.descriptors = "KpIfc" + family + "ElementDescriptors";
-    plan.describe = "describe" + family + "Element";
-    // Programs know the two spellings of the runtime's namespace as they are.
-    plan.descriptorNames.push_back({"array", "SDAI_NAMESPACE_PFX KpIfcArray<" + qualified + ">"});
-    plan.descriptorNames.push_back({"aggregate", "::KP_SDAI:: KpIfc" + family + "Aggr<" + qualified + ">*"});
-}
-
-} // namespace
-
+/// The kind of aggregates of which a select is an element; none where no attribute holds aggregates of it.
 std::optional<facts::AggregateKind> elementOf(const facts::Select& select, const facts::Schema& schema) {
     std::optional<facts::AggregateKind> kind;
     for (const auto& entity : schema.entities) {
@@ -98,6 +79,28 @@ std::optional<facts::AggregateKind> elementOf(const facts::Select& select, const
     }
     return kind;
 }
+
+/// The descriptors of a select; those of arrays and aggregates of it come with them where it is an element.
+void planDescriptors(SelectPlan& plan, const facts::Select& select, const Context& context) {
+    const std::string qualified = context.names.space + "::" + select.name;
+    plan.descriptors = "KpIfcSelectDescriptors";
+    plan.describe = "describeSelect";
+    plan.descriptorNames = {{"value", qualified}, {"pointer", qualified + "*"}};
+    const auto kind = elementOf(select, context.schema);
+    if (!kind) {
+        return;
+    }
+    const bool isSet = *kind == facts::AggregateKind::Set;
+    const std::string family = isSet ? "Set" : "List";
+    plan.heldIn = isSet ? "set" : "list";
+    plan.descriptors = "KpIfc" + family + "ElementDescriptors";
+    plan.describe = "describe" + family + "Element";
+    // Programs know the two spellings of the runtime's namespace as they are.
+    plan.descriptorNames.push_back({"array", "SDAI_NAMESPACE_PFX KpIfcArray<" + qualified + ">"});
+    plan.descriptorNames.push_back({"aggregate", "::KP_SDAI:: KpIfc" + family + "Aggr<" + qualified + ">*"});
+}
+
+} // namespace
 
 SelectPlan planSelect(const facts::Select& select, const Context& context) {
     const std::string& name = select.name;

@@ -6,7 +6,8 @@
 #include <initializer_list>
 
 /// Registers every type and entity of IFC 2x3 in the dictionary of its schema. A step has two sources: what it
-/// registers is a table, generated from the schema; how one row is registered is written by hand.
+/// registers is a table, generated from the schema; how one row is registered is written by hand. The first step, of
+/// two types that the schema does not name, is all written by hand.
 class KpIFC2X3SchemaBuilder : public KpIfcSchemaBuilder {
 public:
     using KpIfcSchemaBuilder::KpIfcSchemaBuilder;

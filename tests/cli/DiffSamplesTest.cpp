@@ -1,9 +1,7 @@
 #include "Renumbered.h"
 #include "Runner.h"
-#include "SampleCases.h"
-#include "SampleFiles.h"
+#include "Samples.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -19,13 +17,8 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-class DiffSamplesTest : public testing::TestWithParam<fs::path> {
+class DiffSamplesTest : public OfSamples {
 protected:
-    void SetUp() override {
-        if (GetParam().empty()) {
-            GTEST_SKIP() << "no sample files beside the checkout";
-        }
-    }
     const WorkFolder m_folder;
 };
 
@@ -102,6 +95,6 @@ TEST_P(DiffSamplesTest, FindsExactlyWhatWasSet) {
     EXPECT_EQ(changed, expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, DiffSamplesTest, testing::ValuesIn(sampleFiles()), sampleName);
+INSTANTIATE_TEST_SUITE_P(Files, DiffSamplesTest, testing::ValuesIn(samples()), nameOf);
 
 } // namespace

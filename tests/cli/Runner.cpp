@@ -4,13 +4,18 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <sstream>
 
 #include <sys/wait.h>
 
 namespace fs = std::filesystem;
+
+void expectRefusal(const Outcome& outcome, std::string_view reason) {
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_NE(outcome.err.find(reason), std::string::npos) << reason << '\n' << outcome.err;
+}
 
 WorkFolder::WorkFolder()
     : m_path(fs::temp_directory_path() / ("kpifc_test_" + std::to_string(std::random_device()()))) {
@@ -34,25 +39,12 @@ Outcome WorkFolder::run(const std::string& command) const {
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(path("stdout")), contentOf(path("stderr"))};
 }
 
-std::string contentOf(const fs::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    EXPECT_TRUE(stream) << path;
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
 std::string quoted(const fs::path& path) {
     std::string text = "'";
     for (const char c : path.string()) {
         text += c == '\'' ? "'\\''" : std::string(1, c);
     }
     return text + '\'';
-}
-
-std::string stepFile(std::string_view records) {
-    return "ISO-10303-21;\nHEADER;\nFILE_DESCRIPTION(('a test'),'2;1');\n"
-           "FILE_NAME('test.ifc','2026-01-02T03:04:05',('nobody'),('nowhere'),'','','');\n"
-           "FILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n" +
-           std::string(records) + "\nENDSEC;\nEND-ISO-10303-21;\n";
 }
 
 std::vector<std::string> linesOf(const std::string& text) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StepFiles.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -11,6 +13,9 @@ struct Outcome {
     std::string out;
     std::string err;
 };
+
+/// Expects that a command was refused: exit code 2, no output, the reason among the errors.
+void expectRefusal(const Outcome& outcome, std::string_view reason);
 
 /// A folder for the files of one test case, removed in the end.
 class WorkFolder {
@@ -30,11 +35,6 @@ private:
     std::filesystem::path m_path;
 };
 
-/// The whole file; fails the test where it cannot be read.
-std::string contentOf(const std::filesystem::path& path);
 std::vector<std::string> linesOf(const std::string& text);
 /// Quoted for the shell.
 std::string quoted(const std::filesystem::path& path);
-
-/// A STEP file with these lines in its data section.
-std::string stepFile(std::string_view records);

@@ -1,8 +1,6 @@
+#include "Samples.h"
 #include "Runner.h"
-#include "SampleCases.h"
-#include "SampleFiles.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
@@ -33,12 +31,10 @@ std::vector<std::string> firstAttributes(const std::string& dump) {
 }
 
 /// The checkers read files and schema facts on their own, in Python, and know nothing of this code.
-class SamplesTest : public testing::TestWithParam<fs::path> {
+class SamplesTest : public OfSamples {
 protected:
     void SetUp() override {
-        if (GetParam().empty()) {
-            GTEST_SKIP() << "no sample files in " << kShared / "samples";
-        }
+        OfSamples::SetUp();
         if (!fs::exists(kShared / "check")) {
             GTEST_SKIP() << "no checkers in " << kShared / "check";
         }
@@ -206,7 +202,6 @@ TEST_P(SamplesTest, StayAsTheyAreWhenSetToWhatGetPrints) {
     }
 }
 
-/// One case a file; an empty path, which is skipped, where there are none.
-INSTANTIATE_TEST_SUITE_P(Files, SamplesTest, testing::ValuesIn(sampleFiles()), sampleName);
+INSTANTIATE_TEST_SUITE_P(Files, SamplesTest, testing::ValuesIn(samples()), nameOf);
 
 } // namespace

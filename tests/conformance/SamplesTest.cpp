@@ -1,26 +1,12 @@
-#include "SampleFiles.h"
+#include "Samples.h"
 #include "StepFiles.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cctype>
 
 namespace fs = std::filesystem;
 using namespace KP_SDAI;
 
 namespace {
 
-const fs::path kSamples = fs::path(KP_SHARED_DIR) / "samples";
-
-class SamplesTest : public testing::TestWithParam<fs::path> {
-protected:
-    void SetUp() override {
-        if (GetParam().empty()) {
-            GTEST_SKIP() << "no sample files in " << kSamples;
-        }
-    }
-};
+class SamplesTest : public OfSamples {};
 
 /// However a file is read and however often it is written, the bytes are the same; what was written reads as the same.
 TEST_P(SamplesTest, AreWrittenAlikeWhereverTheyComeFrom) {
@@ -59,22 +45,6 @@ TEST_P(SamplesTest, StayAsTheyAre) {
         EXPECT_TRUE(contentOf(copy) == content) << (isTouched ? "touched" : "untouched");
     }
     fs::remove(copy);
-}
-
-/// One case a file; an empty path, which is skipped, where there are none.
-std::vector<fs::path> samples() {
-    std::vector<fs::path> paths = findSamples(kSamples);
-    if (paths.empty()) {
-        paths.emplace_back();
-    }
-    return paths;
-}
-
-std::string nameOf(const testing::TestParamInfo<fs::path>& info) {
-    std::string name = info.param.empty() ? "absent" : info.param.filename().string();
-    std::replace_if(
-        name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
-    return name;
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, SamplesTest, testing::ValuesIn(samples()), nameOf);

@@ -25,8 +25,6 @@ std::string walked(Iterator* iterator) {
     return owner->current(none) ? text + "and more" : text;
 }
 
-} // namespace
-
 TEST(AggregateValues, ASetChangesByValuesOfOtherTypesWithinItsBounds) {
     KpIfcSetAggrBounded<int, 1, 2> set;
     EXPECT_NE(nullptr, set.implementation()->unorderedManiplator());
@@ -100,3 +98,5 @@ TEST(AggregateValues, ALargeShuffledSetIsAssignedOnceSorted) {
     ASSERT_EQ(static_cast<std::size_t>(many), set.size());
     for (int i = 0; i < many; ++i) ASSERT_EQ(i, set[static_cast<std::size_t>(i)]);
 }
+
+} // namespace

@@ -1,21 +1,9 @@
 #include "SchemaFiles.h"
 #include "plan/ModulePlan.h"
 
-#include <ostream>
-
 namespace {
 
 using namespace kpifcgen;
-
-struct ErrorCase {
-    const char* name;
-    const char* text;
-    const char* errors; ///< as printed for a file called "f"
-};
-
-void PrintTo(const ErrorCase& one, std::ostream* stream) {
-    *stream << one.name;
-}
 
 class PlanErrors : public testing::TestWithParam<ErrorCase> {};
 
@@ -47,7 +35,6 @@ constexpr ErrorCase cases[] = {
      "f:7:8: the generated name 'class_' of 'class_' is already one of 'class'\n"},
 };
 
-const auto caseName = [](const auto& one) { return one.param.name; };
 INSTANTIATE_TEST_SUITE_P(Schemas, PlanErrors, testing::ValuesIn(cases), caseName);
 
 } // namespace

@@ -1,23 +1,8 @@
-#include "facts/Linker.h"
-
-#include <gtest/gtest.h>
-
-#include <ostream>
-#include <string>
+#include "SchemaFiles.h"
 
 namespace {
 
 using namespace kpifcgen::facts;
-
-struct ErrorCase {
-    const char* name;
-    const char* text;
-    const char* errors; ///< as printed for a file called "f"
-};
-
-void PrintTo(const ErrorCase& one, std::ostream* stream) {
-    *stream << one.name;
-}
 
 class SchemaErrors : public testing::TestWithParam<ErrorCase> {};
 
@@ -120,7 +105,6 @@ constexpr ErrorCase linkCases[] = {
      "f:4:13: entity 'A' has no attribute 'Y'\nf:5:10: rule 'U' is already declared in line 4\n"},
 };
 
-const auto caseName = [](const auto& info) { return info.param.name; };
 INSTANTIATE_TEST_SUITE_P(Syntax, SchemaErrors, testing::ValuesIn(syntaxCases), caseName);
 INSTANTIATE_TEST_SUITE_P(Links, SchemaErrors, testing::ValuesIn(linkCases), caseName);
 

@@ -6,8 +6,22 @@
 
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <stdexcept>
 #include <string>
+
+/// A schema that is not sound.
+struct ErrorCase {
+    const char* name;
+    const char* text;
+    const char* errors; ///< as printed for a file called "f"
+};
+inline void PrintTo(const ErrorCase& one, std::ostream* stream) {
+    *stream << one.name;
+}
+inline std::string caseName(const testing::TestParamInfo<ErrorCase>& info) {
+    return info.param.name;
+}
 
 /// Text of a file of the source tree.
 inline std::string readSource(const std::string& path) {

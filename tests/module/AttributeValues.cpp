@@ -1,5 +1,6 @@
 #include "AttributeValues.h"
 
+#include "Environment.h"
 #include "SelectClasses.h"
 
 #include <KpIfcCore/KpIfcOrderedAggrImp.h>
@@ -107,8 +108,7 @@ std::vector<std::string> alternativesOf(const KpIfcSelect& select) {
 }
 
 AttributeValues::AttributeValues(KpIfcModel& model) : m_model(model) {
-    for (const Dictionary::Entry& entry : model.schema().entities().entries()) {
-        const KpIfcEntityType* type = model.schema().findEntity(entry.name);
+    for (const KpIfcEntityType* type : entityTypes(model.schema())) {
         if (!type->isAbstract()) {
             m_targets[type] = {model.create(type)->objectId(), model.create(type)->objectId()};
         }

@@ -70,8 +70,8 @@ std::map<std::string, Names> expectedNames(const KpIfcSchema& schema) {
             names["pointer"].insert(name + L"*");
         }
     }
-    for (const Dictionary::Entry& entry : schema.entities().entries()) {
-        for (const auto& attribute : schema.findEntity(entry.name)->attributes()) {
+    for (const KpIfcEntityType* type : entityTypes(schema)) {
+        for (const auto& attribute : type->attributes()) {
             const auto* explicitOne = attribute->as<KpIfcExplicitAttributeDefinition>();
             const KpIfcAttributeFacts* row = explicitOne ? explicitOne->facts() : nullptr;
             if (!row || !row->aggregate || row->aggregate->element != KpIfcElementKind::select) {

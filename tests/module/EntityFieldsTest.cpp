@@ -14,13 +14,8 @@ using testing::IsEmpty;
 namespace {
 
 std::vector<const KpIfcEntityType*> instantiableEntities(const KpIfcSchema& schema) {
-    std::vector<const KpIfcEntityType*> types;
-    for (const Dictionary::Entry& entry : schema.entities().entries()) {
-        const KpIfcEntityType* type = schema.findEntity(entry.name);
-        if (!type->isAbstract()) {
-            types.push_back(type);
-        }
-    }
+    std::vector<const KpIfcEntityType*> types = entityTypes(schema);
+    std::erase_if(types, [](const KpIfcEntityType* type) { return type->isAbstract(); });
     return types;
 }
 

@@ -47,8 +47,8 @@ TEST(Enumeration, CodesOfUnset) {
 TEST(Enumeration, TextsAndCodesAreEachOthersInverse) {
     const KpIfcFile file = emptyFile();
     std::set<const KpIfcEnumFacts*> enumerations;
-    for (const Dictionary::Entry& entry : file.model()->schema().entities().entries()) {
-        for (const KpIfcAttributeFacts* attribute : file.model()->schema().findEntity(entry.name)->recordFields()) {
+    for (const KpIfcEntityType* type : entityTypes(file.model()->schema())) {
+        for (const KpIfcAttributeFacts* attribute : type->recordFields()) {
             if (attribute->enumeration) {
                 enumerations.insert(attribute->enumeration);
             }

@@ -33,22 +33,12 @@ KpIfcFile emptyFile() {
     return file;
 }
 
-KpIfcFile opened(const std::string& content) {
-    KpIfcFile file;
-    EXPECT_EQ(file.openMemory(content.data(), content.size()), KP::eOk) << file.error();
-    return file;
-}
-
-KpIfcFile openedRecords(const std::string& records) {
-    return opened("ISO-10303-21;\nHEADER;\nFILE_DESCRIPTION((''),'2;1');\nFILE_NAME('','',(''),(''),'','','');\n"
-                  "FILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n" +
-                  records + "ENDSEC;\nEND-ISO-10303-21;\n");
-}
-
-std::string saved(KpIfcFile& file) {
-    std::string out;
-    EXPECT_EQ(file.saveToMemory(out, {.normalise = true}), KP::eOk) << file.error();
-    return out;
+std::vector<const KpIfcEntityType*> entityTypes(const KpIfcSchema& schema) {
+    std::vector<const KpIfcEntityType*> types;
+    for (const Dictionary::Entry& entry : schema.entities().entries()) {
+        types.push_back(schema.findEntity(entry.name));
+    }
+    return types;
 }
 
 std::string savedRecords(KpIfcFile& file) {
@@ -56,12 +46,4 @@ std::string savedRecords(KpIfcFile& file) {
     const std::string opening = "\nDATA;\n";
     const std::size_t begin = out.find(opening) + opening.size();
     return out.substr(begin, out.rfind("ENDSEC;") - begin);
-}
-
-std::string findings(const KpIfcReport& report) {
-    std::string out;
-    for (const KpIfcReportEntry& entry : report.entries()) {
-        out += entry.text() + '\n';
-    }
-    return out;
 }

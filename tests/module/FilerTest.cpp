@@ -4,10 +4,12 @@
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpSpfFilerBase.h>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 using namespace KP_SDAI;
 using IFC2X3::IfcPerson;
@@ -70,8 +72,6 @@ Read blanksUntil(char c) {
     };
 }
 
-} // namespace
-
 TEST(Filer, PunctuationOfAggregatesIsSteppedOver) {
     const struct {
         const char* parameters;
@@ -104,3 +104,29 @@ TEST(Filer, PunctuationOfAggregatesIsSteppedOver) {
     };
     for (const auto& one : cases) EXPECT_EQ(one.expected, readBy(one.read, one.parameters)) << one.parameters;
 }
+
+/// Keeps what it was asked for.
+class Recorder : public IfcPerson {
+public:
+    KP::ErrorStatus inFields(KpSpfFilerBase* filer) override {
+        asked.emplace_back("in", filer);
+        return KP::eInvalidInput;
+    }
+    KP::ErrorStatus outFields(KpSpfFilerBase* filer) override {
+        asked.emplace_back("out", filer);
+        return KP::eNotHandled;
+    }
+
+    std::vector<std::pair<std::string, KpSpfFilerBase*>> asked;
+};
+
+TEST(Filer, IsHandedOnToTheFieldsOfTheClass) {
+    Recorder recorder;
+    KpIfcEntityBase& instance = recorder;
+    auto* const filer = reinterpret_cast<KpSpfFilerBase*>(&recorder); // none is made without a file, and none is used
+    EXPECT_EQ(instance._inFields(filer), KP::eInvalidInput);
+    EXPECT_EQ(instance._outFields(filer), KP::eNotHandled);
+    EXPECT_THAT(recorder.asked, testing::ElementsAre(std::pair("in", filer), std::pair("out", filer)));
+}
+
+} // namespace

@@ -24,20 +24,12 @@ using testing::IsEmpty;
 
 namespace {
 
-std::vector<const KpIfcEntityType*> entityTypes() {
-    std::vector<const KpIfcEntityType*> types;
-    for (const Dictionary::Entry& entry : IfcWall::g_pEntityType->schema()->entities().entries()) {
-        types.push_back(static_cast<const KpIfcEntityType*>(entry.object.get()));
-    }
-    return types;
-}
-
 TEST(Inverse, RowsCoverTheSchema) {
     int inverses = 0;
     int owners = 0;
     int maintaining = 0;
     std::set<const KpIfcInverseFacts*> fed;
-    for (const KpIfcEntityType* type : entityTypes()) {
+    for (const KpIfcEntityType* type : entityTypes(*IfcWall::g_pEntityType->schema())) {
         const KpIfcEntityFacts& facts = *type->facts();
         inverses += static_cast<int>(facts.inverseCount);
         owners += facts.counterpartCount > 0;

@@ -1,5 +1,7 @@
 #include "InverseTruth.h"
 
+#include "Environment.h"
+
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcReferences.h>
@@ -21,8 +23,8 @@ using Entries = std::map<std::pair<std::uint64_t, std::string>, std::set<std::ui
 /// The inverse attributes that instances of `type` are entered in.
 std::vector<const Inverse*> inversesFedBy(const KpIfcEntityType& type) {
     std::vector<const Inverse*> fed;
-    for (const Dictionary::Entry& entry : type.schema()->entities().entries()) {
-        for (const auto& attribute : static_cast<const KpIfcEntityType&>(*entry.object).attributes()) {
+    for (const KpIfcEntityType* owner : entityTypes(*type.schema())) {
+        for (const auto& attribute : owner->attributes()) {
             const auto* inverse = attribute->as<Inverse>();
             if (inverse && type.isKindOf(inverse->target())) {
                 fed.push_back(inverse);

@@ -33,10 +33,9 @@ class LateBound : public testing::Test {
 protected:
     void forEveryEntity(const std::function<void(const KpIfcEntityType&, const std::vector<Attribute>&)>& visit) {
         int entities = 0;
-        for (const Dictionary::Entry& entry : schema().entities().entries()) {
-            const KpIfcEntityType& type = *schema().findEntity(entry.name);
+        for (const KpIfcEntityType* type : entityTypes(schema())) {
             std::vector<Attribute> attributes;
-            for (const KpIfcAttributeDefinition* definition : type.allAttributes()) {
+            for (const KpIfcAttributeDefinition* definition : type->allAttributes()) {
                 const auto* explicitOne = definition->as<KpIfcExplicitAttributeDefinition>();
                 if (!explicitOne) {
                     continue;
@@ -46,8 +45,8 @@ protected:
                     attributes.back().row.kind = KpIfcFieldKind::boolean; // what stands in its place
                 }
             }
-            SCOPED_TRACE(type.displayName());
-            visit(type, attributes);
+            SCOPED_TRACE(type->displayName());
+            visit(*type, attributes);
             ++entities;
         }
         EXPECT_EQ(entities, 653);

@@ -296,10 +296,9 @@ TEST(LateBoundValue, TakenOrRefused) {
 TEST(LateBoundValue, EnumerationsFromNumbersAndTexts) {
     const KpIfcFile file = emptyFile();
     std::set<const KpIfcEnumFacts*> seen;
-    for (const Dictionary::Entry& entry : file.model()->schema().entities().entries()) {
-        const KpIfcEntityType& type = *file.model()->schema().findEntity(entry.name);
-        const std::unique_ptr<KpIfcEntityBase> instance(type.createInstance());
-        for (const KpIfcAttributeFacts* row : type.recordFields()) {
+    for (const KpIfcEntityType* type : entityTypes(file.model()->schema())) {
+        const std::unique_ptr<KpIfcEntityBase> instance(type->createInstance());
+        for (const KpIfcAttributeFacts* row : type->recordFields()) {
             if (!row->enumeration) {
                 continue;
             }
@@ -391,8 +390,6 @@ TEST(LateBoundValue, PutIntoInstancesThatWereRead) {
     EXPECT_EQ(savedRecords(file), expected);
 }
 
-} // namespace
-
 TEST(LateBoundValue, UnsettingMeansTheTextOfTheFileToo) {
     KpIfcFile file = openedRecords("#1=IFCROOF('0xGO74I1L2sOBnKbLTH2I2',$,$,$,$,$,$,$,.NOSUCH.);\n");
     KpIfcEntityBase* roof = file.model()->find(1).openObject();
@@ -424,3 +421,5 @@ TEST(LateBoundValue, TheBasesOwnOperationsAreTheSame) {
     file.model()->mode(kReadOnly);
     EXPECT_THROW(person._putAttr("id", "007"), KpIfcException);
 }
+
+} // namespace

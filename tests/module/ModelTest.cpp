@@ -115,7 +115,7 @@ TEST(Model, WalksScatteredNamesInAscendingOrder) {
             ASSERT_EQ(file->model()->find(name).instanceName(), name);
         }
     }
-    EXPECT_EQ(savedRecords(read), records); // a file keeps its own order
+    EXPECT_EQ(recordsOf(rewritten(read)), records); // a file keeps its own order
 }
 
 TEST(Model, CreatesNothingWhereNoNameIsLeft) {

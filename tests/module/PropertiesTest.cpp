@@ -139,13 +139,12 @@ TEST(Properties, OrderWhereASubtypeRedeclares) {
 TEST(Properties, OnlyTheHierarchyHasFeaturesAndHoldsCollections) {
     const KpIfcFile file = emptyFile();
     std::vector<std::string> hierarchy;
-    for (const Dictionary::Entry& entry : file.model()->schema().entities().entries()) {
-        const KpIfcEntityType* type = file.model()->schema().findEntity(entry.name);
+    for (const KpIfcEntityType* type : entityTypes(file.model()->schema())) {
         for (std::size_t i = 0; i < type->properties().size(); ++i) {
             const KpIfcProperty& property = type->properties()[i];
             EXPECT_FALSE(property.isCollectionEditable());
             if (property.kind() == kSimpleProperty) {
-                EXPECT_TRUE(property.propertyFeatures().empty()) << entry.name << '.' << property.name().constStr();
+                EXPECT_TRUE(property.propertyFeatures().empty()) << type->name() << '.' << property.name().constStr();
                 continue;
             }
             EXPECT_EQ(property.kind(), kCollectionProperty);

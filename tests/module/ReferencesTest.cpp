@@ -1,14 +1,11 @@
 #include "Environment.h"
 #include "InverseTruth.h"
-#include "SampleFiles.h"
+#include "Samples.h"
 
 #include <IFC2X3/Select.h>
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcFacts.h>
 
-#include <gtest/gtest.h>
-
-#include <cctype>
 #include <map>
 #include <set>
 #include <utility>
@@ -137,14 +134,6 @@ TEST_P(References, AreWhatReferrersTell) {
 /// Reading a select must not be what resolves its handle: many threads may read at once.
 TEST_P(References, OfSelectsAreResolvedByOpening) {
     EXPECT_EQ(unresolvedSelects(*m_file.model()), Names());
-}
-
-std::string nameOf(const testing::TestParamInfo<fs::path>& info) {
-    std::string name = info.param.filename().string();
-    for (char& c : name) {
-        c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
-    }
-    return name;
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, References, testing::ValuesIn(files()), nameOf);

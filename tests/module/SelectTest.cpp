@@ -288,8 +288,6 @@ TEST(Select, TypedValuesOfFiles) {
     EXPECT_EQ(savedRecords(file), kRecords);
 }
 
-} // namespace
-
 TEST(Select, HoldsNothingOnceMovedFrom) {
     IfcValue from;
     from.setIfcLabel("Oak");
@@ -301,3 +299,5 @@ TEST(Select, HoldsNothingOnceMovedFrom) {
     EXPECT_STREQ("IfcLabel", from.underlyingTypeName());
     EXPECT_EQ(IfcValue::eUnset, to.tag()); // NOLINT(bugprone-use-after-move)
 }
+
+} // namespace

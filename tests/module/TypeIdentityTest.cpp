@@ -39,11 +39,7 @@ TEST(TypeIdentity, OfOneInstance) {
 /// The chains that the classes spell out agree with the supertypes that the dictionary has, for every pair of the 653.
 TEST(TypeIdentity, OfEveryEntityFollowsTheDictionary) {
     const KpIfcFile file = emptyFile();
-    const KpIfcSchema& schema = file.model()->schema();
-    std::vector<const KpIfcEntityType*> types;
-    for (const Dictionary::Entry& entry : schema.entities().entries()) {
-        types.push_back(schema.findEntity(entry.name));
-    }
+    const std::vector<const KpIfcEntityType*> types = entityTypes(file.model()->schema());
     ASSERT_EQ(types.size(), 653u);
     for (const KpIfcEntityType* type : types) {
         const std::unique_ptr<KpIfcEntityBase> instance(type->createInstance());

@@ -1,12 +1,10 @@
 #include "PropertyObjects.h"
 
 #include "Failure.h"
+#include "Labels.h"
 #include "SchemaNames.h"
 #include "Targets.h"
 #include "Utf8.h"
-
-#include <KpIfcCore/KpIfcAttributeAccess.h>
-#include <KpIfcCore/KpStepText.h>
 
 #include <fmt/format.h>
 
@@ -16,10 +14,8 @@ namespace kpifc {
 
 namespace {
 
-/// The supertype of all that has properties, and what tells its instances apart.
+/// The supertype of all that has properties.
 constexpr const char* kObjects = "IfcObjectDefinition";
-constexpr const char* kGlobalId = "GlobalId";
-constexpr const char* kName = "Name";
 
 [[noreturn]] void refuse(const KpIfcEntityType& entity) {
     throw Failure(fmt::format("{} is no type of objects, which have properties", entity.displayName()));
@@ -29,16 +25,9 @@ constexpr const char* kName = "Name";
 
 ObjectIdentity::ObjectIdentity(const KpIfcEntityBase& object)
     : id(object.instanceName()), type(object.getInstanceType()->displayName()) {
-    KpIfcVariant value;
-    if (peekAttribute(object, kGlobalId, value)) {
-        const KpIfcGUID* own = value.getIf<KpIfcGUID>();
-        globalId = own && !own->isUnset() ? own->constStr() : "";
-    }
-    const char* const* text = peekAttribute(object, kName, value) ? value.getIf<const char*>() : nullptr;
-    if (text && !KpAnsiString(*text).isUnset()) {
-        const std::string_view held = KpAnsiString::viewOf(*text);
-        name = object.owningModel()->textIsUtf8() ? std::string(held) : KpStepText::decode(held);
-    }
+    const Labels labels(*object.owningModel());
+    globalId = labels.globalId(object).value_or("");
+    name = labels.name(object).value_or("");
 }
 
 std::vector<const KpIfcEntityBase*> propertyObjects(const KpIfcModel& model, const std::optional<std::string>& name) {

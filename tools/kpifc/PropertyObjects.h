@@ -8,7 +8,7 @@
 
 namespace kpifc {
 
-/// How an object is told from others; texts are UTF-8, "" where there is none.
+/// How an object of a model is told from others; texts are UTF-8, "" where there is none.
 struct ObjectIdentity {
     explicit ObjectIdentity(const KP_SDAI::KpIfcEntityBase& object);
 

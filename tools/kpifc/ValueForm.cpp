@@ -22,7 +22,7 @@ std::string_view ValueForm::field(ModelNodes::Node node, std::size_t field) {
     const KpIfcAttributeFacts* row = m_nodes.row(node, field);
     KpIfcVariant value;
     readAttribute(*m_nodes.instance(node), *row, value);
-    walk(value, true);
+    ValueWalk(*this).walk(value, true);
     if (!m_starts.empty()) {
         for (std::size_t i = 0; i + 1 < m_starts.size(); ++i) {
             m_members.push_back(std::string_view(m_out).substr(m_starts[i], m_starts[i + 1] - m_starts[i]));

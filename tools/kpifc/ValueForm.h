@@ -12,7 +12,7 @@ namespace kpifc {
 
 /// Values of fields as bytes that are equal exactly where the values are: texts decoded, members of sets in an order
 /// of their own, references by the key of the instance that they lead to. Not for people.
-class ValueForm : private ValueWalk<ValueForm> {
+class ValueForm {
 public:
     /// `keys`: of every node; equal keys stand for the same instance. Both are referred to.
     ValueForm(const ModelNodes& nodes, const std::vector<std::uint64_t>& keys)

@@ -1,6 +1,7 @@
 #include "ValueJson.h"
 
 #include "JsonText.h"
+#include "ValueWalk.h"
 
 #include <KpIfcCore/KpStepText.h>
 
@@ -8,42 +9,53 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
-void ValueJson::real(double value) {
-    json::appendNumber(m_out, value);
-}
+namespace {
 
-void ValueJson::integer(int value) {
-    json::appendNumber(m_out, value);
-}
+struct Writer {
+    std::string& out;
+    bool isUtf8;
 
-void ValueJson::truth(KpIfcLogical value) {
-    constexpr const char* texts[] = {"false", "true", "\"UNKNOWN\""};
-    m_out += texts[value.code()];
-}
-
-void ValueJson::text(std::string_view value) {
-    json::appendText(m_out, m_isUtf8 ? value : KpStepText::decode(value));
-}
-
-void ValueJson::literal(const char* value) {
-    m_out += '"';
-    m_out += value;
-    m_out += '"';
-}
-
-void ValueJson::reference(const KpDbObjectId& value) {
-    if (!value.isDefined()) {
-        return null();
+    void null() { out += "null"; }
+    void real(double value) { json::appendNumber(out, value); }
+    void integer(int value) { json::appendNumber(out, value); }
+    void truth(KpIfcLogical value) {
+        constexpr const char* texts[] = {"false", "true", "\"UNKNOWN\""};
+        out += texts[value.code()];
     }
-    m_out += "{\"ref\":";
-    json::appendNumber(m_out, value.instanceName());
-    m_out += '}';
-}
+    void text(std::string_view value) { json::appendText(out, isUtf8 ? value : KpStepText::decode(value)); }
+    void literal(const char* value) {
+        out += '"';
+        out += value;
+        out += '"';
+    }
+    void reference(const KpDbObjectId& value) {
+        if (!value.isDefined()) {
+            return null();
+        }
+        out += "{\"ref\":";
+        json::appendNumber(out, value.instanceName());
+        out += '}';
+    }
+    void beginTyped(const char* name) {
+        out += "{\"type\":";
+        json::appendText(out, name);
+        out += ",\"value\":";
+    }
+    void endTyped() { out += '}'; }
+    void beginList() { out += '['; }
+    void nextItem() {
+        if (out.back() != '[') {
+            out += ',';
+        }
+    }
+    void endList() { out += ']'; }
+};
 
-void ValueJson::beginTyped(const char* name) {
-    m_out += "{\"type\":";
-    json::appendText(m_out, name);
-    m_out += ",\"value\":";
+} // namespace
+
+void ValueJson::attribute(const KpIfcVariant& value, bool isNamedAggregation) {
+    Writer writer{m_out, m_isUtf8};
+    ValueWalk(writer).walk(value, isNamedAggregation);
 }
 
 } // namespace kpifc

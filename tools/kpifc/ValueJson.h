@@ -1,9 +1,8 @@
 #pragma once
 
-#include "ValueWalk.h"
+#include <KpIfcCore/KpIfcVariant.h>
 
 #include <string>
-#include <string_view>
 
 namespace kpifc {
 
@@ -19,34 +18,16 @@ namespace kpifc {
 ///     aggregate                  an array, empty where the attribute is unset
 ///
 /// null stands for no value, also of a defined type that is an aggregate, and for references to no instance.
-class ValueJson : private ValueWalk<ValueJson> {
+class ValueJson {
 public:
     /// `isUtf8`: whether texts of the model are UTF-8, else they are encoded as in files.
     ValueJson(std::string& out, bool isUtf8) : m_out(out), m_isUtf8(isUtf8) {}
 
-    /// `isNamedAggregation`: whether the attribute is declared by the name of a defined type that is an aggregation.
-    void attribute(const KP_SDAI::KpIfcVariant& value, bool isNamedAggregation) { walk(value, isNamedAggregation); }
+    /// A value that KpIfcEntityBase::getAttr() gave. `isNamedAggregation`: whether the attribute is declared by the
+    /// name of a defined type that is an aggregation.
+    void attribute(const KP_SDAI::KpIfcVariant& value, bool isNamedAggregation);
 
 private:
-    friend class ValueWalk<ValueJson>;
-
-    void null() { m_out += "null"; }
-    void real(double value);
-    void integer(int value);
-    void truth(KP_SDAI::KpIfcLogical value);
-    void text(std::string_view value);
-    void literal(const char* value);
-    void reference(const KP_SDAI::KpDbObjectId& value);
-    void beginTyped(const char* name);
-    void endTyped() { m_out += '}'; }
-    void beginList() { m_out += '['; }
-    void nextItem() {
-        if (m_out.back() != '[') {
-            m_out += ',';
-        }
-    }
-    void endList() { m_out += ']'; }
-
     std::string& m_out;
     bool m_isUtf8;
 };

@@ -1,5 +1,7 @@
 #include "ValueStep.h"
 
+#include "ValueWalk.h"
+
 #include <KpIfcCore/KpStepText.h>
 #include <KpIfcCore/KpTextCase.h>
 
@@ -7,60 +9,76 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
-void ValueStep::real(double value) {
-    if (!std::isfinite(value)) {
-        return null();
+namespace {
+
+struct Writer {
+    std::string& out;
+    bool isUtf8;
+    bool isBinary;
+    std::size_t typedStart = 0; ///< typed values do not nest
+    std::size_t typedValue = 0;
+
+    void null() { out += '$'; }
+    void real(double value) {
+        if (!std::isfinite(value)) {
+            return null();
+        }
+        char digits[KpStepText::kRealRoom];
+        out.append(digits, KpStepText::writeReal(value, digits));
     }
-    char digits[KpStepText::kRealRoom];
-    m_out.append(digits, KpStepText::writeReal(value, digits));
-}
-
-void ValueStep::integer(int value) {
-    m_out += std::to_string(value);
-}
-
-void ValueStep::truth(KpIfcLogical value) {
-    constexpr const char* texts[] = {".F.", ".T.", ".U."};
-    m_out += texts[value.code()];
-}
-
-void ValueStep::text(std::string_view value) {
-    const char quote = m_isBinary ? '"' : '\'';
-    m_out += quote;
-    if (m_isBinary || (!m_isUtf8 && KpStepText::isEncoded(value))) {
-        m_out += value;
-    } else {
-        KpStepText::encode(value, m_out);
+    void integer(int value) { out += std::to_string(value); }
+    void truth(KpIfcLogical value) {
+        constexpr const char* texts[] = {".F.", ".T.", ".U."};
+        out += texts[value.code()];
     }
-    m_out += quote;
-}
-
-void ValueStep::literal(const char* value) {
-    m_out += '.';
-    m_out += value;
-    m_out += '.';
-}
-
-void ValueStep::reference(const KpDbObjectId& value) {
-    m_out += '#';
-    m_out += std::to_string(value.instanceName());
-}
-
-void ValueStep::beginTyped(const char* name) {
-    m_typedStart = m_out.size();
-    for (; *name; ++name) {
-        m_out += upperAscii(*name);
+    void text(std::string_view value) {
+        const char quote = isBinary ? '"' : '\'';
+        out += quote;
+        if (isBinary || (!isUtf8 && KpStepText::isEncoded(value))) {
+            out += value;
+        } else {
+            KpStepText::encode(value, out);
+        }
+        out += quote;
     }
-    m_out += '(';
-    m_typedValue = m_out.size();
-}
-
-void ValueStep::endTyped() {
-    if (std::string_view(m_out).substr(m_typedValue) == "$") { // an alternative without a value is no value
-        m_out.resize(m_typedStart);
-        return null();
+    void literal(const char* value) {
+        out += '.';
+        out += value;
+        out += '.';
     }
-    m_out += ')';
+    void reference(const KpDbObjectId& value) {
+        out += '#';
+        out += std::to_string(value.instanceName());
+    }
+    void beginTyped(const char* name) {
+        typedStart = out.size();
+        for (; *name; ++name) {
+            out += upperAscii(*name);
+        }
+        out += '(';
+        typedValue = out.size();
+    }
+    void endTyped() {
+        if (std::string_view(out).substr(typedValue) == "$") { // an alternative without a value is no value
+            out.resize(typedStart);
+            return null();
+        }
+        out += ')';
+    }
+    void beginList() { out += '('; }
+    void nextItem() {
+        if (out.back() != '(') {
+            out += ',';
+        }
+    }
+    void endList() { out += ')'; }
+};
+
+} // namespace
+
+void ValueStep::attribute(const KpIfcVariant& value, bool isOptional, bool isBinary) {
+    Writer writer{m_out, m_isUtf8, isBinary};
+    ValueWalk(writer).walk(value, isOptional);
 }
 
 } // namespace kpifc

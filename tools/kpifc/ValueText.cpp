@@ -1,55 +1,78 @@
 #include "ValueText.h"
 
 #include "Files.h"
+#include "ValueWalk.h"
 
 #include <KpIfcCore/KpStepText.h>
 
 #include <fmt/format.h>
 
+#include <vector>
+
 using namespace KP_SDAI;
 
 namespace kpifc {
 
-void ValueText::real(double value) {
-    m_out += fmt::format("{}", value);
-}
+namespace {
 
-void ValueText::truth(KpIfcLogical value) {
-    constexpr const char* texts[] = {"false", "true", "unknown"};
-    m_out += texts[value.code()];
-}
+struct List {
+    std::size_t count = 0;
+    std::size_t cut = 0; ///< where in the text what is not shown begins
+};
 
-void ValueText::text(std::string_view value) {
-    m_out += quotedName(m_isUtf8 ? value : KpStepText::decode(value));
-}
+struct Writer {
+    std::string& out;
+    const Labels& labels;
+    bool isUtf8;
+    std::optional<std::size_t> most;
+    std::vector<List> lists = {}; ///< that are being written, the outermost first
 
-void ValueText::reference(const KpDbObjectId& value) {
-    if (m_lists.empty() || !m_most || m_lists.back().count <= *m_most) { // what is cut off needs no label
-        m_out += m_labels.reference(value);
+    void null() { out += '-'; }
+    void real(double value) { out += fmt::format("{}", value); }
+    void integer(int value) { out += std::to_string(value); }
+    void truth(KpIfcLogical value) {
+        constexpr const char* texts[] = {"false", "true", "unknown"};
+        out += texts[value.code()];
     }
-}
-
-void ValueText::beginList() {
-    m_out += '[';
-    m_lists.emplace_back();
-}
-
-void ValueText::nextItem() {
-    List& list = m_lists.back();
-    if (m_most && list.count == *m_most) {
-        list.cut = m_out.size();
+    void text(std::string_view value) { out += quotedName(isUtf8 ? value : KpStepText::decode(value)); }
+    void literal(const char* value) { out += value; }
+    void reference(const KpDbObjectId& value) {
+        if (lists.empty() || !most || lists.back().count <= *most) { // what is cut off needs no label
+            out += labels.reference(value);
+        }
     }
-    m_out += list.count++ ? ", " : "";
-}
-
-void ValueText::endList() {
-    const List list = m_lists.back();
-    m_lists.pop_back();
-    if (list.cut) {
-        m_out.resize(list.cut);
-        m_out += ", ... " + grouped(list.count) + " in all";
+    void beginTyped(const char* name) {
+        out += name;
+        out += ' ';
     }
-    m_out += ']';
+    void endTyped() {}
+    void beginList() {
+        out += '[';
+        lists.emplace_back();
+    }
+    void nextItem() {
+        List& list = lists.back();
+        if (most && list.count == *most) {
+            list.cut = out.size();
+        }
+        out += list.count++ ? ", " : "";
+    }
+    void endList() {
+        const List list = lists.back();
+        lists.pop_back();
+        if (list.cut) {
+            out.resize(list.cut);
+            out += ", ... " + grouped(list.count) + " in all";
+        }
+        out += ']';
+    }
+};
+
+} // namespace
+
+void ValueText::attribute(const KpIfcVariant& value) {
+    Writer writer{m_out, m_labels, m_isUtf8, m_most};
+    ValueWalk(writer).walk(value, true);
 }
 
 } // namespace kpifc

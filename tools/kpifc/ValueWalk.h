@@ -13,7 +13,7 @@
 
 namespace kpifc {
 
-/// Tells a writer what is in an attribute value that KpIfcEntityBase::getAttr() gave. Derived classes write:
+/// Tells a writer what is in an attribute value that KpIfcEntityBase::getAttr() gave. A writer has:
 ///
 ///     null()                              no value
 ///     real(double), integer(int)          real: also infinite or no number
@@ -26,12 +26,14 @@ namespace kpifc {
 template <class Writer>
 class ValueWalk {
 public:
+    explicit ValueWalk(Writer& writer) : m_writer(writer) {}
+
     /// `emptyIsNull`: whether an aggregate without elements is no value.
     void walk(const KP_SDAI::KpIfcVariant& value, bool emptyIsNull) {
         using namespace KP_SDAI;
         const KpIfcVariantType* type = value.type();
         if (!type) {
-            writer().null();
+            m_writer.null();
         } else if (const double* real = value.getIf<double>()) {
             walk(*real);
         } else if (const char* const* text = value.getIf<const char*>()) {
@@ -53,39 +55,37 @@ public:
         } else if (const KpIfcSelect* select = type->select(value.data())) {
             walk(*select);
         } else if (const KpIfcAggr* aggregate = type->aggregate(value.data())) {
-            emptyIsNull && aggregate->empty() ? writer().null() : walk(*aggregate);
+            emptyIsNull && aggregate->empty() ? m_writer.null() : walk(*aggregate);
         } else {
-            writer().null();
+            m_writer.null();
         }
     }
 
 private:
-    Writer& writer() { return static_cast<Writer&>(*this); }
-
-    void walk(double value) { value == Consts::KpRealUnset ? writer().null() : writer().real(value); }
-    void walk(int value) { value == Consts::KpIntUnset ? writer().null() : writer().integer(value); }
+    void walk(double value) { value == Consts::KpRealUnset ? m_writer.null() : m_writer.real(value); }
+    void walk(int value) { value == Consts::KpIntUnset ? m_writer.null() : m_writer.integer(value); }
     void walk(KP_SDAI::KpIfcBoolean value) {
-        value.isSet() ? writer().truth(KP_SDAI::KpIfcLogical(value.isTrue())) : writer().null();
+        value.isSet() ? m_writer.truth(KP_SDAI::KpIfcLogical(value.isTrue())) : m_writer.null();
     }
-    void walk(KP_SDAI::KpIfcLogical value) { value.isSet() ? writer().truth(value) : writer().null(); }
+    void walk(KP_SDAI::KpIfcLogical value) { value.isSet() ? m_writer.truth(value) : m_writer.null(); }
     void walk(const KP_SDAI::KpAnsiString& value) { walkText(value.view()); }
-    void walk(const KP_SDAI::KpDbObjectId& value) { value.isNull() ? writer().null() : writer().reference(value); }
+    void walk(const KP_SDAI::KpDbObjectId& value) { value.isNull() ? m_writer.null() : m_writer.reference(value); }
     void walkText(std::string_view value) {
-        value == std::string_view(Consts::KpStringUnset, Consts::KpStringUnsetLength) ? writer().null()
-                                                                                      : writer().text(value);
+        value == std::string_view(Consts::KpStringUnset, Consts::KpStringUnsetLength) ? m_writer.null()
+                                                                                      : m_writer.text(value);
     }
-    void walkLiteral(const char* value) { value ? writer().literal(value) : writer().null(); }
+    void walkLiteral(const char* value) { value ? m_writer.literal(value) : m_writer.null(); }
 
     void walk(const KP_SDAI::KpIfcSelect& select) {
         KP_SDAI::KpDbObjectId handle;
         if (select.isNull()) {
-            writer().null();
+            m_writer.null();
         } else if (select.getHandle(handle)) {
             walk(handle);
         } else {
-            writer().beginTyped(select.underlyingTypeName());
+            m_writer.beginTyped(select.underlyingTypeName());
             walkTyped(select);
-            writer().endTyped();
+            m_writer.endTyped();
         }
     }
 
@@ -109,7 +109,7 @@ private:
         } else if (const KP_SDAI::KpIfcAggr* aggregate = select.getAggregate()) {
             walk(*aggregate);
         } else {
-            writer().null();
+            m_writer.null();
         }
     }
 
@@ -131,23 +131,25 @@ private:
 
     template <class T>
     void elements(const KP_SDAI::KpIfcAggr& aggregate) {
-        writer().beginList();
+        m_writer.beginList();
         for (const T& element : static_cast<const KP_SDAI::KpIfcAggrElements<T>&>(*aggregate.implementation())) {
-            writer().nextItem();
+            m_writer.nextItem();
             walk(element);
         }
-        writer().endList();
+        m_writer.endList();
     }
 
     void selects(const KP_SDAI::KpIfcAggr& aggregate) {
-        writer().beginList();
+        m_writer.beginList();
         KP_SDAI::KpIfcVariant element;
         for (std::size_t i = 0; aggregate.implementation()->getElement(i, element); ++i) {
-            writer().nextItem();
+            m_writer.nextItem();
             walk(element, false);
         }
-        writer().endList();
+        m_writer.endList();
     }
+
+    Writer& m_writer;
 };
 
 } // namespace kpifc

@@ -45,6 +45,12 @@ protected:
     std::size_t m_position = 0;
 };
 
+/// A new iterator over the elements of `imp`; null where `aggr` is nil or has another implementation.
+template <class Iterator, class Imp>
+Iterator* iteratorOver(const KpIfcAggr& aggr, Imp& imp) {
+    return aggr.isNil() || aggr.implementation() != &imp ? nullptr : new Iterator(imp);
+}
+
 } // namespace detail
 
 /// Iterators over lists (tag std::list) and arrays (tag std::vector); the tag names the kind, not the storage.

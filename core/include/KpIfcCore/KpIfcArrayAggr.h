@@ -12,29 +12,19 @@ class KpIfcArrayAggr : public KpIfcPositionedAggr<T> {
 public:
     using Family = KpIfcArrayAggr; ///< of the bounded classes, too
 
-    class KpIfcArrayAggrImp : public KpIfcOrderedAggrImp<T> {
+    class KpIfcArrayAggrImp : public KpIfcAggrImpOf<KpIfcArrayAggrImp, KpIfcOrderedAggrImp<T>,
+                                                    KpIfcAggrContainerType::array, 0, kOpenBound> {
     public:
-        constexpr explicit KpIfcArrayAggrImp(KpIfcAggrImp::Room room) : KpIfcOrderedAggrImp<T>(room) {}
+        using KpIfcArrayAggrImp::KpIfcAggrImpOf::KpIfcAggrImpOf;
         KpIfcAggrIterator* createIterator(KpIfcAggr& aggr) override {
-            if (aggr.isNil() || aggr.implementation() != this) return nullptr;
-            return new KpIfcAggrIteratorImp<std::vector, T>(*this);
+            return detail::iteratorOver<KpIfcAggrIteratorImp<std::vector, T>>(aggr, *this);
         }
         KpIfcAggrConstIterator* createConstIterator(const KpIfcAggr& aggr) const override {
-            if (aggr.isNil() || aggr.implementation() != this) return nullptr;
-            return new KpIfcAggrConstIteratorImp<std::vector, T>(*this);
-        }
-        int lowerBound() const override { return 0; }
-        int upperBound() const override { return kOpenBound; }
-        KpIfcAggrContainerType aggrContainerType() const override { return KpIfcAggrContainerType::array; }
-        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcArrayAggrImp, 1, 0>::get(); }
-
-    protected:
-        KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
-            return this->template createAs<KpIfcArrayAggrImp>(arena, room);
+            return detail::iteratorOver<KpIfcAggrConstIteratorImp<std::vector, T>>(aggr, *this);
         }
     };
 
-    KpIfcArrayAggr() : KpIfcArrayAggr(KpIfcAggrImpDummy<T, KpIfcArrayAggrImp, 1, 0>::get()) {}
+    KpIfcArrayAggr() : KpIfcArrayAggr(KpIfcArrayAggrImp::nil()) {}
     KpIfcArrayAggr(const KpIfcArrayAggr&) = default;
     KpIfcArrayAggr& operator=(const KpIfcArrayAggr& other) {
         this->copy(other);
@@ -49,20 +39,14 @@ protected:
 template <class T, int lo, int hi>
 class KpIfcArrayAggrBounded : public KpIfcArrayAggr<T> {
 public:
-    class KpIfcArrayBoundedImp : public KpIfcArrayAggr<T>::KpIfcArrayAggrImp {
+    class KpIfcArrayBoundedImp
+        : public KpIfcAggrImpOf<KpIfcArrayBoundedImp, typename KpIfcArrayAggr<T>::KpIfcArrayAggrImp,
+                                KpIfcAggrContainerType::array, lo, hi> {
     public:
-        constexpr explicit KpIfcArrayBoundedImp(KpIfcAggrImp::Room room) : KpIfcArrayAggr<T>::KpIfcArrayAggrImp(room) {}
-        int lowerBound() const override { return lo; }
-        int upperBound() const override { return hi; }
-        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcArrayBoundedImp, 1, 0>::get(); }
-
-    protected:
-        KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
-            return this->template createAs<KpIfcArrayBoundedImp>(arena, room);
-        }
+        using KpIfcArrayBoundedImp::KpIfcAggrImpOf::KpIfcAggrImpOf;
     };
 
-    KpIfcArrayAggrBounded() : KpIfcArrayAggr<T>(KpIfcAggrImpDummy<T, KpIfcArrayBoundedImp, 1, 0>::get()) {}
+    KpIfcArrayAggrBounded() : KpIfcArrayAggr<T>(KpIfcArrayBoundedImp::nil()) {}
     KpIfcArrayAggrBounded(const KpIfcArrayAggrBounded&) = default;
     KpIfcArrayAggrBounded& operator=(const KpIfcArrayAggrBounded& other) {
         this->copy(other);

@@ -41,8 +41,8 @@ public:
     // Attributes by name, in any letter case. The classes of a schema override the public ones; what is true of all:
     //
     //  - a model whose mode is kAccessUndefined throws KpIfcException 190 where something is read, one whose mode is
-    //  not
-    //    kReadWrite throws 180 where something is changed; nothing has changed then. Without a model all is allowed;
+    //    not kReadWrite throws 180 where something is changed; nothing has changed then. Without a model all is
+    //    allowed;
     //  - own and inherited explicit attributes are known, redeclared ones as the supertype's; inverse ones to getAttr()
     //    only; derived ones not at all;
     //  - nothing is checked but the type of the value: not bounds, not the entity of an instance that is referred to.

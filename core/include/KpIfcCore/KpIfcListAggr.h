@@ -14,29 +14,19 @@ class KpIfcListAggr : public KpIfcPositionedAggr<T> {
 public:
     using Family = KpIfcListAggr; ///< of the bounded classes, too
 
-    class KpIfcListAggrImp : public KpIfcOrderedAggrImp<T> {
+    class KpIfcListAggrImp
+        : public KpIfcAggrImpOf<KpIfcListAggrImp, KpIfcOrderedAggrImp<T>, KpIfcAggrContainerType::list, 0, kOpenBound> {
     public:
-        constexpr explicit KpIfcListAggrImp(KpIfcAggrImp::Room room) : KpIfcOrderedAggrImp<T>(room) {}
+        using KpIfcListAggrImp::KpIfcAggrImpOf::KpIfcAggrImpOf;
         KpIfcAggrIterator* createIterator(KpIfcAggr& aggr) override {
-            if (aggr.isNil() || aggr.implementation() != this) return nullptr;
-            return new KpIfcAggrIteratorImp<std::list, T>(*this);
+            return detail::iteratorOver<KpIfcAggrIteratorImp<std::list, T>>(aggr, *this);
         }
         KpIfcAggrConstIterator* createConstIterator(const KpIfcAggr& aggr) const override {
-            if (aggr.isNil() || aggr.implementation() != this) return nullptr;
-            return new KpIfcAggrConstIteratorImp<std::list, T>(*this);
-        }
-        int lowerBound() const override { return 0; }
-        int upperBound() const override { return kOpenBound; }
-        KpIfcAggrContainerType aggrContainerType() const override { return KpIfcAggrContainerType::list; }
-        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcListAggrImp, 2, 0>::get(); }
-
-    protected:
-        KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
-            return this->template createAs<KpIfcListAggrImp>(arena, room);
+            return detail::iteratorOver<KpIfcAggrConstIteratorImp<std::list, T>>(aggr, *this);
         }
     };
 
-    KpIfcListAggr() : KpIfcListAggr(KpIfcAggrImpDummy<T, KpIfcListAggrImp, 2, 0>::get()) {}
+    KpIfcListAggr() : KpIfcListAggr(KpIfcListAggrImp::nil()) {}
     KpIfcListAggr(const KpIfcListAggr&) = default;
     KpIfcListAggr& operator=(const KpIfcListAggr& other) {
         this->copy(other);
@@ -51,23 +41,14 @@ protected:
 template <class T, int lo, int hi>
 class KpIfcListAggrBounded : public KpIfcListAggr<T> {
 public:
-    class KpIfcListAggrBoundedImp : public KpIfcListAggr<T>::KpIfcListAggrImp {
+    class KpIfcListAggrBoundedImp
+        : public KpIfcAggrImpOf<KpIfcListAggrBoundedImp, typename KpIfcListAggr<T>::KpIfcListAggrImp,
+                                KpIfcAggrContainerType::list, lo, hi> {
     public:
-        constexpr explicit KpIfcListAggrBoundedImp(KpIfcAggrImp::Room room)
-            : KpIfcListAggr<T>::KpIfcListAggrImp(room) {}
-        int lowerBound() const override { return lo; }
-        int upperBound() const override { return hi; }
-        KpIfcAggrImp* placeholder() const override {
-            return KpIfcAggrImpDummy<T, KpIfcListAggrBoundedImp, 2, 0>::get();
-        }
-
-    protected:
-        KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
-            return this->template createAs<KpIfcListAggrBoundedImp>(arena, room);
-        }
+        using KpIfcListAggrBoundedImp::KpIfcAggrImpOf::KpIfcAggrImpOf;
     };
 
-    KpIfcListAggrBounded() : KpIfcListAggr<T>(KpIfcAggrImpDummy<T, KpIfcListAggrBoundedImp, 2, 0>::get()) {}
+    KpIfcListAggrBounded() : KpIfcListAggr<T>(KpIfcListAggrBoundedImp::nil()) {}
     KpIfcListAggrBounded(const KpIfcListAggrBounded&) = default;
     KpIfcListAggrBounded& operator=(const KpIfcListAggrBounded& other) {
         this->copy(other);

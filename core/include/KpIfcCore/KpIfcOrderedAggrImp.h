@@ -1,8 +1,8 @@
 #pragma once
 
-#include <KpIfcCore/KpIfcAggr.h>
 #include <KpIfcCore/KpIfcAggrIterator.h>
 #include <KpIfcCore/KpIfcException.h>
+#include <KpIfcCore/KpIfcTypedAggr.h>
 
 namespace KP_SDAI {
 

@@ -44,8 +44,8 @@ struct KpIfcMeasure {
 /// One value. Nothing of it points into an instance; handles are good while the model lives.
 struct KpIfcPropertyValue {
     std::string set; ///< UTF-8; that of its entity where the set has no name
-    std::string
-        name; ///< UTF-8; of a part of a complex property or quantity with the names above it: "Layers/Core/Width"
+    /// UTF-8; of a part of a complex property or quantity with the names above it: "Layers/Core/Width".
+    std::string name;
     KpIfcPropertyValueKind kind = KpIfcPropertyValueKind::single;
     /// double, int, KpIfcBoolean, KpIfcLogical, KpDbObjectId; texts and literals are KcString; arrays are
     /// KpIfcArray<KpIfcVariant>. Empty where there is no value.

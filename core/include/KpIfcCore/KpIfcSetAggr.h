@@ -1,7 +1,7 @@
 #pragma once
 
-#include <KpIfcCore/KpIfcAggr.h>
 #include <KpIfcCore/KpIfcAggrIterator.h>
+#include <KpIfcCore/KpIfcTypedAggr.h>
 
 #include <algorithm>
 #include <set>
@@ -82,29 +82,19 @@ class KpIfcSetAggr : public KpIfcTypedAggr<T, KpIfcUnOrderedAggr, KpIfcUnordered
 public:
     using Family = KpIfcSetAggr; ///< of the bounded classes, too
 
-    class KpIfcSetAggrImp : public KpIfcUnorderedAggrImp<T> {
+    class KpIfcSetAggrImp
+        : public KpIfcAggrImpOf<KpIfcSetAggrImp, KpIfcUnorderedAggrImp<T>, KpIfcAggrContainerType::set, 0, kOpenBound> {
     public:
-        constexpr explicit KpIfcSetAggrImp(KpIfcAggrImp::Room room) : KpIfcUnorderedAggrImp<T>(room) {}
+        using KpIfcSetAggrImp::KpIfcAggrImpOf::KpIfcAggrImpOf;
         KpIfcAggrIterator* createIterator(KpIfcAggr& aggr) override {
-            if (aggr.isNil() || aggr.implementation() != this) return nullptr;
-            return new KpIfcAggrSetInteratorImp<std::set, T>(*this);
+            return detail::iteratorOver<KpIfcAggrSetInteratorImp<std::set, T>>(aggr, *this);
         }
         KpIfcAggrConstIterator* createConstIterator(const KpIfcAggr& aggr) const override {
-            if (aggr.isNil() || aggr.implementation() != this) return nullptr;
-            return new KpIfcAggrSetConstIteratorImp<std::set, T>(*this);
-        }
-        int lowerBound() const override { return 0; }
-        int upperBound() const override { return kOpenBound; }
-        KpIfcAggrContainerType aggrContainerType() const override { return KpIfcAggrContainerType::set; }
-        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcSetAggrImp, 3, 1>::get(); }
-
-    protected:
-        KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
-            return this->template createAs<KpIfcSetAggrImp>(arena, room);
+            return detail::iteratorOver<KpIfcAggrSetConstIteratorImp<std::set, T>>(aggr, *this);
         }
     };
 
-    KpIfcSetAggr() : KpIfcSetAggr(KpIfcAggrImpDummy<T, KpIfcSetAggrImp, 3, 1>::get()) {}
+    KpIfcSetAggr() : KpIfcSetAggr(KpIfcSetAggrImp::nil()) {}
     KpIfcSetAggr(const KpIfcSetAggr&) = default;
     KpIfcSetAggr& operator=(const KpIfcSetAggr& other) {
         this->copy(other);
@@ -129,20 +119,14 @@ protected:
 template <class T, int lo, int hi>
 class KpIfcSetAggrBounded : public KpIfcSetAggr<T> {
 public:
-    class KpIfcSetAggrBoundedImp : public KpIfcSetAggr<T>::KpIfcSetAggrImp {
+    class KpIfcSetAggrBoundedImp
+        : public KpIfcAggrImpOf<KpIfcSetAggrBoundedImp, typename KpIfcSetAggr<T>::KpIfcSetAggrImp,
+                                KpIfcAggrContainerType::set, lo, hi> {
     public:
-        constexpr explicit KpIfcSetAggrBoundedImp(KpIfcAggrImp::Room room) : KpIfcSetAggr<T>::KpIfcSetAggrImp(room) {}
-        int lowerBound() const override { return lo; }
-        int upperBound() const override { return hi; }
-        KpIfcAggrImp* placeholder() const override { return KpIfcAggrImpDummy<T, KpIfcSetAggrBoundedImp, 3, 1>::get(); }
-
-    protected:
-        KpIfcAggrImp* create(KpArena* arena, std::size_t room) const override {
-            return this->template createAs<KpIfcSetAggrBoundedImp>(arena, room);
-        }
+        using KpIfcSetAggrBoundedImp::KpIfcAggrImpOf::KpIfcAggrImpOf;
     };
 
-    KpIfcSetAggrBounded() : KpIfcSetAggr<T>(KpIfcAggrImpDummy<T, KpIfcSetAggrBoundedImp, 3, 1>::get()) {}
+    KpIfcSetAggrBounded() : KpIfcSetAggr<T>(KpIfcSetAggrBoundedImp::nil()) {}
     KpIfcSetAggrBounded(const KpIfcSetAggrBounded&) = default;
     KpIfcSetAggrBounded& operator=(const KpIfcSetAggrBounded& other) {
         this->copy(other);

@@ -18,6 +18,7 @@ namespace KP_SDAI {
 class KpArena;
 class KpIfcEntityBase;
 class KpIfcEntityType;
+class LateReferences;
 class ModelData;
 class RecordReader;
 class RecordWriter;
@@ -120,6 +121,7 @@ public:
 
 private:
     friend class KpSpfReadHelper;
+    friend class KP_SDAI::LateReferences;
     friend class KP_SDAI::RecordReader;
     friend class KP_SDAI::RecordWriter;
 
@@ -138,7 +140,6 @@ private:
         KP_SDAI::KpIfcEntityBase* instance;
         std::uint64_t offsetAndField;
     };
-    struct TextCache;
 
     explicit KpSpfFilerBase(KP_SDAI::ModelData& data);
 
@@ -208,7 +209,7 @@ private:
     std::vector<FieldIssue> m_issues;
     std::vector<PendingField> m_pending;
     std::string m_decoded;
-    std::vector<TextCache> m_cache;
+    std::vector<const char*> m_sharedTexts; ///< by a hash of their characters; null where there is none
     std::vector<double> m_reals;
     std::vector<int> m_integers;
     std::vector<KP_SDAI::KpAnsiString> m_texts;

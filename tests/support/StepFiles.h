@@ -10,13 +10,14 @@
 std::string contentOf(const std::filesystem::path& path);
 /// Where a file for one test can stand; no other test and no other run of this one gets the same.
 std::filesystem::path temporaryPath(std::string_view name);
-/// A file with these lines in its data section.
+/// A STEP file with these lines in its data section.
 std::string stepFile(std::string_view records);
 /// The records of such a file; fails the test where it has another frame.
 std::string recordsOf(std::string_view content);
 
 /// A file read from a text; fails the test where it cannot be.
 KP_SDAI::KpIfcFile opened(std::string_view content);
+KP_SDAI::KpIfcFile openedRecords(std::string_view records);
 /// What would be written normalised; fails the test where it cannot be.
 std::string saved(KP_SDAI::KpIfcFile& file);
 /// What would be written with all that did not change left as it was; fails the test where it cannot be.

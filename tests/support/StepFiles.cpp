@@ -10,8 +10,9 @@ using namespace KP_SDAI;
 
 namespace {
 
-constexpr std::string_view kBegin = "ISO-10303-21;\nHEADER;\nFILE_DESCRIPTION((''),'2;1');\n"
-                                    "FILE_NAME('','',(''),(''),'','','');\nFILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n";
+constexpr std::string_view kBegin = "ISO-10303-21;\nHEADER;\nFILE_DESCRIPTION(('a test'),'2;1');\n"
+                                    "FILE_NAME('test.ifc','2026-01-02T03:04:05',('nobody'),('nowhere'),'','','');\n"
+                                    "FILE_SCHEMA(('IFC2X3'));\nENDSEC;\nDATA;\n";
 constexpr std::string_view kEnd = "ENDSEC;\nEND-ISO-10303-21;\n";
 
 } // namespace
@@ -28,12 +29,13 @@ std::filesystem::path temporaryPath(std::string_view name) {
 }
 
 std::string stepFile(std::string_view records) {
-    return std::string(kBegin) + std::string(records) + std::string(kEnd);
+    const bool isEnded = records.empty() || records.ends_with('\n');
+    return std::string(kBegin) + std::string(records) + (isEnded ? "" : "\n") + std::string(kEnd);
 }
 
 std::string recordsOf(std::string_view content) {
-    const bool framed = content.size() >= kBegin.size() + kEnd.size() && content.substr(0, kBegin.size()) == kBegin &&
-                        content.substr(content.size() - kEnd.size()) == kEnd;
+    const bool framed =
+        content.size() >= kBegin.size() + kEnd.size() && content.starts_with(kBegin) && content.ends_with(kEnd);
     EXPECT_TRUE(framed) << content.substr(0, 1000);
     return framed ? std::string(content.substr(kBegin.size(), content.size() - kBegin.size() - kEnd.size())) : "";
 }
@@ -42,6 +44,10 @@ KpIfcFile opened(std::string_view content) {
     KpIfcFile file;
     EXPECT_EQ(file.openMemory(content.data(), content.size()), KP::eOk) << file.error();
     return file;
+}
+
+KpIfcFile openedRecords(std::string_view records) {
+    return opened(stepFile(records));
 }
 
 std::string saved(KpIfcFile& file) {
