@@ -60,17 +60,18 @@ Json memoryOf(const FileFigures& file) {
 } // namespace
 
 std::string tableOf(const Figures& figures) {
-    constexpr const char* columns = "{:<34.34} {:>7} {:>9} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7}\n";
+    constexpr const char* columns = "{:<34.34} {:>7} {:>9} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7}\n";
     std::string table =
-        fmt::format(columns, "", "size", "instances", "open", "open", "write", "close", "inverse", "memory", "peak") +
-        fmt::format(columns, "file", "MB", "", "MB/s", "Minst/s", "MB/s", "MB/s", "ns/read", "B/inst", "/file");
+        fmt::format(columns, "", "size", "instances", "open", "open", "write", "save", "close", "inverse", "memory",
+                    "peak") +
+        fmt::format(columns, "file", "MB", "", "MB/s", "Minst/s", "MB/s", "MB/s", "MB/s", "ns/read", "B/inst", "/file");
     for (const FileFigures& file : figures.files) {
         const double size = megabytes(file);
         table += fmt::format(columns, file.name, cell(size, 2), file.instances, cell(ratio(size, file.open), 0),
                              cell(ratio(static_cast<double>(file.instances) / kMillion, file.open), 2),
-                             cell(ratio(size, file.write), 0), cell(ratio(size, file.close), 0),
-                             cell(inNanoseconds(file.inverse), 1), cell(bytesPerInstance(file), 0),
-                             cell(peakPerFile(file), 2));
+                             cell(ratio(size, file.write), 0), cell(ratio(size, file.save), 0),
+                             cell(ratio(size, file.close), 0), cell(inNanoseconds(file.inverse), 1),
+                             cell(bytesPerInstance(file), 0), cell(peakPerFile(file), 2));
     }
     if (figures.module) {
         table += fmt::format("module: load and initialise {:.2f} ms, unload {:.2f} ms\n",
@@ -88,6 +89,7 @@ std::string jsonOf(const Figures& figures) {
                          {"instances", file.instances},
                          {"open", speedOf(file, file.open)},
                          {"write", speedOf(file, file.write)},
+                         {"save", speedOf(file, file.save)},
                          {"close", speedOf(file, file.close)},
                          {"inverse", {{"cpuSecondsPerRead", orNull(file.inverse)}}},
                          {"memory", memoryOf(file)}});

@@ -13,6 +13,7 @@ struct FileFigures {
     std::uint64_t instances = 0;
     std::optional<double> open;
     std::optional<double> write;
+    std::optional<double> save;
     std::optional<double> close;
     std::optional<double> inverse;             ///< of reading one inverse attribute of one instance
     std::optional<std::uint64_t> peakMemory;   ///< bytes of a process that opens the file and does nothing else

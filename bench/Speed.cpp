@@ -6,10 +6,15 @@
 #include <KpIfcCore/KpIfcFile.h>
 #include <KpIfcCore/KpIfcInverseMembers.h>
 #include <KpIfcCore/KpIfcModule.h>
+#include <KpIfcCore/KpIfcVariant.h>
 
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
+#include <string>
 #include <vector>
+
+#include <unistd.h>
 
 using namespace KP_SDAI;
 
@@ -59,17 +64,30 @@ double secondsPerInverse(const KpIfcModel& model) {
     return seconds / static_cast<double>(reads);
 }
 
+/// Gives an instance in the middle another name.
+void edit(const KpIfcModel& model) {
+    std::vector<KpIfcEntityBase*> rooted;
+    for (KpIfcEntityBase* instance : model.instances("IfcRoot")) rooted.push_back(instance);
+    if (rooted.empty() || !rooted[rooted.size() / 2]->putAttr("Name", KpIfcVariant("edited"))) {
+        throw std::runtime_error("there is nothing to edit");
+    }
+}
+
 } // namespace
 
 void measureSpeed(const std::string& path, int runs, const Workloads& workloads, FileFigures& figures) {
     const std::shared_ptr<KpIfcModule> module = loadModule(); // so that opening does not load it each time
+    const std::filesystem::path target =
+        std::filesystem::temp_directory_path() / ("kpifc_bench_" + std::to_string(::getpid()) + ".ifc");
     std::vector<double> opens;
     std::vector<double> writes;
+    std::vector<double> saves;
     std::vector<double> closes;
     std::vector<double> inverses;
     for (int run = 0; run < runs; ++run) {
         double open = 0;
         double write = 0;
+        double save = 0;
         double close = 0;
         double inverse = 0;
         int rounds = 0;
@@ -87,6 +105,12 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
             if (workloads.inverse && rounds == 0) {
                 inverse = secondsPerInverse(*file.model());
             }
+            if (workloads.save) {
+                edit(*file.model());
+                const double edited = cpuSeconds();
+                require(file.save(target.string()), file);
+                save += cpuSeconds() - edited;
+            }
             const double before = cpuSeconds();
             file.close();
             close += cpuSeconds() - before;
@@ -95,6 +119,7 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
         }
         opens.push_back(open / rounds);
         writes.push_back(write / rounds);
+        saves.push_back(save / rounds);
         closes.push_back(close / rounds);
         inverses.push_back(inverse);
     }
@@ -104,6 +129,10 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
     if (workloads.write) {
         figures.write = median(writes);
     }
+    if (workloads.save) {
+        figures.save = median(saves);
+    }
+    std::filesystem::remove(target);
     if (workloads.close) {
         figures.close = median(closes);
     }

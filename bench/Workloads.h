@@ -4,11 +4,12 @@
 
 #include <string>
 
-/// What to do with each file. Writing and closing need an open file, so their cost includes opening it anew each time,
-/// but not their figures.
+/// What to do with each file. Writing, saving and closing need an open file, so their cost includes opening it anew
+/// each time, but not their figures.
 struct Workloads {
     bool open = false;
     bool write = false; ///< to memory
+    bool save = false;  ///< to a file, after one edit
     bool close = false;
     bool inverse = false; ///< every inverse attribute of every instance
     bool memory = false;
@@ -17,7 +18,7 @@ struct Workloads {
 
 /// All throw std::runtime_error where the work fails.
 
-/// Fills in the times of opening, writing and closing a file, and of reading its inverse attributes.
+/// Fills in the times of opening, writing, saving and closing a file, and of reading its inverse attributes.
 void measureSpeed(const std::string& path, int runs, const Workloads& workloads, FileFigures& figures);
 /// Fills in how much memory an open file takes, seen in a fresh child process. Counts what this process holds in memory
 /// when it is called, so it should be called before any other work.

@@ -40,6 +40,7 @@ Workloads workloadsFor(const std::vector<std::string>& only) {
     };
     return {.open = wanted("open"),
             .write = wanted("write"),
+            .save = wanted("save"),
             .close = wanted("close"),
             .inverse = wanted("inverse"),
             .memory = wanted("memory"),
@@ -64,7 +65,7 @@ Figures measure(const Arguments& arguments) {
     if (workloads.module) {
         figures.module = measureModule(arguments.runs);
     }
-    const bool speed = workloads.open || workloads.write || workloads.close || workloads.inverse;
+    const bool speed = workloads.open || workloads.write || workloads.save || workloads.close || workloads.inverse;
     for (std::size_t i = 0; speed && i < files.size(); ++i) {
         measureSpeed(files[i].path().string(), arguments.runs, workloads, figures.files[i]);
     }
@@ -77,10 +78,10 @@ static int run(int argc, char** argv) {
     CLI::App app("Measures reading and writing of STEP files.", "kpifc_bench");
     Arguments arguments;
     app.add_option("FILE", arguments.files, "STEP files, also compressed (.gz); else the samples that are found");
-    app.add_option("--only", arguments.only, "Workloads: open, write, close, inverse, memory, module; else all")
+    app.add_option("--only", arguments.only, "Workloads: open, write, save, close, inverse, memory, module; else all")
         ->allow_extra_args(false)
         ->delimiter(',')
-        ->check(CLI::IsMember({"open", "write", "close", "inverse", "memory", "module"}));
+        ->check(CLI::IsMember({"open", "write", "save", "close", "inverse", "memory", "module"}));
     app.add_option("--runs", arguments.runs, "Runs, of which medians are taken")->check(CLI::PositiveNumber);
     app.add_flag("--json", arguments.json, "Print one JSON object");
     CLI11_PARSE(app, argc, argv);
