@@ -8,8 +8,9 @@
 
 namespace KP_SDAI {
 
-Cascade::Cascade(const KpIfcSchema& schema, const ReferrerIndex& referrers, Leaving& leaving)
-    : m_referrers(referrers), m_leaving(leaving), m_object(schema.findEntity("IfcObjectDefinition")),
+Cascade::Cascade(const KpIfcSchema& schema, const ReferrerIndex& referrers, const TextReferences& texts,
+                 Leaving& leaving)
+    : m_referrers(referrers), m_texts(texts), m_leaving(leaving), m_object(schema.findEntity("IfcObjectDefinition")),
       m_feature(schema.findEntity("IfcFeatureElement")), m_relation(schema.findEntity("IfcRelationship")) {
     const auto add = [&](std::vector<Attribute>& to, std::string_view entity, std::string_view name) {
         const KpIfcEntityType* const owner = schema.findEntity(entity);
@@ -57,6 +58,8 @@ bool Cascade::keeps(KpIfcEntityBase& referrer, const KpIfcEntityBase& target) co
 }
 
 bool Cascade::isKept(KpIfcEntityBase& instance, const Used* ignored) const {
+    for (const KpDbObjectId& referrer : m_texts.to(instance.objectId()))
+        if (!m_leaving.contains(referrer)) return true;
     return m_referrers.any(instance.objectId(), [&](const KpDbObjectId& handle) {
         if (m_leaving.contains(handle) || (ignored && ignored->count(handle.slot()))) return false;
         KpIfcEntityBase* const referrer = handle.openObject();

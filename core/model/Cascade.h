@@ -2,6 +2,7 @@
 
 #include "model/LostReferences.h"
 #include "model/ReferrerIndex.h"
+#include "model/TextReferences.h"
 
 #include <KpIfcCore/KpIfcReferences.h>
 
@@ -16,7 +17,7 @@ class KpIfcSchema;
 /// KpIfcErasePolicy::cascade, which says what that is.
 class Cascade {
 public:
-    Cascade(const KpIfcSchema& schema, const ReferrerIndex& referrers, Leaving& leaving);
+    Cascade(const KpIfcSchema& schema, const ReferrerIndex& referrers, const TextReferences& texts, Leaving& leaving);
 
     /// Adds to what is to be erased what goes along with `wave`, which is among it.
     void run(std::vector<KpDbObjectId> wave);
@@ -49,6 +50,7 @@ private:
     void addUsed(KpIfcEntityBase& instance, Used& used, std::vector<KpIfcEntityBase*>& found) const;
 
     const ReferrerIndex& m_referrers;
+    const TextReferences& m_texts;
     Leaving& m_leaving;
     const KpIfcEntityType* m_object;
     const KpIfcEntityType* m_feature;

@@ -13,13 +13,19 @@ namespace KP_SDAI {
 namespace {
 
 /// The references from what stays to what is to be erased, by target, then referrer.
-KpIfcArray<KpIfcReference> referencesFromOutside(const ReferrerIndex& index, const std::vector<KpDbObjectId>& targets,
-                                                 const Leaving& leaving) {
-    KpIfcArray<KpIfcReference> references;
+KpIfcArray<KpIfcReferrer> referencesFromOutside(const ReferrerIndex& index, const TextReferences& texts,
+                                                const std::vector<KpDbObjectId>& targets, const Leaving& leaving) {
+    KpIfcArray<KpIfcReferrer> references;
     KpIfcArray<KpDbObjectId> referrers;
     for (const KpDbObjectId& target : targets) {
         referrers.clear();
         index.copyTo(target, referrers);
+        if (const std::vector<KpDbObjectId>& more = texts.to(target); !more.empty()) {
+            for (const KpDbObjectId& referrer : more) referrers.append(referrer);
+            std::sort(referrers.begin(), referrers.end());
+            const auto end = std::unique(referrers.begin(), referrers.end());
+            referrers.resize(static_cast<std::uint32_t>(end - referrers.begin()));
+        }
         for (const KpDbObjectId& referrer : referrers)
             if (!leaving.contains(referrer)) references.append({referrer, target});
     }
@@ -36,6 +42,13 @@ void dropAll(ModelData& data, KpIfcEntityBase& instance, const Leaving& leaving,
         if (lacksValues(instance, *rows[field], references.count - references.lost))
             result.lacking.append({instance.objectId(), rows[field]->name});
     }
+    const std::vector<KeptField>* const kept = data.keptFields(instance);
+    std::vector<std::size_t> naming; // fields whose text names what is gone
+    for (std::size_t i = 0; kept && i < kept->size(); ++i)
+        visitReferenceTexts((*kept)[i].source, [&](std::uint64_t name, std::string_view) {
+            if (leaving.contains(KpDbObjectId(data.table.find(name)))) naming.push_back((*kept)[i].field);
+        });
+    for (const std::size_t field : naming) data.forgetField(instance, field);
 }
 
 } // namespace
@@ -55,20 +68,26 @@ KpIfcEraseResult erase(KpIfcModel& model, std::span<const KpDbObjectId> handles,
     ModelData& data = model.data();
     data.commit();
     const ReferrerIndex& index = data.referrerIndex();
+    const TextReferences texts(data);
     if (policy == KpIfcErasePolicy::cascade) {
-        Cascade(data.schema(), index, leaving).run(targets);
+        Cascade(data.schema(), index, texts, leaving).run(targets);
         targets.clear();
         for (KpIfcSlot* slot : leaving.slots()) targets.emplace_back(slot);
     }
     std::sort(targets.begin(), targets.end());
-    const KpIfcArray<KpIfcReference> references = referencesFromOutside(index, targets, leaving);
+    const KpIfcArray<KpIfcReferrer> references = referencesFromOutside(index, texts, targets, leaving);
     if (policy == KpIfcErasePolicy::refuse && !references.empty()) {
         result.status = KP::eRefused;
         result.references = references;
         return result;
     }
 
-    for (const KpIfcReference& reference : references) result.changed.append(reference.referrer);
+    for (const KpIfcReferrer& reference : references) {
+        if (reference.referrer.openObject())
+            result.changed.append(reference.referrer);
+        else
+            result.stillNamed.append(reference);
+    }
     std::sort(result.changed.begin(), result.changed.end());
     result.changed.resize(
         static_cast<std::size_t>(std::unique(result.changed.begin(), result.changed.end()) - result.changed.begin()));

@@ -3,6 +3,7 @@
 
 #include "model/ModelData.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace KP_SDAI {
@@ -26,6 +27,7 @@ KpIfcEntityBase* KpIfcModel::create(std::string_view entityName, std::uint64_t i
 
 KpIfcEntityBase* KpIfcModel::create(const KpIfcEntityType* type, std::uint64_t instanceName) {
     if (!type || !type->facts() || type->isAbstract()) return nullptr;
+    if (instanceName == 0) instanceName = std::max(m_data->highestName, m_data->highestNameInText) + 1;
     if (instanceName == 0) instanceName = m_data->highestName + 1;
     if (instanceName == 0) return nullptr; // the highest name is in use
     KpIfcSlot* slot = m_data->table.slot(instanceName);

@@ -2,6 +2,7 @@
 
 #include "model/AttributeCopy.h"
 #include "model/ChangeLog.h"
+#include "part21/ReferenceText.h"
 
 #include <algorithm>
 
@@ -37,7 +38,14 @@ void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
     if (m_changes) m_changes->noteCreated(slot, *instance);
 }
 
+void ModelData::noteNamesIn(const std::string& text) {
+    visitReferenceTexts(text, [this](std::uint64_t name, std::string_view) {
+        if (name > highestNameInText) highestNameInText = name;
+    });
+}
+
 KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
+    noteNamesIn(text);
     if (!m_explicitOrder) makeOrderExplicit();
     const std::uint64_t name = KpDbObjectId(slot).instanceName();
     KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text), name});
@@ -78,7 +86,6 @@ void ModelData::leaveSlot(KpIfcSlot* slot) {
         m_left.push_back(slot);
         --instanceCount;
     } else {
-        reinterpret_cast<KeptRecord*>(slot->word & ~KpIfcSlot::kKeptRecord)->isErased = true;
         --keptCount;
     }
     slot->word = 0;
@@ -91,12 +98,12 @@ void ModelData::returnToSlot(KpIfcSlot* slot, std::uintptr_t word) {
         m_uncommitted.push_back(instance); // it left uncommitted
         ++instanceCount;
     } else {
-        reinterpret_cast<KeptRecord*>(word & ~KpIfcSlot::kKeptRecord)->isErased = false;
         ++keptCount;
     }
 }
 
 void ModelData::keepField(KpIfcEntityBase& instance, KeptField field) {
+    noteNamesIn(field.source);
     std::vector<KeptField>& fields = m_keptFields[&instance];
     instance.m_self |= KpIfcEntityBase::kKeptText;
     for (KeptField& kept : fields) {

@@ -25,7 +25,6 @@ namespace KP_SDAI {
 struct alignas(8) KeptRecord {
     std::string text;       ///< with its semicolon
     std::uint64_t name = 0; ///< of the record; 0 for what is none or has none
-    bool isErased = false;
 };
 
 /// The source text of a field whose attribute cannot hold it. It is written as long as the attribute would be written
@@ -77,6 +76,10 @@ public:
     /// leave their slots together, and all that referred to them, have passed beforeChange() before the first leaves.
     void erase(KpIfcSlot* slot);
     bool wasErased(const KpIfcSlot* slot) const { return m_erasedSlots.count(slot) != 0; }
+    /// Records of one name are erased together.
+    bool isErased(const KeptRecord& record) const {
+        return !m_erasedSlots.empty() && record.name != 0 && wasErased(table.find(record.name));
+    }
     void keepField(KpIfcEntityBase& instance, KeptField field);
     const std::vector<KeptField>* keptFields(const KpIfcEntityBase& instance) const;
     /// Drops what is kept of a field, and with it the text of the whole record, which has that field too.
@@ -108,7 +111,7 @@ public:
         }
         for (const OrderEntry& entry : m_order) {
             if (KeptRecord* record = entry.record()) {
-                if (!record->isErased) visitRecord(*record);
+                if (!isErased(*record)) visitRecord(*record);
             } else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject()) {
                 visitInstance(instance);
             }
@@ -121,10 +124,21 @@ public:
         if (!m_explicitOrder) return visitInFileOrder(visitInstance, visitRecord);
         for (const OrderEntry& entry : normalOrder()) {
             if (KeptRecord* record = entry.record()) {
-                if (!record->isErased) visitRecord(*record);
+                if (!isErased(*record)) visitRecord(*record);
             } else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject()) {
                 visitInstance(instance);
             }
+        }
+    }
+    /// Calls `visit(KpDbObjectId)` for every instance that has kept texts and every record kept as text that has a
+    /// name.
+    template <class Visit>
+    void visitKeptTexts(Visit visit) const {
+        for (const auto& [instance, fields] : m_keptFields)
+            if (instance->owningModel() && !fields.empty()) visit(instance->objectId());
+        for (const KeptRecord& record : m_kept) {
+            const KpDbObjectId handle(record.name ? table.find(record.name) : nullptr);
+            if (handle.isDefined() && !handle.openObject()) visit(handle);
         }
     }
     /// Calls `visit(const KpIfcEntityBase&)` for the instances that anything may have changed since they were read,
@@ -143,11 +157,14 @@ public:
     std::size_t instanceCount = 0;
     std::size_t keptCount = 0;
     std::uint64_t highestName = 0;
+    std::uint64_t highestNameInText =
+        0; ///< that kept texts refer to; new names are higher, so that none gets a meaning
     std::vector<std::uint64_t> newRecords;  ///< names of records kept as text that no file of this model has
     std::vector<std::uint64_t> erasedNames; ///< of instances and kept records, created ones included
 
 private:
     std::vector<OrderEntry> normalOrder() const;
+    void noteNamesIn(const std::string& text);
     void makeOrderExplicit();
     /// Empties a slot, and fills it again with the word that it had.
     void leaveSlot(KpIfcSlot* slot);

@@ -1,5 +1,6 @@
 #include "part21/FileReader.h"
 
+#include "part21/Findings.h"
 #include "part21/Lexer.h"
 #include "part21/RecordReader.h"
 #include "part21/StepValueText.h"
@@ -95,6 +96,7 @@ bool FileReader::readHeader(std::string& schema) {
     for (const char* keyword : {"FILE_DESCRIPTION", "FILE_NAME", "FILE_SCHEMA"})
         if (!m_header.find(keyword))
             report(KpIfcFinding::header, KpIfcSeverity::warning, std::string("the header has no ") + keyword);
+    m_layout.headerRecords = m_header.records();
     schema = m_header.text("FILE_SCHEMA", 0);
     if (schema.empty()) {
         m_error = "names no schema: expected FILE_SCHEMA(('IFC2X3')) in its header section";

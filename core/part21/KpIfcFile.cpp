@@ -13,6 +13,24 @@
 
 namespace KP_SDAI {
 
+namespace {
+
+/// Tells one content of a path from another that somebody puts there.
+struct FileStamp {
+    FileStamp() = default;
+    explicit FileStamp(const std::string& path) {
+        std::error_code none; // what is missing has no stamp
+        time = std::filesystem::last_write_time(path, none);
+        if (!none) size = std::filesystem::file_size(path, none);
+    }
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+
+    std::filesystem::file_time_type time;
+    std::uintmax_t size = 0;
+};
+
+} // namespace
+
 struct KpIfcFile::State {
     std::unique_ptr<KpIfcModel> model;
     KpIfcHeader header;
@@ -24,6 +42,7 @@ struct KpIfcFile::State {
 
     std::unique_ptr<ByteSource> source; ///< null where nothing was read
     std::string path;                   ///< of the file that was read, if any
+    FileStamp stamp;                    ///< of that file, when it was read or last saved
     SourceLayout layout;
 
     KP::ErrorStatus open(std::unique_ptr<ByteSource> from, const std::string& name);
@@ -80,9 +99,11 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
 
 KP::ErrorStatus KpIfcFile::open(const std::string& path) {
     close();
+    const FileStamp stamp(path);
     std::unique_ptr<ByteSource> source = openSource(path, m_state->error);
     if (!source) return KP::eNotAvailable;
     m_state->path = path;
+    m_state->stamp = stamp;
     return m_state->open(std::move(source), path);
 }
 
@@ -109,13 +130,20 @@ KP::ErrorStatus KpIfcFile::save(const std::string& path, const KpIfcSaveOptions&
         return KP::eNotAvailable;
     }
     std::error_code none; // what is missing is not the same
-    if (state.source && state.source->isOneOfSeveral() && std::filesystem::equivalent(path, state.path, none)) {
+    const bool isSource = state.source && std::filesystem::equivalent(path, state.path, none);
+    if (isSource && state.source->isOneOfSeveral()) {
         state.error = path + ": is an archive with further files, which would be lost";
         return KP::eNotAvailable;
     }
+    if (isSource && std::filesystem::is_regular_file(path, none) && FileStamp(path) != state.stamp) {
+        state.error = path + ": another program has changed it since it was read; what that wrote would be lost";
+        return KP::eNotAvailable;
+    }
     Output output(path);
-    if (state.write(options, [&](std::string_view piece) { return output.write(piece); }) && output.finish())
+    if (state.write(options, [&](std::string_view piece) { return output.write(piece); }) && output.finish()) {
+        if (isSource) state.stamp = FileStamp(path);
         return KP::eOk;
+    }
     state.error = path + ": " + (state.error.empty() ? output.error() : state.error);
     return KP::eNotAvailable;
 }

@@ -95,12 +95,9 @@ void KpIfcHeader::append(KpIfcHeaderRecord record, std::string source) {
     m_origins.push_back(m_originals.size() - 1);
 }
 
-bool KpIfcHeader::isAsRead(std::size_t index) const {
-    return m_origins[index] != kNoOrigin && m_originals[m_origins[index]].record == m_records[index];
-}
-
 std::string KpIfcHeader::source(std::size_t index) const {
-    if (isAsRead(index)) return m_originals[m_origins[index]].text;
+    const std::size_t origin = m_origins[index];
+    if (origin != kNoOrigin && m_originals[origin].record == m_records[index]) return m_originals[origin].text;
     std::string text = m_records[index].keyword + '(';
     writeStepValues(m_records[index].parameters, text);
     return text + ')';

@@ -305,7 +305,8 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     text += lexer::missingEnd(text.data(), text.data() + text.size());
     KpIfcSlot* slot = failure.name ? m_data.table.slot(failure.name) : nullptr;
     const bool isFirst = slot && slot->word == 0;
-    m_window.layout().noteOpaque(m_window.offsetOf(begin), m_window.offsetOf(end), isFirst ? failure.name : 0);
+    m_window.layout().noteOpaque(m_window.offsetOf(begin), m_window.offsetOf(end), failure.name);
+    if (!isFirst) m_window.layout().noteSurplus(m_window.offsetOf(begin));
     if (slot && !isFirst) {
         entry = findingAt(KpIfcFinding::duplicateName, KpIfcSeverity::warning, m_window.offsetOf(begin),
                           "the instance name stands before; the other record counts");

@@ -21,7 +21,8 @@ bool appendNumber(const char*& p, const char* end, std::string& out) {
     double value;
     const auto [behind, failure] = std::from_chars(begin, end, value);
     if (failure != std::errc() || behind == begin) return false;
-    value += 0.0; // one zero
+    if (value == 0 && !std::memchr(begin, '.', static_cast<std::size_t>(behind - begin)))
+        value = 0; // integers have one
     out.append(reinterpret_cast<const char*>(&value), sizeof value);
     p = behind;
     return true;
@@ -77,6 +78,23 @@ bool appendUniform(std::string_view text, std::string& out) {
     return appendUniform(text.data(), text.data() + text.size(), out);
 }
 
+/// The parenthesis that closes the one at `p`; null where there is none.
+const char* closing(const char* p, const char* end) {
+    int depth = 0;
+    while (p && p < end) {
+        if (*p == '\'') {
+            p = KpStepText::stringEnd(p + 1, end);
+        } else if (lexer::isComment(p)) {
+            p = lexer::commentEnd(p, end);
+        } else {
+            depth += *p == '(' ? 1 : *p == ')' ? -1 : 0;
+            if (depth == 0) return p;
+            ++p;
+        }
+    }
+    return nullptr;
+}
+
 /// What stands between commas that are in no text, comment or parentheses.
 std::vector<std::string_view> split(std::string_view text) {
     std::vector<std::string_view> parts;
@@ -105,12 +123,13 @@ std::vector<std::string_view> split(std::string_view text) {
 
 /// The same as appendUniform() for the members of a set, in an order of their own and each once.
 bool appendUniformSet(std::string_view text, std::string& out) {
-    const char* p = lexer::skipBlanks(text.data(), text.data() + text.size());
-    if (p == text.data() + text.size() || *p != '(') return appendUniform(text, out);
+    const char* const end = text.data() + text.size();
+    const char* const open = lexer::skipBlanks(text.data(), end);
+    if (open == end || *open != '(') return appendUniform(text, out);
+    const char* const close = closing(open, end);
+    if (!close || lexer::skipBlanks(close + 1, end) != end) return false;
     std::vector<std::string> members;
-    const std::size_t close = text.rfind(')');
-    for (const std::string_view member :
-         split(text.substr(0, close).substr(static_cast<std::size_t>(p + 1 - text.data()))))
+    for (const std::string_view member : split({open + 1, static_cast<std::size_t>(close - open - 1)}))
         if (!appendUniform(member, members.emplace_back())) return false;
     std::sort(members.begin(), members.end());
     members.erase(std::unique(members.begin(), members.end()), members.end());
@@ -126,9 +145,11 @@ bool takeApart(std::string_view record, std::string& before, std::string_view& p
         const char* const behind = lexer::skipBlanks(p, end);
         p = behind == p ? p + 1 : behind;
     }
-    const std::size_t close = record.rfind(')');
-    if (p >= end || close == std::string_view::npos || record.data() + close < p) return false;
-    parameters = record.substr(0, close).substr(static_cast<std::size_t>(p + 1 - record.data()));
+    const char* const close = p < end ? closing(p, end) : nullptr;
+    if (!close) return false;
+    const char* const behind = lexer::skipBlanks(close + 1, end);
+    if (behind != end && *behind != ';') return false;
+    parameters = {p + 1, static_cast<std::size_t>(close - p - 1)};
     return appendUniform({record.data(), static_cast<std::size_t>(p - record.data())}, before);
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <KpIfcCore/KpIfcHeader.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace KP_SDAI {
@@ -40,9 +43,11 @@ public:
     void noteOpaque(std::uint64_t begin, std::uint64_t end, std::uint64_t name = 0);
     /// Of several records of one name, the one that counts begins at `offset`.
     void noteCounting(std::uint64_t name, std::uint64_t offset) { m_counting[name] = offset; }
+    /// The record at `offset` does not count, for one of its name stands before it.
+    void noteSurplus(std::uint64_t offset) { m_surplus.insert(offset); }
     bool counts(std::uint64_t name, std::uint64_t offset) const {
         const auto found = m_counting.find(name);
-        return found == m_counting.end() || found->second == offset;
+        return (found == m_counting.end() || found->second == offset) && !m_surplus.count(offset);
     }
 
     /// The record of an instance at `offset` ends elsewhere than behind its first semicolon.
@@ -56,15 +61,17 @@ public:
     const std::vector<Block>& blocks() const { return m_blocks; }
     const std::vector<Opaque>& opaque() const { return m_opaque; }
 
-    std::vector<std::uint64_t> header; ///< where the header's records begin, in their order
-    std::uint64_t headerEnd = 0;       ///< where further header records go
-    std::uint64_t dataEnd = 0;         ///< where further records go
+    std::vector<std::uint64_t> header;            ///< where the header's records begin, in their order
+    std::vector<KpIfcHeaderRecord> headerRecords; ///< what they say
+    std::uint64_t headerEnd = 0;                  ///< where further header records go
+    std::uint64_t dataEnd = 0;                    ///< where further records go
     bool hasDataSection = false;
 
 private:
     std::vector<Block> m_blocks;
     std::vector<Opaque> m_opaque;
     std::unordered_map<std::uint64_t, std::uint64_t> m_counting;
+    std::unordered_set<std::uint64_t> m_surplus;
     std::unordered_map<std::uint64_t, std::uint64_t> m_irregularEnds;
     std::uint64_t m_lowestName = UINT64_MAX;
     std::uint64_t m_highestName = 0;

@@ -70,18 +70,26 @@ void SourceRewriter::collectTouched() {
 }
 
 void SourceRewriter::collectHeaderEdits() {
-    std::vector<bool> isThere(m_layout.header.size());
-    for (std::size_t i = 0; i < m_header.records().size(); ++i) {
-        const std::size_t origin = m_header.origin(i);
-        if (origin >= m_layout.header.size()) {
-            m_newHeader += m_header.source(i) + ";\n";
-        } else {
-            isThere[origin] = true;
-            if (!m_header.isAsRead(i)) m_headerEdits[m_layout.header[origin]] = m_header.source(i) + ";";
+    // A record stands where an equal one stood, else where one of its keyword did, else behind the last.
+    const std::vector<KpIfcHeaderRecord>& then = m_layout.headerRecords;
+    const std::vector<KpIfcHeaderRecord>& now = m_header.records();
+    std::vector<bool> isTaken(then.size());
+    std::vector<bool> isPlaced(now.size());
+    const auto place = [&](auto isAlike) {
+        for (std::size_t i = 0; i < now.size(); ++i) {
+            for (std::size_t k = 0; k < then.size() && !isPlaced[i]; ++k) {
+                if (isTaken[k] || !isAlike(now[i], then[k])) continue;
+                isTaken[k] = isPlaced[i] = true;
+                if (now[i] != then[k]) m_headerEdits[m_layout.header[k]] = m_header.source(i) + ";";
+            }
         }
-    }
-    for (std::size_t i = 0; i < isThere.size(); ++i)
-        if (!isThere[i]) m_headerEdits[m_layout.header[i]].clear();
+    };
+    place([](const auto& a, const auto& b) { return a == b; });
+    place([](const auto& a, const auto& b) { return a.keyword == b.keyword; });
+    for (std::size_t i = 0; i < now.size(); ++i)
+        if (!isPlaced[i]) m_newHeader += m_header.source(i) + ";\n";
+    for (std::size_t k = 0; k < then.size(); ++k)
+        if (!isTaken[k]) m_headerEdits[m_layout.header[k]].clear();
 }
 
 SourceRewriter::Touched* SourceRewriter::findTouched(std::uint64_t name) {
@@ -157,11 +165,15 @@ void SourceRewriter::rewriteRecord(const char* begin, const char* end, std::uint
     KpIfcEntityBase* const instance = handle.openObject();
     if (instance && !instance->isChanged()) return;
     Touched* const touched = findTouched(name);
-    if (!touched || !m_layout.counts(name, offsetOf(begin))) return;
+    if (!touched) return;
+    if (!handle.isDefined()) { // erased, and with it what else bears its name
+        touched->isWritten = true;
+        return leaveOut(begin, end);
+    }
+    if (!m_layout.counts(name, offsetOf(begin))) return;
     const auto& added = m_data.newRecords;
     if (!instance && handle.isDefined() && std::find(added.begin(), added.end(), name) == added.end()) return;
     touched->isWritten = true;
-    if (!handle.isDefined()) return leaveOut(begin, end);
     const std::string record = instance ? m_records.record(*instance) : std::string(m_data.model.keptRecord(handle));
     if (!instance || !saysTheSame({begin, static_cast<std::size_t>(end - begin)}, record, *instance->getInstanceType()))
         replace(begin, end, record);

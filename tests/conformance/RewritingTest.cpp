@@ -1,5 +1,6 @@
 #include "StepFiles.h"
 
+#include <KpIfcCore/KpIfcErase.h>
 #include <KpIfcCore/KpIfcVariant.h>
 
 #include <gmock/gmock.h>
@@ -119,6 +120,38 @@ const std::vector<Case> kCases = {
      withRecords("#1=IFCPERSON($,'A',$,$,$,$,$,$);\n#1=IFCPERSON($,'B',$,$,$,$,$,$);\n#1=IFCNOTHING();\n"),
      [](KpIfcFile& file) { name(file, 1, "C"); },
      withRecords("#1=IFCPERSON($,'A',$,$,$,$,$,$);\n#1=IFCPERSON($,'C',$,$,$,$,$,$);\n#1=IFCNOTHING();\n")},
+    {"NothingOfAnErasedName",
+     withRecords("#1=IFCPERSON($,'A',$,$,$,$,$,$);\n#2" + kPerson +
+                 "\n#1=IFCPERSON($,'B',$,$,$,$,$,$);\n#1=IFCNOTHING();\n"),
+     [](KpIfcFile& file) {
+         const KpDbObjectId handle = file.model()->find(1);
+         EXPECT_EQ(erase(*file.model(), {&handle, 1}).status, KP::eOk);
+     },
+     withRecords("#2" + kPerson + "\n")},
+    {"ErasedOnesAndWhatNamesThemInText",
+     withRecords("#1" + kPerson + "\n #2=IFCPERSON(#1,'A',$,$,$,$,$,$); /* x */\n#3=IFCNOTHING(#1);\n"),
+     [](KpIfcFile& file) {
+         const KpDbObjectId handle = file.model()->find(1);
+         const KpIfcEraseResult refused = erase(*file.model(), {&handle, 1});
+         EXPECT_EQ(refused.status, KP::eRefused);
+         EXPECT_EQ(refused.references.size(), 2u);
+         const KpIfcEraseResult dropped = erase(*file.model(), {&handle, 1}, KpIfcErasePolicy::dropReferences);
+         EXPECT_EQ(dropped.changed.size(), 1u);
+         EXPECT_EQ(dropped.stillNamed.size(), 1u);
+     },
+     withRecords(" #2=IFCPERSON($,'A',$,$,$,$,$,$); /* x */\n#3=IFCNOTHING(#1);\n")},
+    {"NewOnesThatNothingRefersTo", withRecords("#1=IFCPOLYLINE((#3,#4));\n#2=IFCNOTHING(#7);\n"),
+     [](KpIfcFile& file) { person(file); },
+     withRecords("#1=IFCPOLYLINE((#3,#4));\n#2=IFCNOTHING(#7);\n#8" + kPerson + "\n")},
+    {"WhatStandsBehindAParenthesis",
+     withRecords("#1=IFCPERSON($,'A',$,$,$,$,(#3) junk,$);\n#2=IFCPERSON($,'A',$,$,$,$,(#3)/*)*/,$) /* :) */;\n"
+                 "#3=IFCACTORROLE(.USERDEFINED.,'x',$);\n"),
+     [](KpIfcFile& file) {
+         touchAll(file);
+         file.model()->forgetSource(*file.model()->find(1).openObject(), 6);
+     },
+     withRecords("#1=IFCPERSON($,'A',$,$,$,$,(#3),$);\n#2=IFCPERSON($,'A',$,$,$,$,(#3)/*)*/,$) /* :) */;\n"
+                 "#3=IFCACTORROLE(.USERDEFINED.,'x',$);\n")},
     {"ARecordWithoutSemicolon", withRecords("#1=IFCPERSON($,'A',$,$,$,$,$,$)\n#2=IFCPERSON($,'B',$,$,$,$,$,$);\n"),
      [](KpIfcFile& file) { name(file, 1, "C"); },
      withRecords("#1=IFCPERSON($,'C',$,$,$,$,$,$);\n#2=IFCPERSON($,'B',$,$,$,$,$,$);\n")},
@@ -133,6 +166,21 @@ const std::vector<Case> kCases = {
      replaced(kHeader, "FILE_DESCRIPTION( ('old') ,'2;1')", "FILE_DESCRIPTION(('new'),'2;1')") + kEmptyData},
     {"NoHeaderFieldThatSaysTheSame", kHeader + kEmptyData,
      [](KpIfcFile& file) { file.header().setTexts("FILE_DESCRIPTION", 0, {"old"}); }, kHeader + kEmptyData},
+    {"NoHeaderRecordThatCameBack", kHeader + kEmptyData,
+     [](KpIfcFile& file) {
+         const KpIfcHeaderRecord name = *file.header().find("FILE_NAME");
+         file.header().remove("FILE_NAME");
+         file.header().set(name);
+     },
+     kHeader + kEmptyData},
+    {"AllThatAnotherHeaderHasOtherwise", kHeader + kEmptyData,
+     [](KpIfcFile& file) { file.header() = opened(withRecords("")).header(); },
+     replaced(replaced(replaced(kHeader, "FILE_DESCRIPTION( ('old') ,'2;1')",
+                                "FILE_DESCRIPTION(('ViewDefinition [x]'),'2;1')"),
+                       "FILE_NAME('n',$,(''),(''),'','','')",
+                       "FILE_NAME('a', '2020-01-01T00:00:00',(''),(''),'','','')"),
+              "X(1);\n", "") +
+         kEmptyData},
     {"HeaderRecords", kHeader + kEmptyData,
      [](KpIfcFile& file) {
          file.header().remove("X");
@@ -198,6 +246,19 @@ TEST_F(RewritingFiles, ThatOthersChangedAreNotMixedWithWhatWasRead) {
         EXPECT_EQ(contentOf(m_target), "precious");
         EXPECT_EQ(file.save(m_target.string(), {.normalise = true}), KP::eOk) << file.error();
         EXPECT_EQ(opened(contentOf(m_target)).model()->count(), 20'000u);
+    }
+}
+
+TEST_F(RewritingFiles, ThatOthersReplacedAreNotReplacedInTheirTurn) {
+    KpIfcFile file;
+    ASSERT_EQ(file.open(m_path.string()), KP::eOk) << file.error();
+    write("another's work");
+    fs::rename(m_path, m_target);
+    fs::copy_file(m_target, m_path);
+    for (const bool normalise : {false, true}) {
+        EXPECT_EQ(file.save(m_path.string(), {.normalise = normalise}), KP::eNotAvailable);
+        EXPECT_THAT(file.error(), testing::HasSubstr("another program"));
+        EXPECT_EQ(contentOf(m_path), "another's work");
     }
 }
 

@@ -39,7 +39,7 @@ std::string told(const KpIfcEraseResult& result) {
     if (result.status != KP::eOk) {
         text << (result.status == KP::eRefused ? "refused" : "no instance");
     }
-    for (const KpIfcReference& reference : result.references) {
+    for (const KpIfcReferrer& reference : result.references) {
         text << " " << reference.target.instanceName() << "<-" << reference.referrer.instanceName();
     }
     for (const std::uint64_t name : result.erased) {

@@ -33,7 +33,7 @@ KpIfcErasePolicy policyOf(const std::string& name) {
 }
 
 /// Because of which references nothing was erased: `#5 IfcWall "A": #7 IfcRelAggregates, #9 IfcRelVoidsElement`.
-std::string refusal(const KpIfcArray<KpIfcReference>& references, const Labels& labels) {
+std::string refusal(const KpIfcArray<KpIfcReferrer>& references, const Labels& labels) {
     constexpr std::size_t kMost = 20; // are listed
     std::string text = "nothing erased, for others refer to it (--policy drop or cascade erases all the same)";
     KpDbObjectId target;
@@ -69,6 +69,10 @@ ExitCode eraseTargets(const EraseArguments& arguments) {
     for (const KpIfcLackingValue& lacking : result.lacking) {
         tell(fmt::format("kpifc: {}.{}: lost what it referred to and now lacks a value",
                          labels.reference(lacking.instance), lacking.attribute));
+    }
+    for (const KpIfcReferrer& naming : result.stillNamed) {
+        tell(fmt::format("kpifc: {} still names #{}, which is erased", labels.reference(naming.referrer),
+                         naming.target.instanceName()));
     }
     std::string changes = counted(result.erased.size(), "instance") + " erased";
     if (!result.changed.empty()) {

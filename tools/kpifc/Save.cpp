@@ -29,6 +29,9 @@ void checkTarget(const std::string& input, const SaveOptions& options) {
     if (!options.inPlace && std::filesystem::equivalent(input, options.output, none)) {
         throw Failure(options.output + " is the input, which is overwritten with --in-place only");
     }
+    if (options.inPlace && std::filesystem::exists(input, none) && !std::filesystem::is_regular_file(input, none)) {
+        throw Failure(input + ": is no file that could be replaced");
+    }
     const std::string& output = options.output;
     if (std::filesystem::is_directory(output, none)) {
         throw Failure(output + ": is a folder");

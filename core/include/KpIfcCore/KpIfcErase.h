@@ -30,7 +30,7 @@ enum class KpIfcErasePolicy {
 };
 
 /// A reference from one instance to another, through whatever attributes.
-struct KpIfcReference {
+struct KpIfcReferrer {
     KpDbObjectId referrer;
     KpDbObjectId target;
 };
@@ -45,10 +45,12 @@ struct KpIfcEraseResult {
     /// eOk; eRefused where something refers to an instance; eNullEntity where a handle is that of nothing in this
     /// model.
     KP::ErrorStatus status = KP::eOk;
-    KpIfcArray<KpIfcReference> references; ///< because of which it was refused, by target, then referrer
+    KpIfcArray<KpIfcReferrer> references;  ///< because of which it was refused, by target, then referrer
     KpIfcArray<std::uint64_t> erased;      ///< names, ascending; those that were not asked for included
     KpIfcArray<KpDbObjectId> changed;      ///< instances that stayed and lost references, ascending
     KpIfcArray<KpIfcLackingValue> lacking; ///< of those
+    /// Where records that are kept as text still name something that is erased: their text is not touched.
+    KpIfcArray<KpIfcReferrer> stillNamed;
 };
 
 /// Erases instances, and records that are kept as text, from a model; each may be given more than once, and they may
@@ -56,7 +58,8 @@ struct KpIfcEraseResult {
 ///
 /// An erased instance's handles are dead, everywhere: they open nothing and are not defined. A plain pointer to it
 /// stays good while the model lives; the instance belongs to no model and keeps its values. Its name is never given
-/// again. References that only source text holds (kept records and fields) are neither looked for nor dropped.
+/// again. References count that only source text holds: the text of a field is dropped with them, that
+/// of a whole record stays.
 ///
 /// Throws KpIfcException 180 where the model's mode is not kReadWrite.
 ///

@@ -51,7 +51,8 @@ public:
     /// Writes header and model, also over the file that was read, compressed where the path ends in .gz, .ifczip or
     /// .zip. The target is replaced when all is on the disk; it keeps its permissions. Findings go to writeReport().
     /// eNotAvailable with error() where that fails, also where another program has changed the source since it was
-    /// read; what was at `path` is then as it was. A normalised save needs no source.
+    /// read, or the file at its path, which would be replaced; what was at `path` is then as it was. A normalised save
+    /// needs no source.
     KP::ErrorStatus save(const std::string& path, const KpIfcSaveOptions& options = {});
     KP::ErrorStatus saveToMemory(std::string& out, const KpIfcSaveOptions& options = {});
 

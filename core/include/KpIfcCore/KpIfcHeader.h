@@ -55,13 +55,9 @@ public:
     void append(KpIfcHeaderRecord record, std::string source);
     /// The text of the record at `index`: the file's own, or written anew; without the semicolon.
     std::string source(std::size_t index) const;
-    /// Which of the records that were read the one at `index` is, or was before it was changed; kNoOrigin for others.
-    std::size_t origin(std::size_t index) const { return m_origins[index]; }
-    static constexpr std::size_t kNoOrigin = static_cast<std::size_t>(-1);
-    /// True where the record at `index` says what it said when it was read.
-    bool isAsRead(std::size_t index) const;
 
 private:
+    static constexpr std::size_t kNoOrigin = static_cast<std::size_t>(-1);
     /// A record as it was read.
     struct Original {
         KpIfcHeaderRecord record;
@@ -71,7 +67,7 @@ private:
     KpIfcHeaderRecord& recordFor(std::string_view keyword);
 
     std::vector<KpIfcHeaderRecord> m_records;
-    std::vector<std::size_t> m_origins; ///< of each of them
+    std::vector<std::size_t> m_origins; ///< of each of them, which of the originals it is or was
     std::vector<Original> m_originals;
 };
 
