@@ -19,7 +19,7 @@ class KpIfcModel;
 /// lacks is told: what is wrong with it, the report of reading says. Every finding is a warning, without a place in the
 /// file; they ascend by instance. `listedPerKind` of each kind are listed, all are counted.
 ///
-/// Takes about as long as reading a file, and changes nothing: no access mode matters, nothing counts as changed
+/// Walks once over the instances and changes nothing: no access mode matters, nothing counts as changed
 /// afterwards. What is uncommitted is committed first; a model at rest is only read, by any number of threads.
 ///
 ///     for (const KpIfcReportEntry& entry : checkModel(*file.model()).entries()) std::cout << entry.text() << '\n';
