@@ -1,7 +1,6 @@
 #include "check/UniqueRules.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace KP_SDAI {
 
@@ -25,17 +24,10 @@ void UniqueRules::look(KpIfcEntityBase& instance, const std::vector<CheckedRule>
         if (std::any_of(kept.begin(), kept.end(), isOfRule)) continue;
         const std::string values = valuesOf(instance, rule);
         if (values.empty()) continue;
-        Seen& seen = m_seen[rule.rule];
-        const std::size_t hash = std::hash<std::string>()(values);
-        const auto [begin, end] = seen.equal_range(hash);
-        const auto same =
-            std::find_if(begin, end, [&](const auto& entry) { return valuesOf(*entry.second, rule) == values; });
-        if (same == end) {
-            seen.emplace(hash, &instance);
-            continue;
-        }
+        const auto entered = m_first[rule.rule].emplace(values, instance.objectId());
+        if (entered.second) continue;
         m_findings.add(KpIfcFinding::notUnique, instance, rule.attributes, [&] {
-            return values + " is also that of " + labelOf(same->second->objectId()) + ", expected to be unique (" +
+            return values + " is also that of " + labelOf(entered.first->second) + ", expected to be unique (" +
                    rule.entity->displayName() + '.' + rule.rule->label + ')';
         });
     }

@@ -28,9 +28,8 @@ private:
 
     RecordWriter m_writer;
     Findings& m_findings;
-    /// By the hash of their values the first instances that have these.
-    using Seen = std::unordered_multimap<std::size_t, KpIfcEntityBase*>;
-    std::unordered_map<const KpIfcUniqueFacts*, Seen> m_seen;
+    /// The first instance that has the values of a rule.
+    std::unordered_map<const KpIfcUniqueFacts*, std::unordered_map<std::string, KpDbObjectId>> m_first;
 };
 
 } // namespace KP_SDAI

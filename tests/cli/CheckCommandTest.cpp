@@ -33,7 +33,7 @@ TEST(CheckCommand, TellsALineForEachFindingThenCounts) {
         outcome.out,
         "a.ifc: warning: FILE_NAME time_stamp: found 'yesterday', expected date and time (ISO 8601), as in "
         "'2026-01-02T03:04:05' [header]\n"
-        "a.ifc:10:34: warning: #3 IfcPropertyEnumeration \"Zoe\" EnumerationValues: found "
+        "a.ifc:10:33: warning: #3 IfcPropertyEnumeration \"Zoe\" EnumerationValues: found "
         "(IFCLABEL('x'),IFCLABEL('x'),IFCWALL()), expected one of the alternatives; the text is kept "
         "[wrong-alternative]\n"
         "a.ifc: warning: #4 IfcPropertySet \"Set\" OwnerHistory: no value, expected IfcOwnerHistory [missing-value]\n"

@@ -51,11 +51,7 @@ void PrintTo(const Case& one, std::ostream* out) {
 }
 
 KpIfcReport checked(const std::string& records) {
-    std::string content = "ISO-10303-21;HEADER;FILE_DESCRIPTION((''),'2;1');"
-                          "FILE_NAME('','2026-01-02T03:04:05',(''),(''),'','','');FILE_SCHEMA(('IFC2X3'));"
-                          "ENDSEC;\nDATA;\n";
-    content += records + kFrame + "ENDSEC;\nEND-ISO-10303-21;\n";
-    KpIfcFile file = opened(content);
+    KpIfcFile file = openedRecords(records + kFrame);
     return checkFile(file);
 }
 
@@ -248,7 +244,7 @@ TEST(CheckModel, CountsWhatItDoesNotList) {
     const KpIfcReport report = checkModel(*file.model(), 2);
     EXPECT_EQ(told(report), "missing-value #1 Role; missing-value #2 Role");
     EXPECT_EQ(report.count(KpIfcFinding::missingValue), 7u);
-    EXPECT_EQ(checkFile(file, KpIfcReport::kAll).count(KpIfcSeverity::warning), 8u) << "and the time stamp";
+    EXPECT_EQ(checkFile(file, KpIfcReport::kAll).entries().size(), 7u);
 }
 
 TEST(CheckModel, SaysWhatWasFoundAndWhatExpected) {
