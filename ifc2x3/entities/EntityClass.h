@@ -106,7 +106,8 @@ constexpr KpIfcAttributeFacts derived(const char* name, std::uint8_t flags) {
 /// The row of a field that files have and instances do not keep; they have a boolean in its place.
 template <auto member>
 constexpr KpIfcAttributeFacts notKept(const char* name, std::uint8_t flags) {
-    KpIfcAttributeFacts row{name, KpIfcFieldKind::notKept, flags, 0, static_cast<KpIfcBoolean KpIfcEntityBase::*>(member)};
+    KpIfcAttributeFacts row{name, KpIfcFieldKind::notKept, flags, 0,
+                            static_cast<KpIfcBoolean KpIfcEntityBase::*>(member)};
     setName(row, name);
     return row;
 }

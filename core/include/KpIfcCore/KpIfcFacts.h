@@ -94,9 +94,9 @@ struct KpIfcAggrFacts {
 /// One explicit attribute: a field of the entity's record.
 struct KpIfcAttributeFacts {
     enum Flag : std::uint8_t {
-        kOptional = 1,   ///< may be without a value in files
-        kFirst = 2,      ///< the first field of the record
-        kBinary = 4,     ///< a text that files write as a binary
+        kOptional = 1,    ///< may be without a value in files
+        kFirst = 2,       ///< the first field of the record
+        kBinary = 4,      ///< a text that files write as a binary
         kDefinedType = 8, ///< an aggregate declared by the name of a defined type
         kUnique = 16      ///< a list or array whose elements have to be different
     };
