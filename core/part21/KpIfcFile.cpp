@@ -37,6 +37,7 @@ struct KpIfcFile::State {
     FileFrame frame;
     KpIfcReport report;
     KpIfcReport writeReport;
+    std::size_t listedPerKind = KpIfcReport::kListedPerKind;
     std::string error;
     std::uint64_t size = 0;
 
@@ -56,10 +57,17 @@ KpIfcFile& KpIfcFile::operator=(KpIfcFile&&) noexcept = default;
 KpIfcFile::~KpIfcFile() = default;
 
 void KpIfcFile::close() {
+    const std::size_t listed = m_state ? m_state->listedPerKind : KpIfcReport::kListedPerKind;
     m_state = std::make_unique<State>();
+    m_state->listedPerKind = listed;
+}
+
+void KpIfcFile::listedPerKind(std::size_t count) {
+    m_state->listedPerKind = count;
 }
 
 KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const std::string& name) {
+    report = KpIfcReport(listedPerKind);
     FileReader reader(*from, header, frame, layout, report);
     std::string schema;
     if (!reader.readHeader(schema)) {
@@ -87,7 +95,7 @@ KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const s
 
 bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::function<bool(std::string_view)>& sink) {
     error.clear();
-    writeReport.clear();
+    writeReport = KpIfcReport(listedPerKind);
     model->commit();
     if (!source || options.normalise)
         return writeNormalised(model->data(), header, frame, writeReport, options.normalise, sink);

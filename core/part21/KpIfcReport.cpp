@@ -1,5 +1,7 @@
 #include <KpIfcCore/KpIfcReport.h>
 
+#include <numeric>
+
 namespace KP_SDAI {
 
 const char* findingName(KpIfcFinding finding) {
@@ -8,7 +10,9 @@ const char* findingName(KpIfcFinding finding) {
         "attribute-count",    "wrong-value",     "unknown-literal",   "wrong-alternative",
         "dangling-reference", "wrong-reference", "not-kept",          "abstract-entity",
         "text-encoding",      "instance-name",   "section-structure", "truncated",
-        "trailing-text",      "header",          "not-finite"};
+        "trailing-text",      "header",          "not-finite",        "missing-value",
+        "aggregate-size",     "repeated-member", "too-long",          "inverse-count",
+        "not-unique",         "global-id"};
     static_assert(std::size(kNames) == static_cast<std::size_t>(KpIfcFinding::count_));
     return kNames[static_cast<std::size_t>(finding)];
 }
@@ -23,22 +27,37 @@ std::string KpIfcReportEntry::text() const {
     if (line) out += std::to_string(line) + ':' + std::to_string(column) + ": ";
     out += severityName(severity);
     out += ": ";
-    if (instanceName) {
-        out += '#' + std::to_string(instanceName);
-        if (!entity.empty()) out += ' ' + entity;
-        if (!attribute.empty()) out += '.' + attribute;
-        out += ": ";
-    }
+    std::string who;
+    if (instanceName) who = '#' + std::to_string(instanceName);
+    if (!entity.empty()) who += (who.empty() ? "" : " ") + entity;
+    if (!attribute.empty()) who += (entity.empty() ? "" : ".") + attribute;
+    if (!who.empty()) out += who + ": ";
     return out + message;
 }
 
 void KpIfcReport::add(KpIfcReportEntry entry) {
-    ++m_bySeverity[static_cast<std::size_t>(entry.severity)];
-    if (m_byFinding[static_cast<std::size_t>(entry.finding)]++ < kListedPerKind) m_entries.push_back(std::move(entry));
+    const bool isListed = lists(entry.finding);
+    addUnlisted(entry.finding, entry.severity, 1);
+    if (isListed) m_entries.push_back(std::move(entry));
+}
+
+void KpIfcReport::addUnlisted(KpIfcFinding finding, KpIfcSeverity severity, std::size_t count) {
+    m_counts[static_cast<std::size_t>(finding)][static_cast<std::size_t>(severity)] += count;
+}
+
+std::size_t KpIfcReport::count(KpIfcSeverity severity) const {
+    std::size_t count = 0;
+    for (const auto& bySeverity : m_counts) count += bySeverity[static_cast<std::size_t>(severity)];
+    return count;
+}
+
+std::size_t KpIfcReport::count(KpIfcFinding finding) const {
+    const auto& bySeverity = m_counts[static_cast<std::size_t>(finding)];
+    return std::accumulate(bySeverity.begin(), bySeverity.end(), std::size_t{0});
 }
 
 void KpIfcReport::clear() {
-    *this = KpIfcReport();
+    *this = KpIfcReport(m_listedPerKind);
 }
 
 } // namespace KP_SDAI

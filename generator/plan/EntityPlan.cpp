@@ -14,6 +14,21 @@ bool isDefinedAggregate(const facts::TypeRef& type) {
     return defined && std::holds_alternative<const facts::Aggregation*>((*defined)->underlying);
 }
 
+/// What an attribute is an aggregate of, defined types followed to their ends; null where it is none.
+const facts::Aggregation* aggregationOf(const facts::TypeRef& type) {
+    const facts::TypeRef underlying = facts::underlying(type);
+    const auto* aggregation = std::get_if<const facts::Aggregation*>(&underlying);
+    return aggregation ? *aggregation : nullptr;
+}
+
+/// Bits that a binary, or each binary of an aggregate, has at most; 0 where the schema does not say.
+int binaryWidth(const facts::TypeRef& type) {
+    const facts::Aggregation* aggregation = aggregationOf(type);
+    const facts::TypeRef value = facts::underlying(aggregation ? aggregation->element : type);
+    const auto* simple = std::get_if<facts::SimpleType>(&value);
+    return simple && simple->kind == facts::SimpleKind::Binary ? simple->width.value_or(0) : 0;
+}
+
 /// Flags of a field; `fields` is the record it stands in.
 std::string flags(const facts::ExplicitAttribute& attribute, const std::vector<facts::RecordField>& fields,
                   bool isBinary, bool isDerived) {
@@ -30,6 +45,9 @@ std::string flags(const facts::ExplicitAttribute& attribute, const std::vector<f
     }
     if (isDefinedAggregate(attribute.type)) {
         add("kDefinedType");
+    }
+    if (const facts::Aggregation* aggregation = aggregationOf(attribute.type); aggregation && aggregation->unique) {
+        add("kUnique");
     }
     return text.empty() ? "0" : text;
 }
@@ -177,6 +195,9 @@ private:
                             {literal(attribute.name), text}};
         if (storage.target) {
             row.arguments.push_back("&" + entityTypeOf(className(storage.target->name)));
+        }
+        if (const int width = binaryWidth(attribute.type)) {
+            row.arguments.insert(row.arguments.end(), {"nullptr", std::to_string(width)});
         }
         return row;
     }

@@ -87,7 +87,7 @@ const Words& moduleNames() {
         "enterCounterParts", "entityFacts", "enumerationDescriptorName", "enumerationDescriptors", "field",
         "getAttribute", "inverse", "isNamed", "kAggregateFacts", "kBinary", "kDefinedType", "kFirst",
         "kOptional", "kTypeAggregate", "kTypeBoolean", "kTypeEntity", "kTypeEnumeration", "kTypeInteger",
-        "kTypeLogical", "kTypeReal", "kTypeString", "literalCode", "literalText", "noAttributes",
+        "kTypeLogical", "kTypeReal", "kTypeString", "kUnique", "literalCode", "literalText", "noAttributes",
         "noCounterparts", "noInverses", "noUniqueRules", "notKept", "opened", "putAttribute", "readFields",
         "selectDescriptors", "setName", "testAttribute", "typeOf", "unsetAttribute", "unsetText", "writeFields",
     };

@@ -25,6 +25,7 @@ inline constexpr std::uint8_t kOptional = KpIfcAttributeFacts::kOptional;
 inline constexpr std::uint8_t kFirst = KpIfcAttributeFacts::kFirst;
 inline constexpr std::uint8_t kBinary = KpIfcAttributeFacts::kBinary;
 inline constexpr std::uint8_t kDefinedType = KpIfcAttributeFacts::kDefinedType;
+inline constexpr std::uint8_t kUnique = KpIfcAttributeFacts::kUnique;
 
 namespace detail {
 
@@ -73,12 +74,14 @@ constexpr void setName(KpIfcAttributeFacts& row, std::string_view name) {
     row.key = KpIfcAttributeFacts::keyOf(name.data(), name.size());
 }
 
-/// The row of an explicit attribute. `target` is given for references and aggregates of references.
+/// The row of an explicit attribute. `target` is given for references and aggregates of references, `width` for
+/// binaries and aggregates of binaries.
 template <auto member>
-constexpr KpIfcAttributeFacts field(const char* name, std::uint8_t flags, KpIfcEntityType* const* target = nullptr) {
+constexpr KpIfcAttributeFacts field(const char* name, std::uint8_t flags, KpIfcEntityType* const* target = nullptr,
+                                    std::uint16_t width = 0) {
     using Type = decltype(detail::typeOf(member));
     constexpr KpIfcFieldKind kind = detail::fieldKind<Type>();
-    KpIfcAttributeFacts row{name, kind, flags, {}, target};
+    KpIfcAttributeFacts row{name, kind, flags, width, {}, target};
     setName(row, name);
     if constexpr (kind == KpIfcFieldKind::enumeration) {
         row.member = detail::codeAddress<member>;
@@ -97,13 +100,14 @@ constexpr KpIfcAttributeFacts field(const char* name, std::uint8_t flags, KpIfcE
 
 /// The row of an inherited attribute that the entity redeclares as derived.
 constexpr KpIfcAttributeFacts derived(const char* name, std::uint8_t flags) {
-    return {name, KpIfcFieldKind::derived, flags, {}};
+    return {name, KpIfcFieldKind::derived, flags, 0, {}};
 }
 
 /// The row of a field that files have and instances do not keep; they have a boolean in its place.
 template <auto member>
 constexpr KpIfcAttributeFacts notKept(const char* name, std::uint8_t flags) {
-    KpIfcAttributeFacts row{name, KpIfcFieldKind::notKept, flags, static_cast<KpIfcBoolean KpIfcEntityBase::*>(member)};
+    KpIfcAttributeFacts row{name, KpIfcFieldKind::notKept, flags, 0,
+                            static_cast<KpIfcBoolean KpIfcEntityBase::*>(member)};
     setName(row, name);
     return row;
 }

@@ -37,6 +37,21 @@ TEST(Report, CountsAllAndListsTheFirstOfEachKind) {
     EXPECT_EQ(report.count(KpIfcFinding::unknownEntity), 0u);
 }
 
+TEST(Report, ListsAsManyAsItIsTold) {
+    KpIfcReport report(2);
+    report.addUnlisted(KpIfcFinding::missingValue, KpIfcSeverity::note, 1);
+    EXPECT_TRUE(report.lists(KpIfcFinding::missingValue));
+    report.add(entry(KpIfcSeverity::warning, KpIfcFinding::missingValue));
+    report.add(entry(KpIfcSeverity::warning, KpIfcFinding::missingValue));
+    EXPECT_FALSE(report.lists(KpIfcFinding::missingValue));
+    EXPECT_EQ(report.entries().size(), 1u);
+    EXPECT_EQ(report.count(KpIfcFinding::missingValue), 3u);
+    EXPECT_EQ(report.count(KpIfcFinding::missingValue, KpIfcSeverity::note), 1u);
+    EXPECT_EQ(report.count(KpIfcSeverity::warning), 2u);
+    report.clear();
+    EXPECT_EQ(report.listedPerKind(), 2u);
+}
+
 TEST(Report, IsCleanWithNotesOnly) {
     KpIfcReport report;
     EXPECT_TRUE(report.isClean());
@@ -58,6 +73,11 @@ TEST(Report, EntriesSayWhereTheyBelong) {
     one.line = 12;
     one.column = 5;
     EXPECT_EQ(one.text(), "12:5: warning: what");
+    one.entity = "FILE_NAME";
+    one.attribute = "time_stamp";
+    EXPECT_EQ(one.text(), "12:5: warning: FILE_NAME.time_stamp: what");
+    one.entity.clear();
+    one.attribute.clear();
     one.instanceName = 7;
     EXPECT_EQ(one.text(), "12:5: warning: #7: what");
     one.entity = "IFCWALL";

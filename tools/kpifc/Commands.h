@@ -13,6 +13,7 @@ using Action = std::function<ExitCode()>;
 
 /// Each adds its subcommand to the application; parsing one sets `action`.
 void addInfo(CLI::App& app, Action& action);
+void addCheck(CLI::App& app, Action& action);
 void addConvert(CLI::App& app, Action& action);
 void addDump(CLI::App& app, Action& action);
 void addTree(CLI::App& app, Action& action);

@@ -26,6 +26,7 @@ static int run(int argc, char** argv) {
                "is replaced only when all of the new one is on the disk.\n\n"
                "Examples:\n"
                "  kpifc info house.ifc\n"
+               "  kpifc check house.ifc\n"
                "  kpifc convert house.ifc -o house_new.ifc\n"
                "  kpifc dump house.ifc > house.jsonl\n"
                "  kpifc tree house.ifc\n"
@@ -41,6 +42,7 @@ static int run(int argc, char** argv) {
                "  kpifc schema IfcWall");
     Action action;
     addInfo(app, action);
+    addCheck(app, action);
     addConvert(app, action);
     addDump(app, action);
     addTree(app, action);

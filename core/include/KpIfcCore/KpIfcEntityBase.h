@@ -28,7 +28,8 @@ class ModelData;
 ///
 /// A changed instance of a model is uncommitted until the next commit (KpIfcModel::commit()), which reading an inverse
 /// attribute, asking for referrers and saving do by themselves. References to members obtained for changing are good
-/// for changing until then and have to be obtained anew afterwards.
+/// for changing until then and have to be obtained anew afterwards; those obtained while the mode was kReadOnly are not
+/// good for changing at all.
 class KPIFCCORE_EXPORT KpIfcEntityBase {
 public:
     KpIfcEntityBase() = default;

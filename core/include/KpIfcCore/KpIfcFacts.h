@@ -94,10 +94,11 @@ struct KpIfcAggrFacts {
 /// One explicit attribute: a field of the entity's record.
 struct KpIfcAttributeFacts {
     enum Flag : std::uint8_t {
-        kOptional = 1,   ///< may be without a value in files
-        kFirst = 2,      ///< the first field of the record
-        kBinary = 4,     ///< a text that files write as a binary
-        kDefinedType = 8 ///< an aggregate declared by the name of a defined type
+        kOptional = 1,    ///< may be without a value in files
+        kFirst = 2,       ///< the first field of the record
+        kBinary = 4,      ///< a text that files write as a binary
+        kDefinedType = 8, ///< an aggregate declared by the name of a defined type
+        kUnique = 16      ///< a list or array whose elements have to be different
     };
     union Member {
         KpAnsiString KpIfcEntityBase::*string;
@@ -127,6 +128,7 @@ struct KpIfcAttributeFacts {
     const char* name; ///< as the schema spells it
     KpIfcFieldKind kind;
     std::uint8_t flags;
+    std::uint16_t width; ///< bits that a binary has at most; 0 where the schema does not say
     Member member;
     KpIfcEntityType* const* target = nullptr;    ///< of references and aggregates of them: the declared entity type
     const KpIfcEnumFacts* enumeration = nullptr; ///< of enumerations
@@ -151,6 +153,7 @@ struct KpIfcAttributeFacts {
     }
     bool isOptional() const { return (flags & kOptional) != 0; }
     bool isFirst() const { return (flags & kFirst) != 0; }
+    bool isUnique() const { return (flags & kUnique) != 0; }
 };
 
 /// One inverse attribute.

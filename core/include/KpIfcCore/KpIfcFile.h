@@ -61,6 +61,8 @@ public:
     KpIfcHeader& header();
     const KpIfcReport& report() const;
     const KpIfcReport& writeReport() const;
+    /// How many findings of each kind the reports of files list that are opened from now on; KpIfcReport::kAll for all.
+    void listedPerKind(std::size_t count);
     /// Why the last operation failed; empty where it did not.
     const std::string& error() const;
     /// Bytes of the file that was read.

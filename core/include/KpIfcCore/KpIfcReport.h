@@ -38,6 +38,14 @@ enum class KpIfcFinding : std::uint8_t {
     trailingText,      ///< text behind the end mark; not part of the file
     header,            ///< a header record that is missing or not as the standard wants it
     notFinite,         ///< a number that files cannot express; written as unset
+    // Those that only checking gives (KpIfcCheck.h).
+    missingValue,   ///< no value where the schema wants one
+    aggregateSize,  ///< an aggregate with fewer or more elements than its bounds allow
+    repeatedMember, ///< an element that stands twice where the schema wants different ones
+    tooLong,        ///< a value that is longer than its type allows
+    inverseCount,   ///< fewer or more referrers than an inverse attribute allows
+    notUnique,      ///< values that another instance has, too, against a rule of uniqueness
+    globalId,       ///< a GlobalId that is not of the form of one
     count_
 };
 
@@ -53,7 +61,7 @@ struct KpIfcReportEntry {
     std::uint64_t line = 0;         ///< from 1; 0 where the finding has no place
     std::uint64_t column = 0;       ///< in bytes, from 1
     std::uint64_t instanceName = 0; ///< 0 where it concerns no instance
-    std::string entity;             ///< keyword of the record, where there is one
+    std::string entity;             ///< keyword of the record, where there is one; of header records, too
     std::string attribute;          ///< name of the attribute, where it concerns one
     std::string message;            ///< what was found, what was expected, what was done about it
 
@@ -61,29 +69,41 @@ struct KpIfcReportEntry {
     KPIFCCORE_EXPORT std::string text() const;
 };
 
-/// Everything that reading or writing a file found. All findings are counted; of each kind the first are listed.
+/// Everything that reading, writing or checking found. All findings are counted; of each kind the first are listed.
 class KPIFCCORE_EXPORT KpIfcReport {
 public:
     static constexpr std::size_t kListedPerKind = 100;
+    static constexpr std::size_t kAll = static_cast<std::size_t>(-1);
+
+    /// `listedPerKind` findings of each kind are listed.
+    explicit KpIfcReport(std::size_t listedPerKind = kListedPerKind) : m_listedPerKind(listedPerKind) {}
 
     void add(KpIfcReportEntry entry);
+    /// Counts findings that are not listed.
+    void addUnlisted(KpIfcFinding finding, KpIfcSeverity severity, std::size_t count);
     void clear();
+    std::size_t listedPerKind() const { return m_listedPerKind; }
+    /// True where the next finding of a kind would be listed.
+    bool lists(KpIfcFinding finding) const { return count(finding) < m_listedPerKind; }
 
     const std::vector<KpIfcReportEntry>& entries() const { return m_entries; }
-    std::size_t count(KpIfcSeverity severity) const { return m_bySeverity[static_cast<std::size_t>(severity)]; }
-    std::size_t count(KpIfcFinding finding) const { return m_byFinding[static_cast<std::size_t>(finding)]; }
+    std::size_t count(KpIfcSeverity severity) const;
+    std::size_t count(KpIfcFinding finding) const;
+    std::size_t count(KpIfcFinding finding, KpIfcSeverity severity) const {
+        return m_counts[static_cast<std::size_t>(finding)][static_cast<std::size_t>(severity)];
+    }
     /// True where nothing worse than notes was found.
     bool isClean() const { return count(KpIfcSeverity::warning) == 0 && count(KpIfcSeverity::error) == 0; }
     /// True where the file ended before its end mark.
     bool isTruncated() const { return count(KpIfcFinding::truncated) != 0; }
 
-    /// The listed entries, to be given their lines; for the reader.
+    /// The listed entries, to be given their lines or another order; for who makes the report.
     std::vector<KpIfcReportEntry>& located() { return m_entries; }
 
 private:
     std::vector<KpIfcReportEntry> m_entries;
-    std::array<std::size_t, 3> m_bySeverity{};
-    std::array<std::size_t, static_cast<std::size_t>(KpIfcFinding::count_)> m_byFinding{};
+    std::size_t m_listedPerKind;
+    std::array<std::array<std::size_t, 3>, static_cast<std::size_t>(KpIfcFinding::count_)> m_counts{};
 };
 
 } // namespace KP_SDAI

@@ -1,0 +1,164 @@
+#include "check/HeaderCheck.h"
+
+#include <KpIfcCore/KpTextCase.h>
+
+#include "check/HeaderForms.h"
+
+#include <algorithm>
+#include <span>
+#include <string>
+
+namespace KP_SDAI {
+
+namespace {
+
+using Kind = KpStepValue::Kind;
+
+struct Field {
+    const char* name;
+    bool isList;
+    std::size_t longest = 256; ///< characters
+};
+constexpr Field kDescription[] = {{"description", true}, {"implementation_level", false}};
+constexpr Field kName[] = {{"name", false},         {"time_stamp", false},           {"author", true},
+                           {"organization", true},  {"preprocessor_version", false}, {"originating_system", false},
+                           {"authorization", false}};
+constexpr Field kSchema[] = {{"schema_identifiers", true, 1024}};
+
+struct Record {
+    const char* keyword;
+    std::span<const Field> fields;
+};
+constexpr Record kRecords[] = {{"FILE_DESCRIPTION", kDescription}, {"FILE_NAME", kName}, {"FILE_SCHEMA", kSchema}};
+
+class Check {
+public:
+    Check(const KpIfcHeader& header, KpIfcReport& report) : m_header(header), m_report(report) {}
+
+    void run(std::string_view schemaName);
+
+private:
+    void add(std::string_view field, std::string message);
+    void records();
+    void fields(const Record& record, const std::vector<KpStepValue>& parameters);
+    void field(const Field& field, const KpStepValue& value);
+    void text(const Field& field, const KpStepValue& value, const char* expected);
+    void forms(std::string_view schemaName);
+
+    const KpIfcHeader& m_header;
+    KpIfcReport& m_report;
+    std::string m_keyword; ///< of the record that is looked at
+};
+
+void Check::add(std::string_view field, std::string message) {
+    KpIfcReportEntry entry;
+    entry.severity = KpIfcSeverity::warning;
+    entry.finding = KpIfcFinding::header;
+    entry.entity = m_keyword;
+    entry.attribute = field;
+    entry.message = std::move(message);
+    m_report.add(std::move(entry));
+}
+
+/// A value for messages, not all of a long one.
+std::string excerptOf(const KpStepValue& value) {
+    constexpr std::size_t kLongest = 60;
+    std::string text = value.kind == Kind::string ? '\'' + value.text + '\'' : value.spelled();
+    if (text.size() <= kLongest) return text;
+    std::size_t end = kLongest;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end; // not within a character
+    return text.substr(0, end) + "...";
+}
+
+std::size_t charactersOf(std::string_view utf8) {
+    return static_cast<std::size_t>(
+        std::count_if(utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+void Check::run(std::string_view schemaName) {
+    records();
+    for (const Record& record : kRecords) {
+        m_keyword = record.keyword;
+        const KpIfcHeaderRecord* const found = m_header.find(record.keyword);
+        if (found && !found->parameters.empty()) fields(record, found->parameters);
+    }
+    forms(schemaName);
+}
+
+void Check::records() {
+    std::size_t last = 0;
+    for (std::size_t i = 0; i < m_header.records().size(); ++i) {
+        const KpIfcHeaderRecord& record = m_header.records()[i];
+        m_keyword = record.keyword;
+        if (record.parameters.empty()) { // text that is no record has none
+            KpStepValue value;
+            const std::string source = m_header.source(i);
+            if (!KpStepValue::read(source, value) || value.kind != Kind::typed)
+                add("", "found '" + source.substr(0, 60) + "', expected a header record");
+        }
+        const auto* const standard = std::find_if(std::begin(kRecords), std::end(kRecords),
+                                                  [&](const Record& one) { return record.keyword == one.keyword; });
+        if (standard == std::end(kRecords)) continue;
+        const auto place = static_cast<std::size_t>(standard - kRecords);
+        if (&record != m_header.find(record.keyword))
+            add("", "stands more than once, expected one");
+        else if (place < last)
+            add("", std::string("stands behind ") + kRecords[last].keyword + ", expected before it");
+        last = std::max(last, place);
+    }
+    for (const Record& record : kRecords) {
+        m_keyword = record.keyword;
+        if (!m_header.find(record.keyword)) add("", "the record is missing");
+    }
+}
+
+void Check::fields(const Record& record, const std::vector<KpStepValue>& parameters) {
+    if (parameters.size() != record.fields.size())
+        add("", std::to_string(parameters.size()) + " parameters, expected " + std::to_string(record.fields.size()));
+    for (std::size_t i = 0; i < std::min(parameters.size(), record.fields.size()); ++i)
+        field(record.fields[i], parameters[i]);
+}
+
+void Check::field(const Field& field, const KpStepValue& value) {
+    if (!field.isList) return text(field, value, "a text");
+    if (value.kind != Kind::list || value.items.empty())
+        return add(field.name, "found " + excerptOf(value) + ", expected a list of texts, at least one");
+    for (const KpStepValue& item : value.items) text(field, item, "a list of texts");
+}
+
+void Check::text(const Field& field, const KpStepValue& value, const char* expected) {
+    if (value.kind != Kind::string) return add(field.name, "found " + excerptOf(value) + ", expected " + expected);
+    if (const std::size_t count = charactersOf(value.text); count > field.longest)
+        add(field.name, std::to_string(count) + " characters, expected at most " + std::to_string(field.longest) +
+                            ": " + excerptOf(value));
+}
+
+void Check::forms(std::string_view schemaName) {
+    const auto textAt = [this](const char* keyword, std::size_t index) -> const KpStepValue* {
+        m_keyword = keyword;
+        const KpIfcHeaderRecord* const record = m_header.find(keyword);
+        const bool isText =
+            record && index < record->parameters.size() && record->parameters[index].kind == Kind::string;
+        return isText ? &record->parameters[index] : nullptr;
+    };
+    if (const KpStepValue* level = textAt("FILE_DESCRIPTION", 1); level && !isImplementationLevel(level->text))
+        add("implementation_level",
+            "found " + excerptOf(*level) + ", expected edition and conformance class of the file format, as in '2;1'");
+    if (const KpStepValue* time = textAt("FILE_NAME", 1); time && !isTimeStamp(time->text))
+        add("time_stamp",
+            "found " + excerptOf(*time) + ", expected date and time (ISO 8601), as in '2026-01-02T03:04:05'");
+    m_keyword = "FILE_SCHEMA";
+    const std::vector<std::string> schemas = m_header.schemaIdentifiers();
+    if (schemas.size() > 1) add("schema_identifiers", std::to_string(schemas.size()) + " schemas, expected one");
+    if (!schemas.empty() && schemaNameOf(schemas.front()) != schemaName)
+        add("schema_identifiers", "found " + excerptOf(KpStepValue::string(schemas.front())) + ", expected '" +
+                                      std::string(schemaName) + '\'');
+}
+
+} // namespace
+
+void checkHeader(const KpIfcHeader& header, std::string_view schemaName, KpIfcReport& report) {
+    Check(header, report).run(schemaName);
+}
+
+} // namespace KP_SDAI
