@@ -64,19 +64,14 @@ TEST_P(SamplesTest, AreWrittenBackWithoutLoss) {
 TEST_P(SamplesTest, AreDumpedAsTheFileSays) {
     const UnpackedFile sample(GetParam());
     const std::string file = ::quoted(sample.path());
-    const Outcome dumped = m_folder.run("kpifc dump " + file + " >dump.jsonl");
-    ASSERT_LE(dumped.exitCode, 1) << dumped.err;
-    expectNoDifferences("check_dump.py", file + ' ' + m_facts + " dump.jsonl");
-}
-
-TEST_P(SamplesTest, AreDumpedWithInversesAsTheFileSays) {
-    const UnpackedFile sample(GetParam());
-    const std::string file = ::quoted(sample.path());
     const Outcome dumped = m_folder.run("kpifc dump --inverse " + file + " >dump.jsonl");
     ASSERT_LE(dumped.exitCode, 1) << dumped.err;
     // The checker compares what is there; nothing may be left out.
     EXPECT_EQ(m_folder.run("grep -cv '},\"inverse\":{.*}}$' dump.jsonl").out, "0\n");
     expectNoDifferences("check_dump.py", file + ' ' + m_facts + " dump.jsonl");
+    // Without inverse attributes, each line is the same up to there.
+    const std::string plain = "kpifc dump " + file + " >plain.jsonl; ";
+    EXPECT_EQ(m_folder.run(plain + "sed 's/,\"inverse\":{.*}}$/}/' dump.jsonl | cmp - plain.jsonl").exitCode, 0);
 }
 
 /// The tree follows relations; the dump tells by inverse attributes what is in it.
@@ -153,6 +148,11 @@ TEST_P(SamplesTest, ArePartedIntoWholeModels) {
             choices.try_emplace("one by #", '#' + instance["id"].dump());
             choices["one by GlobalId"] = instance["attributes"]["GlobalId"];
         }
+    }
+    if (fs::file_size(sample.path()) > 1'000'000) { // some are enough where the checker takes long
+        std::erase_if(choices, [](const auto& choice) {
+            return choice.first != "IfcBuildingStorey" && choice.first != "one by GlobalId";
+        });
     }
     std::string parts;
     for (const auto& [what, name] : choices) {
