@@ -121,7 +121,10 @@ public:
     /// The same in ascending order of names, but for what has no name, which stays where it is between the others.
     template <class VisitInstance, class VisitRecord>
     void visitInNormalOrder(VisitInstance visitInstance, VisitRecord visitRecord) const {
-        if (!m_explicitOrder) return visitInFileOrder(visitInstance, visitRecord);
+        if (m_kept.empty()) { // the table has them in this order
+            for (KpIfcEntityBase* instance : model.instances()) visitInstance(instance);
+            return;
+        }
         for (const OrderEntry& entry : normalOrder()) {
             if (KeptRecord* record = entry.record()) {
                 if (!isErased(*record)) visitRecord(*record);
