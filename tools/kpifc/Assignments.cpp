@@ -3,6 +3,8 @@
 #include "Failure.h"
 #include "Files.h"
 #include "HeldAttributes.h"
+#include "Output.h"
+#include "StepConversion.h"
 #include "TypeText.h"
 #include "Utf8.h"
 
@@ -74,7 +76,7 @@ const KpIfcVariantType* selectDescriptor(const Assignment& assignment) {
 
 } // namespace
 
-void noteDepartures(const Assignment& assignment, std::vector<std::string>& notes) {
+static void noteDepartures(const Assignment& assignment, std::vector<std::string>& notes) {
     const KpIfcExplicitAttributeDefinition& attribute = *assignment.attribute;
     const auto note = [&](const std::string& text) { notes.push_back(assignment.target + ": " + text); };
     if (assignment.value.kind == KpStepValue::Kind::unset) {
@@ -124,7 +126,7 @@ void forgetSource(const Assignment& assignment) {
 
 } // namespace
 
-void apply(const Assignment& assignment, const StepConversion& conversion) {
+static void apply(const Assignment& assignment, const StepConversion& conversion) {
     const KpAnsiString name(assignment.attribute->name());
     if (assignment.value.kind == KpStepValue::Kind::unset) {
         assignment.instance->unsetAttr(name);
@@ -149,6 +151,18 @@ void apply(const Assignment& assignment, const StepConversion& conversion) {
         }
     }
     forgetSource(assignment);
+}
+
+void applyAll(const std::vector<Assignment>& assignments, const KpIfcModel& model) {
+    const StepConversion conversion(model);
+    std::vector<std::string> notes; // told only when nothing was refused
+    for (const Assignment& assignment : assignments) {
+        apply(assignment, conversion);
+        noteDepartures(assignment, notes);
+    }
+    for (const std::string& note : notes) {
+        tell("kpifc: " + note);
+    }
 }
 
 } // namespace kpifc

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "StepConversion.h"
 #include "Targets.h"
 
 #include <KpIfcCore/KpIfcAttributeDefinition.h>
@@ -21,9 +20,8 @@ struct Assignment {
 
 /// Reads "#15.FamilyName='Meier'"; throws Failure where it is none or the attribute may not be set.
 Assignment parseAssignment(const std::string& text, Targets& targets);
-/// Stores the value in the model; throws Failure where the attribute cannot hold it.
-void apply(const Assignment& assignment, const StepConversion& conversion);
-/// Notes what was stored but is not as the schema wants it.
-void noteDepartures(const Assignment& assignment, std::vector<std::string>& notes);
+/// Stores all values in the model; throws Failure where an attribute cannot hold its value. Then tells on standard
+/// error what was stored but is not as the schema wants it.
+void applyAll(const std::vector<Assignment>& assignments, const KP_SDAI::KpIfcModel& model);
 
 } // namespace kpifc

@@ -69,15 +69,7 @@ ExitCode createInstance(const NewArguments& arguments) {
     for (const std::string& text : arguments.assignments) {
         assignments.push_back(parseAssignment(label + '.' + text, targets));
     }
-    const StepConversion conversion(model);
-    std::vector<std::string> notes; // told only when nothing was refused
-    for (const Assignment& assignment : assignments) {
-        apply(assignment, conversion);
-        noteDepartures(assignment, notes);
-    }
-    for (const std::string& note : notes) {
-        tell("kpifc: " + note);
-    }
+    applyAll(assignments, model);
     if (const std::vector<std::string> names = missing(instance); !names.empty()) {
         tell(fmt::format("kpifc: {} {} has no value yet that it must have: {}", label,
                          instance.getInstanceType()->displayName(), fmt::join(names, ", ")));

@@ -28,15 +28,7 @@ ExitCode set(const SetArguments& arguments) {
     for (const std::string& text : arguments.assignments) {
         assignments.push_back(parseAssignment(text, targets));
     }
-    const StepConversion conversion(*file.model());
-    std::vector<std::string> notes; // told only when nothing was refused
-    for (const Assignment& assignment : assignments) {
-        apply(assignment, conversion);
-        noteDepartures(assignment, notes);
-    }
-    for (const std::string& note : notes) {
-        tell("kpifc: " + note);
-    }
+    applyAll(assignments, *file.model());
     return save(file, arguments.input, arguments.saving, counted(assignments.size(), "attribute") + " set");
 }
 
