@@ -45,7 +45,7 @@ std::size_t bitsOf(std::string_view binary) {
 
 /// What is expected of an attribute, for messages.
 std::string expected(const CheckedField& field) {
-    return ", expected " + field.attribute->typeText();
+    return field.attribute->typeText();
 }
 
 } // namespace
@@ -75,7 +75,9 @@ struct FieldCheck::Faults {
 };
 
 void FieldCheck::missing(KpIfcEntityBase& instance, const CheckedField& field) {
-    m_findings.add(KpIfcFinding::missingValue, instance, field.row->name, [&] { return "no value" + expected(field); });
+    m_findings.add(KpIfcFinding::missingValue, instance, field.row->name, [&] {
+        return Said{"no value", expected(field)};
+    });
 }
 
 void FieldCheck::check(KpIfcEntityBase& instance, const CheckedField& field) {
@@ -91,7 +93,7 @@ void FieldCheck::check(KpIfcEntityBase& instance, const CheckedField& field) {
     const std::string_view id = (instance.*row.member.guid).constStr();
     if (isGlobalId(id)) return;
     m_findings.add(KpIfcFinding::globalId, instance, row.name, [&] {
-        return "found '" + std::string(id) + "', expected 22 of the characters 0-9A-Za-z_$, the first one of 0-3";
+        return Said{'\'' + std::string(id) + '\'', "22 of the characters 0-9A-Za-z_$, the first one of 0-3"};
     });
 }
 
@@ -99,11 +101,13 @@ void FieldCheck::checkReference(KpIfcEntityBase& instance, const CheckedField& f
     const KpDbObjectId& handle = instance.*field.row->member.reference;
     const ReferenceFault fault = faultOf(handle, **field.row->target);
     if (fault == ReferenceFault::dangling)
-        m_findings.add(KpIfcFinding::danglingReference, instance, field.row->name,
-                       [&] { return "refers to " + labelOf(handle) + ", which is no instance" + expected(field); });
+        m_findings.add(KpIfcFinding::danglingReference, instance, field.row->name, [&] {
+            return Said{labelOf(handle), expected(field)};
+        });
     if (fault == ReferenceFault::wrong)
-        m_findings.add(KpIfcFinding::wrongReference, instance, field.row->name,
-                       [&] { return "refers to " + labelOf(handle) + expected(field); });
+        m_findings.add(KpIfcFinding::wrongReference, instance, field.row->name, [&] {
+            return Said{labelOf(handle), expected(field)};
+        });
 }
 
 void FieldCheck::checkSelect(KpIfcEntityBase& instance, const CheckedField& field) {
@@ -114,16 +118,14 @@ void FieldCheck::checkSelect(KpIfcEntityBase& instance, const CheckedField& fiel
     if (fault != ReferenceFault::none)
         m_findings.add(fault == ReferenceFault::wrong ? KpIfcFinding::wrongReference : KpIfcFinding::danglingReference,
                        instance, field.row->name, [&] {
-                           return "refers to " + labelOf(handle) +
-                                  (fault == ReferenceFault::wrong ? "" : ", which is no instance") + expected(field);
+                           return Said{labelOf(handle), expected(field)};
                        });
     const KpIfcAggr* const aggregate = select.getAggregate();
     if (!aggregate) return;
     const KpIfcDefinedType* const type = m_schema.findType(select.underlyingTypeName());
     if (!type || !type->aggregation() || boundsOf(*type->aggregation()).allow(aggregate->size())) return;
     m_findings.add(KpIfcFinding::aggregateSize, instance, field.row->name, [&] {
-        return countOf(aggregate->size(), "element") + " in " + type->displayName() + ", expected " +
-               definitionText(*type);
+        return Said{countOf(aggregate->size(), "element") + " in " + type->displayName(), definitionText(*type)};
     });
 }
 
@@ -146,15 +148,16 @@ void FieldCheck::checkAggregate(KpIfcEntityBase& instance, const CheckedField& f
 void FieldCheck::checkValues(KpIfcEntityBase& instance, const CheckedField& field, const Faults& unset) {
     if (unset.count == 0) return;
     m_findings.add(KpIfcFinding::missingValue, instance, field.row->name, [&] {
-        return unset.elements(*field.row) + " of " + std::to_string(unset.looked) + " without a value" +
-               expected(field);
+        return Said{unset.elements(*field.row) + " of " + std::to_string(unset.looked) + " without a value",
+                    expected(field)};
     });
 }
 
 void FieldCheck::checkSize(KpIfcEntityBase& instance, const CheckedField& field, std::size_t count) {
     if (field.bounds.allow(count)) return;
-    m_findings.add(KpIfcFinding::aggregateSize, instance, field.row->name,
-                   [&] { return countOf(count, "element") + expected(field); });
+    m_findings.add(KpIfcFinding::aggregateSize, instance, field.row->name, [&] {
+        return Said{countOf(count, "element"), expected(field)};
+    });
 }
 
 void FieldCheck::checkElementReferences(KpIfcEntityBase& instance, const CheckedField& field) {
@@ -175,19 +178,20 @@ void FieldCheck::checkElementReferences(KpIfcEntityBase& instance, const Checked
             look(faultOf(element), handle);
         }
     });
-    const auto tell = [&](KpIfcFinding finding, const Faults& faults, const char* what) {
+    const auto tell = [&](KpIfcFinding finding, const Faults& faults) {
         if (faults.count == 0) return;
-        m_findings.add(finding, instance, row.name,
-                       [&] { return faults.elements(row) + ": " + labelOf(faults.handle) + what + expected(field); });
+        m_findings.add(finding, instance, row.name, [&] {
+            return Said{faults.elements(row) + ": " + labelOf(faults.handle), expected(field)};
+        });
     };
-    tell(KpIfcFinding::danglingReference, dangling, ", which is no instance");
-    tell(KpIfcFinding::wrongReference, wrong, "");
+    tell(KpIfcFinding::danglingReference, dangling);
+    tell(KpIfcFinding::wrongReference, wrong);
 }
 
 void FieldCheck::repeated(KpIfcEntityBase& instance, const CheckedField& field, std::size_t first, std::size_t second) {
     m_findings.add(KpIfcFinding::repeatedMember, instance, field.row->name, [&] {
-        return "elements " + std::to_string(first + 1) + " and " + std::to_string(second + 1) +
-               " are the same, expected different ones in " + field.attribute->typeText();
+        return Said{"the same value as elements " + std::to_string(first + 1) + " and " + std::to_string(second + 1),
+                    "different ones in " + expected(field)};
     });
 }
 
@@ -218,7 +222,8 @@ void FieldCheck::checkWidths(KpIfcEntityBase& instance, const CheckedField& fiel
         wide.look(!element.isUnset() && bitsOf(element.view()) > field.row->width);
     if (wide.count != 0)
         m_findings.add(KpIfcFinding::tooLong, instance, field.row->name, [&] {
-            return wide.elements(*field.row) + ": more than " + std::to_string(field.row->width) + " bits";
+            return Said{wide.elements(*field.row) + " of more than " + std::to_string(field.row->width) + " bits",
+                        "no more"};
         });
 }
 

@@ -3,6 +3,7 @@
 #include <KpIfcCore/KpTextCase.h>
 
 #include "check/HeaderForms.h"
+#include "part21/Findings.h"
 
 #include <algorithm>
 #include <span>
@@ -33,12 +34,16 @@ constexpr Record kRecords[] = {{"FILE_DESCRIPTION", kDescription}, {"FILE_NAME",
 
 class Check {
 public:
-    Check(const KpIfcHeader& header, KpIfcReport& report) : m_header(header), m_report(report) {}
+    Check(const KpIfcHeader& header, KpIfcReport& report, std::span<const std::uint64_t> offsets)
+        : m_header(header), m_report(report), m_offsets(offsets) {}
 
     void run(std::string_view schemaName);
 
 private:
-    void add(std::string_view field, std::string message);
+    void add(std::string_view field, std::string found, std::string expected,
+             KpIfcSeverity severity = KpIfcSeverity::warning);
+    /// Turns to a record; null where there is none.
+    const KpIfcHeaderRecord* turnTo(const char* keyword);
     void records();
     void fields(const Record& record, const std::vector<KpStepValue>& parameters);
     void field(const Field& field, const KpStepValue& value);
@@ -47,16 +52,30 @@ private:
 
     const KpIfcHeader& m_header;
     KpIfcReport& m_report;
-    std::string m_keyword; ///< of the record that is looked at
+    std::span<const std::uint64_t> m_offsets;
+    std::string m_keyword;   ///< of the record that is looked at
+    std::size_t m_place = 0; ///< its number; beyond the last where there is none
 };
 
-void Check::add(std::string_view field, std::string message) {
+const KpIfcHeaderRecord* Check::turnTo(const char* keyword) {
+    const KpIfcHeaderRecord* const record = m_header.find(keyword);
+    m_keyword = keyword;
+    m_place = record ? static_cast<std::size_t>(record - m_header.records().data()) : m_header.records().size();
+    return record;
+}
+
+void Check::add(std::string_view field, std::string found, std::string expected, KpIfcSeverity severity) {
     KpIfcReportEntry entry;
-    entry.severity = KpIfcSeverity::warning;
+    entry.severity = severity;
+    if (!m_offsets.empty()) {
+        entry.offset = m_offsets[std::min(m_place, m_offsets.size() - 1)];
+        entry.line = 1; // counted when everything is read
+    }
     entry.finding = KpIfcFinding::header;
     entry.entity = m_keyword;
     entry.attribute = field;
-    entry.message = std::move(message);
+    entry.found = std::move(found);
+    entry.expected = std::move(expected);
     m_report.add(std::move(entry));
 }
 
@@ -78,8 +97,7 @@ std::size_t charactersOf(std::string_view utf8) {
 void Check::run(std::string_view schemaName) {
     records();
     for (const Record& record : kRecords) {
-        m_keyword = record.keyword;
-        const KpIfcHeaderRecord* const found = m_header.find(record.keyword);
+        const KpIfcHeaderRecord* const found = turnTo(record.keyword);
         if (found && !found->parameters.empty()) fields(record, found->parameters);
     }
     forms(schemaName);
@@ -90,31 +108,31 @@ void Check::records() {
     for (std::size_t i = 0; i < m_header.records().size(); ++i) {
         const KpIfcHeaderRecord& record = m_header.records()[i];
         m_keyword = record.keyword;
+        m_place = i;
         if (record.parameters.empty()) { // text that is no record has none
             KpStepValue value;
             const std::string source = m_header.source(i);
             if (!KpStepValue::read(source, value) || value.kind != Kind::typed)
-                add("", "found '" + source.substr(0, 60) + "', expected a header record");
+                add("", '\'' + source.substr(0, 60) + '\'', "a header record");
         }
         const auto* const standard = std::find_if(std::begin(kRecords), std::end(kRecords),
                                                   [&](const Record& one) { return record.keyword == one.keyword; });
         if (standard == std::end(kRecords)) continue;
         const auto place = static_cast<std::size_t>(standard - kRecords);
         if (&record != m_header.find(record.keyword))
-            add("", "stands more than once, expected one");
+            add("", "a second record of the name", "one");
         else if (place < last)
-            add("", std::string("stands behind ") + kRecords[last].keyword + ", expected before it");
+            add("", std::string("it behind ") + kRecords[last].keyword, "it before that");
         last = std::max(last, place);
     }
     for (const Record& record : kRecords) {
-        m_keyword = record.keyword;
-        if (!m_header.find(record.keyword)) add("", "the record is missing");
+        if (!turnTo(record.keyword)) add("", "no such record", "one");
     }
 }
 
 void Check::fields(const Record& record, const std::vector<KpStepValue>& parameters) {
     if (parameters.size() != record.fields.size())
-        add("", std::to_string(parameters.size()) + " parameters, expected " + std::to_string(record.fields.size()));
+        add("", countOf(parameters.size(), "parameter"), std::to_string(record.fields.size()));
     for (std::size_t i = 0; i < std::min(parameters.size(), record.fields.size()); ++i)
         field(record.fields[i], parameters[i]);
 }
@@ -122,43 +140,43 @@ void Check::fields(const Record& record, const std::vector<KpStepValue>& paramet
 void Check::field(const Field& field, const KpStepValue& value) {
     if (!field.isList) return text(field, value, "a text");
     if (value.kind != Kind::list || value.items.empty())
-        return add(field.name, "found " + excerptOf(value) + ", expected a list of texts, at least one");
+        return add(field.name, excerptOf(value), "a list of texts, at least one");
     for (const KpStepValue& item : value.items) text(field, item, "a list of texts");
 }
 
 void Check::text(const Field& field, const KpStepValue& value, const char* expected) {
-    if (value.kind != Kind::string) return add(field.name, "found " + excerptOf(value) + ", expected " + expected);
+    if (value.kind != Kind::string) return add(field.name, excerptOf(value), expected);
     if (const std::size_t count = charactersOf(value.text); count > field.longest)
-        add(field.name, std::to_string(count) + " characters, expected at most " + std::to_string(field.longest) +
-                            ": " + excerptOf(value));
+        add(field.name, countOf(count, "character") + ": " + excerptOf(value),
+            "at most " + std::to_string(field.longest), KpIfcSeverity::note);
 }
 
 void Check::forms(std::string_view schemaName) {
     const auto textAt = [this](const char* keyword, std::size_t index) -> const KpStepValue* {
-        m_keyword = keyword;
-        const KpIfcHeaderRecord* const record = m_header.find(keyword);
+        const KpIfcHeaderRecord* const record = turnTo(keyword);
         const bool isText =
             record && index < record->parameters.size() && record->parameters[index].kind == Kind::string;
         return isText ? &record->parameters[index] : nullptr;
     };
     if (const KpStepValue* level = textAt("FILE_DESCRIPTION", 1); level && !isImplementationLevel(level->text))
-        add("implementation_level",
-            "found " + excerptOf(*level) + ", expected edition and conformance class of the file format, as in '2;1'");
-    if (const KpStepValue* time = textAt("FILE_NAME", 1); time && !isTimeStamp(time->text))
-        add("time_stamp",
-            "found " + excerptOf(*time) + ", expected date and time (ISO 8601), as in '2026-01-02T03:04:05'");
-    m_keyword = "FILE_SCHEMA";
+        add("implementation_level", excerptOf(*level), "edition and conformance class of the file format, as in '2;1'",
+            KpIfcSeverity::note);
+    if (const KpStepValue* time = textAt("FILE_NAME", 1);
+        time && !time->text.empty() && !isTimeStamp(time->text)) // empty: nothing to say
+        add("time_stamp", excerptOf(*time), "date and time (ISO 8601), as in '2026-01-02T03:04:05'");
+    turnTo("FILE_SCHEMA");
     const std::vector<std::string> schemas = m_header.schemaIdentifiers();
-    if (schemas.size() > 1) add("schema_identifiers", std::to_string(schemas.size()) + " schemas, expected one");
+    if (schemas.size() > 1) add("schema_identifiers", countOf(schemas.size(), "schema"), "one");
     if (!schemas.empty() && schemaNameOf(schemas.front()) != schemaName)
-        add("schema_identifiers", "found " + excerptOf(KpStepValue::string(schemas.front())) + ", expected '" +
-                                      std::string(schemaName) + '\'');
+        add("schema_identifiers", excerptOf(KpStepValue::string(schemas.front())),
+            '\'' + std::string(schemaName) + '\'', KpIfcSeverity::note);
 }
 
 } // namespace
 
-void checkHeader(const KpIfcHeader& header, std::string_view schemaName, KpIfcReport& report) {
-    Check(header, report).run(schemaName);
+void checkHeader(const KpIfcHeader& header, std::string_view schemaName, KpIfcReport& report,
+                 std::span<const std::uint64_t> offsets) {
+    Check(header, report, offsets).run(schemaName);
 }
 
 } // namespace KP_SDAI

@@ -51,8 +51,8 @@ void InverseCheck::check(KpIfcEntityBase& instance, const CheckedInverse& invers
         const KpIfcExplicitAttributeDefinition* const through = inverse.attribute->invertedAttribute();
         std::string text = countOf(referrers.size(), "referrer");
         if (!referrers.empty()) text += " (" + listOf(referrers) + ')';
-        return text + ", expected " + textOf(inverse.bounds) + ": " + inverse.attribute->target()->displayName() + '.' +
-               (through ? through->name() : "?");
+        return Said{std::move(text), textOf(inverse.bounds) + ": " + inverse.attribute->target()->displayName() + '.' +
+                                         (through ? through->name() : "?")};
     });
 }
 

@@ -60,8 +60,9 @@ void ModelCheck::check(KpIfcEntityBase& instance) {
     m_kept.clear();
     if (m_data.keptFields(instance)) m_kept = keptTextsInForce(m_data, instance);
     if (entity.type.isAbstract())
-        m_findings.add(KpIfcFinding::abstractEntity, instance, "",
-                       [] { return "the entity is abstract, expected one of its subtypes"; });
+        m_findings.add(KpIfcFinding::abstractEntity, instance, "", [] {
+            return Said{"an instance of an abstract entity", "one of its subtypes"};
+        });
     checkFields(instance, entity);
     for (const CheckedInverse& inverse : entity.inverses) m_inverses.check(instance, inverse);
     if (!entity.rules.empty()) m_rules.look(instance, entity.rules, m_kept);

@@ -27,8 +27,9 @@ void UniqueRules::look(KpIfcEntityBase& instance, const std::vector<CheckedRule>
         const auto entered = m_first[rule.rule].emplace(values, instance.objectId());
         if (entered.second) continue;
         m_findings.add(KpIfcFinding::notUnique, instance, rule.attributes, [&] {
-            return values + " is also that of " + labelOf(entered.first->second) + ", expected to be unique (" +
-                   rule.entity->displayName() + '.' + rule.rule->label + ')';
+            return Said{values + ", as in " + labelOf(entered.first->second),
+                        std::string("other values than all else (") + rule.entity->displayName() + '.' +
+                            rule.rule->label + ')'};
         });
     }
 }

@@ -1,6 +1,5 @@
 #include "part21/FileReader.h"
 
-#include "part21/Findings.h"
 #include "part21/Lexer.h"
 #include "part21/RecordReader.h"
 #include "part21/StepValueText.h"
@@ -21,8 +20,12 @@ std::string keywordOf(const char* begin) {
 
 } // namespace
 
-void FileReader::report(KpIfcFinding finding, KpIfcSeverity severity, std::string message) {
-    m_report.add(findingAt(finding, severity, offset(), std::move(message)));
+void FileReader::report(KpIfcFinding finding, KpIfcSeverity severity, Said said) {
+    m_report.add(findingAt(finding, severity, offset(), std::move(said)));
+}
+
+std::string FileReader::quotedHere(const char* end) const {
+    return quoted({m_place, static_cast<std::size_t>(end - m_place)});
 }
 
 bool FileReader::skipBlanks() {
@@ -54,13 +57,13 @@ bool FileReader::readHeader(std::string& schema) {
         return false;
     }
     if (m_window.end() - m_place >= 3 && std::memcmp(m_place, "\xEF\xBB\xBF", 3) == 0) {
-        report(KpIfcFinding::sectionStructure, KpIfcSeverity::note, "a byte order mark before the start of the file");
+        report(KpIfcFinding::sectionStructure, KpIfcSeverity::note,
+               {"a byte order mark", "ISO-10303-21; at the start of the file", "read over"});
         m_place += 3;
     }
     const char* end = nullptr;
     if (!skipBlanks() || keywordOf(m_place) != "ISO-10303-21") {
-        m_error = "is no STEP file: expected ISO-10303-21; at its start, found '" +
-                  excerpt({m_place, static_cast<std::size_t>(m_window.end() - m_place)}) + "'";
+        m_error = "is no STEP file: found " + quotedHere(m_window.end()) + ", expected ISO-10303-21; at its start";
         return false;
     }
     if (!nextStatement(end)) {
@@ -73,7 +76,8 @@ bool FileReader::readHeader(std::string& schema) {
     while (nextStatement(end)) {
         const std::string keyword = keywordOf(m_place);
         if (keyword == "DATA" || keyword == "END-ISO-10303-21" || *m_place == '#') {
-            report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, "the header section has no ENDSEC");
+            report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
+                   {quotedHere(end), "ENDSEC; of the header section", "read as if it stood there"});
             m_layout.headerEnd = offset();
             break;
         }
@@ -85,17 +89,11 @@ bool FileReader::readHeader(std::string& schema) {
         if (keyword == "HEADER" && !inHeader) {
             inHeader = true;
         } else if (m_layout.header.push_back(offset()); !readHeaderRecord(end)) {
-            report(KpIfcFinding::header, KpIfcSeverity::warning,
-                   "expected a header record, found '" + excerpt({m_place, static_cast<std::size_t>(end - m_place)}) +
-                       "'; kept as text");
             m_header.append({keyword, {}}, std::string(m_place, end - 1));
         }
         m_place = end;
         m_layout.headerEnd = offset();
     }
-    for (const char* keyword : {"FILE_DESCRIPTION", "FILE_NAME", "FILE_SCHEMA"})
-        if (!m_header.find(keyword))
-            report(KpIfcFinding::header, KpIfcSeverity::warning, std::string("the header has no ") + keyword);
     m_layout.headerRecords = m_header.records();
     schema = m_header.text("FILE_SCHEMA", 0);
     if (schema.empty()) {
@@ -124,7 +122,8 @@ std::uint64_t FileReader::readData(ModelData& data) {
     std::uint64_t opaqueFrom = 0; // all that follows is no statement of the file
     while (!ended) {
         if (!nextStatement(end)) {
-            report(KpIfcFinding::truncated, KpIfcSeverity::error, "the file ends before END-ISO-10303-21");
+            report(KpIfcFinding::truncated, KpIfcSeverity::error,
+                   {"the end of the file", "END-ISO-10303-21;", "what stands before is read"});
             if (!m_layout.hasDataSection) m_layout.dataEnd = offset();
             opaqueFrom = offset();
             break;
@@ -135,12 +134,13 @@ std::uint64_t FileReader::readData(ModelData& data) {
             const char* const behindKeyword = lexer::keywordEnd(m_place);
             const char next = *lexer::skipBlanks(behindKeyword, end);
             if (opening.empty()) {
-                report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, "instances outside a data section");
+                report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
+                       {"an instance", "DATA; before it", "read as if it stood there"});
             } else if (next == ';' || next == '(') {
                 m_place = end;
             } else {
                 report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
-                       "expected ';' behind DATA; read as if it stood there");
+                       {quotedHere(end), "';' behind DATA", "read as if it stood there"});
                 opening = "DATA;";
                 const std::uint64_t begin = offset();
                 m_place = behindKeyword;
@@ -155,7 +155,8 @@ std::uint64_t FileReader::readData(ModelData& data) {
             m_layout.dataEnd = isWhole ? records.sectionEnd() : offset();
             if (!isWhole) {
                 opaqueFrom = offset();
-                report(KpIfcFinding::truncated, KpIfcSeverity::error, "the file ends inside its data section");
+                report(KpIfcFinding::truncated, KpIfcSeverity::error,
+                       {"the end of the file", "ENDSEC; of the data section", "what stands before is read"});
                 std::string tail(m_place, m_window.end());
                 while (!tail.empty() && static_cast<unsigned char>(tail.back()) <= ' ') tail.pop_back();
                 // What is left of a record has no end of its own: a comment keeps it apart from what is written next.
@@ -180,14 +181,22 @@ std::uint64_t FileReader::readData(ModelData& data) {
     return size;
 }
 
+/// What a section of the third edition holds is kept and means nothing to the model.
+void FileReader::reportKept(std::string found) {
+    KpIfcReportEntry entry = findingAt(KpIfcFinding::sectionStructure, KpIfcSeverity::note, offset(),
+                                       {std::move(found), "", "kept as text, nothing of it resolved or verified"});
+    entry.isAllowed = true;
+    m_report.add(std::move(entry));
+}
+
 /// Keeps the text of a section that is neither HEADER nor DATA (anchors and references of the third edition).
 void FileReader::readOtherSection(const char* end) {
     const std::string keyword = keywordOf(m_place);
     const bool known = keyword == "ANCHOR" || keyword == "REFERENCE";
-    report(KpIfcFinding::sectionStructure, known ? KpIfcSeverity::note : KpIfcSeverity::warning,
-           known ? "section " + keyword + " is kept as text and not resolved"
-                 : "expected a section, found '" + excerpt({m_place, static_cast<std::size_t>(end - m_place)}) +
-                       "'; kept as text");
+    if (known)
+        reportKept("section " + keyword);
+    else
+        report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, {quotedHere(end), "a section", "kept as text"});
     std::string text = statement(end);
     const std::uint64_t begin = offset();
     m_place = end;
@@ -205,7 +214,7 @@ void FileReader::readOtherSection(const char* end) {
 void FileReader::readTrailing() {
     if (!skipBlanks()) return;
     if (keywordOf(m_place) == "SIGNATURE") {
-        report(KpIfcFinding::sectionStructure, KpIfcSeverity::note, "a signature is kept and not checked");
+        reportKept("a signature");
         const char* end = nullptr;
         while (nextStatement(end)) {
             m_frame.behindEnd += statement(end) + '\n';
@@ -214,19 +223,17 @@ void FileReader::readTrailing() {
         return;
     }
     report(KpIfcFinding::trailingText, KpIfcSeverity::warning,
-           "text behind the end of the file, left out: '" +
-               excerpt({m_place, static_cast<std::size_t>(m_window.end() - m_place)}) + "'");
+           {quotedHere(m_window.end()) + " behind END-ISO-10303-21;", "the end of the file", "no part of the model"});
     while (m_window.refill(m_place = m_window.end())) {
     }
 }
 
-/// Counts lines, which costs a second walk and is done only where there is something to report.
+/// Sorts the findings by their places and counts lines, which costs a second walk and is done only where there is
+/// something to report.
 void FileReader::locateFindings() {
-    std::vector<KpIfcReportEntry*> entries;
-    for (KpIfcReportEntry& entry : m_report.located()) entries.push_back(&entry);
+    std::vector<KpIfcReportEntry>& entries = m_report.located();
+    std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.offset < b.offset; });
     if (entries.empty() || !m_source.rewind()) return;
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const auto* a, const auto* b) { return a->offset < b->offset; });
     std::vector<char> buffer(256 * 1024);
     std::uint64_t offset = 0;
     std::uint64_t line = 1;
@@ -234,16 +241,16 @@ void FileReader::locateFindings() {
     auto next = entries.begin();
     for (std::size_t got; next != entries.end() && (got = m_source.read(buffer.data(), buffer.size())) != 0;) {
         const char* p = buffer.data();
-        for (; next != entries.end() && (*next)->offset < offset + got; ++next) {
-            const char* const place = buffer.data() + ((*next)->offset - offset);
+        for (; next != entries.end() && next->offset < offset + got; ++next) {
+            const char* const place = buffer.data() + (next->offset - offset);
             while (const void* found = std::memchr(p, '\n', static_cast<std::size_t>(place - p))) {
                 p = static_cast<const char*>(found) + 1;
                 ++line;
                 lineStart = offset + static_cast<std::uint64_t>(p - buffer.data());
             }
             p = place;
-            (*next)->line = line;
-            (*next)->column = (*next)->offset - lineStart + 1;
+            next->line = line;
+            next->column = next->offset - lineStart + 1;
         }
         const char* const behind = buffer.data() + got;
         while (const void* found = std::memchr(p, '\n', static_cast<std::size_t>(behind - p))) {
@@ -254,8 +261,8 @@ void FileReader::locateFindings() {
         offset += got;
     }
     for (; next != entries.end(); ++next) {
-        (*next)->line = line;
-        (*next)->column = (*next)->offset - lineStart + 1;
+        next->line = line;
+        next->column = next->offset - lineStart + 1;
     }
 }
 

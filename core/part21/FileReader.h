@@ -5,6 +5,7 @@
 
 #include "model/ModelData.h"
 #include "part21/FileFrame.h"
+#include "part21/Findings.h"
 #include "part21/Window.h"
 
 #include <cstdint>
@@ -38,7 +39,10 @@ private:
     void locateFindings();
     std::string statement(const char* end) const;
     std::uint64_t offset() const { return m_window.offsetOf(m_place); }
-    void report(KpIfcFinding finding, KpIfcSeverity severity, std::string message);
+    void report(KpIfcFinding finding, KpIfcSeverity severity, Said said);
+    void reportKept(std::string found);
+    /// What stands from here to `end`, for a finding.
+    std::string quotedHere(const char* end) const;
 
     ByteSource& m_source;
     SourceLayout& m_layout;

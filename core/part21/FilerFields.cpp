@@ -145,5 +145,5 @@ void KpSpfFilerBase::rdNotKept(bool separator) {
     if (!KpSpfReadHelper(*this).ignoreParamter(separator)) return;
     const std::string_view text(m_fieldStart, static_cast<std::size_t>(m_cur - m_fieldStart));
     if (text != "\"\"" && text != "$")
-        issue(KpIfcFinding::notKept, KpIfcSeverity::warning, false, "nothing: the value is not kept");
+        issue(KpIfcFinding::notKept, KpIfcSeverity::warning, false, "no value, for this toolkit has no place for one");
 }

@@ -2,6 +2,7 @@
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include "model/ModelData.h"
+#include "part21/FieldIssue.h"
 #include "part21/Lexer.h"
 
 using namespace KP_SDAI;
@@ -75,6 +76,13 @@ bool KpSpfFilerBase::endField(const char* expected) {
 void KpSpfFilerBase::issue(KpIfcFinding finding, KpIfcSeverity severity, bool keep, const char* expected) {
     if (m_broken) return;
     m_issues.push_back({finding, severity, keep, m_field - 1, m_fieldStart, m_cur, expected});
+}
+
+void KpSpfFilerBase::textIssue(KpIfcSeverity severity, bool keep, const char* found, const char* expected,
+                               const char* done) {
+    if (m_broken) return;
+    m_issues.push_back(
+        {KpIfcFinding::textEncoding, severity, keep, m_field - 1, m_fieldStart, m_cur, expected, found, done});
 }
 
 /// Goes to the end of the parameter from its start.

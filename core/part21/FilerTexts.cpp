@@ -2,6 +2,7 @@
 #include <KpIfcCore/KpStepText.h>
 
 #include "model/ModelData.h"
+#include "part21/Findings.h"
 
 #include <cstring>
 
@@ -54,18 +55,19 @@ bool KpSpfFilerBase::readText(std::string_view& text) {
     KpStepText::decode(encoded, m_decoded, issues);
     text = m_data.utf8 ? std::string_view(m_decoded) : encoded;
     if (issues & KpStepText::kRawUtf8)
-        issue(KpIfcFinding::textEncoding, KpIfcSeverity::note, false, "unencoded UTF-8 in a text, taken as such");
+        textIssue(KpIfcSeverity::note, false, "UTF-8 in a text", "characters beyond ASCII by \\X2\\", "taken as such");
     if (issues & KpStepText::kRawLatin1)
-        issue(KpIfcFinding::textEncoding, KpIfcSeverity::warning, false,
-              "unencoded bytes in a text that are no UTF-8, taken as ISO 8859-1");
+        textIssue(KpIfcSeverity::warning, false, "bytes in a text that are no UTF-8",
+                  "characters beyond ASCII by \\X2\\", "taken as ISO 8859-1");
     if (issues & KpStepText::kBadDirective)
-        issue(KpIfcFinding::textEncoding, KpIfcSeverity::warning, !m_data.utf8 && !KpStepText::isEncoded(encoded),
-              "a reverse solidus in a text that opens no directive, taken as it is");
+        textIssue(KpIfcSeverity::warning, !m_data.utf8 && !KpStepText::isEncoded(encoded),
+                  "a reverse solidus in a text that opens no directive", "two of them", "taken as it is");
     if (issues & KpStepText::kBadCodePoint)
-        issue(KpIfcFinding::textEncoding, KpIfcSeverity::warning, m_data.utf8, "a code point that does not exist");
+        textIssue(KpIfcSeverity::warning, m_data.utf8, "a code point that does not exist",
+                  "one up to 10FFFF that is no surrogate", kTextKept);
     if (issues & KpStepText::kControl)
-        issue(KpIfcFinding::textEncoding, KpIfcSeverity::note, false,
-              "a control character or line end in a text, kept");
+        textIssue(KpIfcSeverity::note, false, "a control character or line end in a text", "it encoded by \\X2\\",
+                  "taken as a part of the text");
     return true;
 }
 

@@ -9,14 +9,32 @@
 
 namespace KP_SDAI {
 
+/// What a finding says; see KpIfcReportEntry.
+struct Said {
+    std::string found;
+    std::string expected;
+    std::string done;
+};
+
 /// A report entry about a place of the source. Its line is counted when everything is read.
-KpIfcReportEntry findingAt(KpIfcFinding finding, KpIfcSeverity severity, std::uint64_t offset, std::string message);
+KpIfcReportEntry findingAt(KpIfcFinding finding, KpIfcSeverity severity, std::uint64_t offset, Said said);
 
 /// The same about a field of an instance, counted from 0; about the whole record where it has no such field.
 KpIfcReportEntry findingOn(const KpIfcEntityBase& instance, std::uint32_t field, KpIfcFinding finding,
-                           KpIfcSeverity severity, std::uint64_t offset, std::string message);
+                           KpIfcSeverity severity, std::uint64_t offset, Said said);
 
-/// A short piece of source text for a message.
+/// A short piece of source text for a finding.
 std::string excerpt(std::string_view text);
+/// The same between apostrophes, for pieces that begin anywhere.
+std::string quoted(std::string_view text);
+
+/// "#5 IfcDoor", "#5, which is no instance"
+std::string labelOf(const KpDbObjectId& handle);
+
+/// "no element", "1 element", "7 elements"
+std::string countOf(std::size_t count, const std::string& noun);
+
+inline constexpr const char* kTextKept = "its text is kept";
+inline constexpr const char* kReadAllTheSame = "read all the same";
 
 } // namespace KP_SDAI

@@ -2,9 +2,11 @@
 #include <KpIfcCore/KpIfcModule.h>
 #include <KpIfcCore/KpIfcSettings.h>
 
+#include "check/HeaderCheck.h"
 #include "model/ModelData.h"
 #include "part21/FileReader.h"
 #include "part21/FileWriter.h"
+#include "part21/Findings.h"
 #include "part21/OpenSource.h"
 #include "part21/Output.h"
 #include "part21/SourceRewriter.h"
@@ -29,6 +31,14 @@ struct FileStamp {
     std::uintmax_t size = 0;
 };
 
+/// ", the first of them 12:5: note: ..."; empty where none is listed.
+std::string firstDeparture(const KpIfcReport& report) {
+    const KpIfcReportEntry* first = nullptr;
+    for (const KpIfcReportEntry& entry : report.entries())
+        if (!entry.isAllowed && (!first || entry.offset < first->offset)) first = &entry;
+    return first ? ", the first of them " + first->text() : std::string();
+}
+
 } // namespace
 
 struct KpIfcFile::State {
@@ -46,7 +56,7 @@ struct KpIfcFile::State {
     FileStamp stamp;                    ///< of that file, when it was read or last saved
     SourceLayout layout;
 
-    KP::ErrorStatus open(std::unique_ptr<ByteSource> from, const std::string& name);
+    KP::ErrorStatus open(std::unique_ptr<ByteSource> from, const std::string& name, const KpIfcOpenOptions& options);
     /// False where the sink stopped or, with error, where the source is of no use any more.
     bool write(const KpIfcSaveOptions& options, const std::function<bool(std::string_view)>& sink);
 };
@@ -66,7 +76,8 @@ void KpIfcFile::listedPerKind(std::size_t count) {
     m_state->listedPerKind = count;
 }
 
-KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const std::string& name) {
+KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const std::string& name,
+                                       const KpIfcOpenOptions& options) {
     report = KpIfcReport(listedPerKind);
     FileReader reader(*from, header, frame, layout, report);
     std::string schema;
@@ -83,11 +94,18 @@ KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const s
     model = std::make_unique<KpIfcModel>(std::move(module));
     model->data().utf8 = settings().get_useUTF8();
     model->data().table.expectFile(from->size());
+    checkHeader(header, model->schema().name(), report, layout.header);
     size = reader.readData(model->data());
     if (!from->error().empty()) {
         error = name + ": " + from->error();
         model.reset();
         return KP::eNotAvailable;
+    }
+    if (options.strict && report.departures() != 0) {
+        error = name + ": is not as the standard wants it: " + countOf(report.departures(), "departure") +
+                firstDeparture(report);
+        model.reset();
+        return KP::eInvalidInput;
     }
     source = std::move(from);
     return KP::eOk;
@@ -105,20 +123,21 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
     return false;
 }
 
-KP::ErrorStatus KpIfcFile::open(const std::string& path) {
+KP::ErrorStatus KpIfcFile::open(const std::string& path, const KpIfcOpenOptions& options) {
     close();
     const FileStamp stamp(path);
     std::unique_ptr<ByteSource> source = openSource(path, m_state->error);
     if (!source) return KP::eNotAvailable;
     m_state->path = path;
     m_state->stamp = stamp;
-    return m_state->open(std::move(source), path);
+    return m_state->open(std::move(source), path, options);
 }
 
-KP::ErrorStatus KpIfcFile::openMemory(const void* data, std::size_t size, const std::string& name) {
+KP::ErrorStatus KpIfcFile::openMemory(const void* data, std::size_t size, const std::string& name,
+                                      const KpIfcOpenOptions& options) {
     close();
     std::unique_ptr<ByteSource> source = openSource(data, size, name, m_state->error);
-    return source ? m_state->open(std::move(source), name) : KP::eNotAvailable;
+    return source ? m_state->open(std::move(source), name, options) : KP::eNotAvailable;
 }
 
 KP::ErrorStatus KpIfcFile::create(const std::string& schemaName) {

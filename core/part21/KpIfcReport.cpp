@@ -22,6 +22,13 @@ const char* severityName(KpIfcSeverity severity) {
     return kNames[static_cast<std::size_t>(severity)];
 }
 
+std::string KpIfcReportEntry::message() const {
+    std::string out = "found " + found;
+    if (!expected.empty()) out += ", expected " + expected;
+    if (!done.empty()) out += "; " + done;
+    return out;
+}
+
 std::string KpIfcReportEntry::text() const {
     std::string out;
     if (line) out += std::to_string(line) + ':' + std::to_string(column) + ": ";
@@ -32,17 +39,19 @@ std::string KpIfcReportEntry::text() const {
     if (!entity.empty()) who += (who.empty() ? "" : " ") + entity;
     if (!attribute.empty()) who += (entity.empty() ? "" : ".") + attribute;
     if (!who.empty()) out += who + ": ";
-    return out + message;
+    return out + message();
 }
 
 void KpIfcReport::add(KpIfcReportEntry entry) {
     const bool isListed = lists(entry.finding);
     addUnlisted(entry.finding, entry.severity, 1);
+    if (entry.isAllowed) --m_departures;
     if (isListed) m_entries.push_back(std::move(entry));
 }
 
 void KpIfcReport::addUnlisted(KpIfcFinding finding, KpIfcSeverity severity, std::size_t count) {
     m_counts[static_cast<std::size_t>(finding)][static_cast<std::size_t>(severity)] += count;
+    m_departures += count;
 }
 
 std::size_t KpIfcReport::count(KpIfcSeverity severity) const {

@@ -13,14 +13,14 @@ namespace {
 struct FieldCheck {
     const KpIfcEntityType* declared = nullptr;
     bool dangling = false;
-    bool wrong = false;
+    KpDbObjectId wrong; ///< the first to an instance of another entity
 
     void look(KpDbObjectId& handle) {
         if (handle.isNull()) return;
         if (!handle.isDefined()) {
             dangling = true;
         } else if (const KpIfcEntityBase* instance = handle.openObject()) {
-            wrong |= !instance->getInstanceType()->isKindOf(declared);
+            if (wrong.isNull() && !instance->getInstanceType()->isKindOf(declared)) wrong = handle;
         }
     }
 };
@@ -68,14 +68,15 @@ void LateReferences::lookAt(KpIfcEntityBase& instance, std::uint32_t field, std:
         if (!select.getHandle(handle) || handle.isNull()) return;
         if (!handle.isDefined())
             check.dangling = true;
-        else if (handle.openObject() && !KpSpfFilerBase::resolveSelect(select))
-            check.wrong = true;
+        else if (handle.openObject() && !KpSpfFilerBase::resolveSelect(select) && check.wrong.isNull())
+            check.wrong = handle;
     });
-    if (check.wrong)
-        m_report.add(findingOn(instance, field, KpIfcFinding::wrongReference, KpIfcSeverity::warning, offset,
-                               check.declared ? "refers to an instance of another entity than " +
-                                                    std::string(check.declared->displayName())
-                                              : std::string("refers to an instance of none of the alternatives")));
+    if (!check.wrong.isNull())
+        m_report.add(
+            findingOn(instance, field, KpIfcFinding::wrongReference, KpIfcSeverity::warning, offset,
+                      {labelOf(check.wrong),
+                       check.declared ? check.declared->displayName() : "an instance of one of the alternatives",
+                       kReadAllTheSame}));
     if (check.dangling) dropDangling(instance, field, offset);
 }
 
@@ -95,7 +96,7 @@ void LateReferences::dropDangling(KpIfcEntityBase& instance, std::uint32_t field
     const std::string after = writer.parameters(instance);
     const std::string source(splitParameters(before)[field]);
     m_report.add(findingOn(instance, field, KpIfcFinding::danglingReference, KpIfcSeverity::warning, offset,
-                           "refers to no instance: " + excerpt(source) + "; the text is kept"));
+                           {excerpt(source), "references to instances", kTextKept}));
     m_data.keepField(instance, {field, source, std::string(splitParameters(after)[field])});
     for (const KeptField& kept : *m_data.keptFields(instance))
         if (kept.field == KeptField::kWholeRecord && kept.normal == before) {

@@ -1,8 +1,10 @@
 #include "part21/RecordReader.h"
 
+#include "part21/FieldIssue.h"
 #include "part21/LateReferences.h"
 #include "part21/Lexer.h"
 #include "part21/RecordWriter.h"
+#include "part21/ReferenceText.h"
 
 #include <KpIfcCore/KpIfcEntityType.h>
 
@@ -83,15 +85,15 @@ bool RecordReader::readSection(const char*& place) {
         } else if (isStatement(begin, end, "END-ISO-10303-21")) {
             m_sectionEnd = m_window.offsetOf(begin);
             m_report.add(findingAt(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, m_window.offsetOf(begin),
-                                   "the data section has no ENDSEC before the end of the file"));
+                                   {"END-ISO-10303-21", "ENDSEC; before it", "read as if it stood there"}));
             return true;
         } else if (*begin == ';') {
             m_report.add(findingAt(KpIfcFinding::unreadableRecord, KpIfcSeverity::warning, m_window.offsetOf(begin),
-                                   "a semicolon without a record, left out"));
+                                   {"a semicolon without a record", "a record", "left out"}));
         } else {
             failure = Failure{};
             failure.place = begin;
-            failure.message = "expected '#' and an instance name";
+            failure.expected = "'#' and an instance name";
             keepRecord(begin, end, failure);
         }
         place = end;
@@ -111,54 +113,57 @@ bool RecordReader::readRecordWithin(const char*& place, Failure& failure) {
 /// Reads one record. False, with the reason, where it is not bound; `place` then has not moved.
 bool RecordReader::readRecord(const char*& place, Failure& failure) {
     const char* const end = m_end;
-    const auto fail = [&](const char* at, std::string message) {
+    const auto fail = [&](const char* at, std::string expected) {
         failure.place = at;
-        failure.message = std::move(message);
+        failure.expected = std::move(expected);
         return false;
     };
     failure.finding = KpIfcFinding::unreadableRecord;
     failure.severity = KpIfcSeverity::error;
     failure.name = 0;
     failure.entity.clear();
+    failure.found.clear();
 
     const char* p = place + 1;
     const char* const digits = p;
     std::uint64_t name = 0;
     while (lexer::isDigit(*p)) name = name * 10 + static_cast<unsigned>(*p++ - '0');
-    if (p == digits) return fail(p, "expected the digits of an instance name");
+    if (p == digits) return fail(p, "the digits of an instance name");
     if (p - digits > 18 && std::from_chars(digits, p, name).ec != std::errc()) {
         failure.finding = KpIfcFinding::instanceName;
-        return fail(digits, "expected an instance name below 2^64");
+        return fail(digits, "an instance name below 2^64");
     }
     failure.name = name;
     p = lexer::skipBlanks(p, end);
-    if (*p != '=') return fail(p, "expected '=' behind the instance name");
+    if (*p != '=') return fail(p, "'=' behind the instance name");
     p = lexer::skipBlanks(p + 1, end);
     if (name == 0) {
         failure.finding = KpIfcFinding::instanceName;
         failure.severity = KpIfcSeverity::warning;
-        return fail(digits, "expected an instance name above 0");
+        return fail(digits, "an instance name above 0");
     }
     const char* const keyword = p;
     if (*p == '(') {
         failure.finding = KpIfcFinding::complexRecord;
         failure.severity = KpIfcSeverity::warning;
-        return fail(p, "an instance of several entities, which the schema does not have");
+        failure.found = "an instance of several entities";
+        return fail(p, "one of one entity, for schema " + std::string(m_data.schema().name()) + " combines none");
     }
     p = lexer::keywordEnd(p);
-    if (p == keyword) return fail(p, "expected the name of an entity");
+    if (p == keyword) return fail(p, "the name of an entity");
     const std::string_view entity(keyword, static_cast<std::size_t>(p - keyword));
     const KpIfcEntityType* type = m_names.find(entity, m_data.schema());
     if (!type) {
         failure.entity = entity;
         failure.finding = KpIfcFinding::unknownEntity;
         failure.severity = KpIfcSeverity::warning;
-        return fail(keyword, "schema " + std::string(m_data.schema().name()) + " has no entity " + excerpt(entity));
+        failure.found = excerpt(entity);
+        return fail(keyword, "an entity of schema " + std::string(m_data.schema().name()));
     }
     p = lexer::skipBlanks(p, end);
     if (*p != '(') {
         failure.entity = entity;
-        return fail(p, "expected '(' behind the name of the entity");
+        return fail(p, "'(' behind the name of the entity");
     }
     m_filer.m_recordOffset = m_window.offsetOf(place);
     const char* behind = p + 1;
@@ -211,7 +216,7 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
             if (!ends) {
                 m_report.add(findingOn(*instance, KeptField::kWholeRecord, KpIfcFinding::unreadableRecord,
                                        KpIfcSeverity::warning, m_window.offsetOf(close) + 1,
-                                       "expected ';' behind the record; read as if it stood there"));
+                                       {"no semicolon", "';' behind the record", "read as if it stood there"}));
                 m_window.layout().noteIrregularEnd(m_filer.m_recordOffset, m_window.offsetOf(close) + 1);
             }
             place = ends ? p + 1 : p;
@@ -221,7 +226,7 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
         m_filer.broken("';' behind the record");
     }
     failure.place = m_filer.m_cur;
-    failure.message = std::string("expected ") + m_filer.m_brokenExpected;
+    failure.expected = m_filer.m_brokenExpected;
     m_filer.m_pending.resize(pending);
     if (m_filer.m_ownsHeap) instance->~KpIfcEntityBase();
     return false;
@@ -229,15 +234,15 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
 
 void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance,
                         std::string_view parameters) {
-    const auto report = [&](KpIfcFinding finding, const char* message) {
-        KpIfcReportEntry entry = findingAt(finding, KpIfcSeverity::warning, m_filer.m_recordOffset, message);
+    const auto report = [&](KpIfcFinding finding, Said said) {
+        KpIfcReportEntry entry = findingAt(finding, KpIfcSeverity::warning, m_filer.m_recordOffset, std::move(said));
         entry.instanceName = KpDbObjectId(slot).instanceName();
         entry.entity = type.name();
         m_report.add(std::move(entry));
     };
     if (slot->word != 0) {
         report(KpIfcFinding::duplicateName,
-               "the instance name stands before; this record counts, the other is kept as text");
+               {"an instance name that stands before", "another one", "this record counts, the other is kept as text"});
         m_window.layout().noteCounting(KpDbObjectId(slot).instanceName(), m_filer.m_recordOffset);
         if (KpIfcEntityBase* former = KpDbObjectId(slot).openObject())
             m_data.demote(slot, RecordWriter(m_data).record(*former));
@@ -245,7 +250,9 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
     m_data.bind(slot, instance);
     if (!type.counterparts().empty()) m_referring.push_back(instance);
     if (m_filer.m_ownsHeap) m_data.noteHeap(*instance);
-    if (type.isAbstract()) report(KpIfcFinding::abstractEntity, "the entity is abstract; read all the same");
+    if (type.isAbstract())
+        report(KpIfcFinding::abstractEntity,
+               {"an instance of an abstract entity", "one of its subtypes", kReadAllTheSame});
     if (!m_filer.m_issues.empty() || m_filer.m_missing || m_tooManyParameters) takeIssues(type, *instance, parameters);
 }
 
@@ -264,39 +271,42 @@ void RecordReader::takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& inst
             m_data.keepField(instance, {field, std::string(source), std::string(parts[field])});
     };
     for (const KpSpfFilerBase::FieldIssue& issue : m_filer.m_issues) {
-        const std::string_view source(issue.begin, static_cast<std::size_t>(issue.end - issue.begin));
-        std::string message;
-        switch (issue.finding) {
-        case KpIfcFinding::textEncoding: message = issue.expected; break;
-        case KpIfcFinding::wrongReference:
-            message = "refers to an instance of another entity than " + std::string(issue.expected);
-            break;
-        default:
-            message = "found " + excerpt(source) + ", expected " + issue.expected;
-            if (issue.keep) message += "; the text is kept";
-        }
-        m_report.add(findingOn(instance, issue.field, issue.finding, issue.severity, m_window.offsetOf(issue.begin),
-                               std::move(message)));
+        if (m_report.lists(issue.finding))
+            m_report.add(entryOf(issue, instance));
+        else
+            m_report.addUnlisted(issue.finding, issue.severity, 1);
         if (issue.keep) {
             const char* const end = lexer::parameterEnd(issue.begin, m_filer.m_end);
-            keep(issue.field,
-                 end ? std::string_view(issue.begin, static_cast<std::size_t>(end - issue.begin)) : source);
+            keep(issue.field, {issue.begin, static_cast<std::size_t>((end ? end : issue.end) - issue.begin)});
         }
     }
     if (m_filer.m_missing || m_tooManyParameters) {
         m_report.add(findingOn(instance, KeptField::kWholeRecord, KpIfcFinding::attributeCount, KpIfcSeverity::warning,
                                m_filer.m_recordOffset,
-                               std::string(m_tooManyParameters ? "more" : "fewer") + " parameters than " +
-                                   std::to_string(type.recordFields().size()) + "; the text of the record is kept"));
+                               {countOf(splitParameters(std::string(parameters)).size(), "parameter"),
+                                std::to_string(type.recordFields().size()), "the text of the record is kept"}));
         keep(KeptField::kWholeRecord, parameters);
     }
 }
 
+KpIfcReportEntry RecordReader::entryOf(const KpSpfFilerBase::FieldIssue& issue, const KpIfcEntityBase& instance) const {
+    const std::string source(issue.begin, issue.end);
+    Said said{issue.found ? issue.found : excerpt(source), issue.expected,
+              issue.done   ? issue.done
+              : issue.keep ? kTextKept
+                           : kReadAllTheSame};
+    if (issue.finding == KpIfcFinding::wrongReference) // the one that was read last
+        visitReferenceTexts(source, [&](std::uint64_t name, std::string_view) {
+            if (KpIfcSlot* slot = m_data.table.find(name)) said.found = labelOf(KpDbObjectId(slot));
+        });
+    return findingOn(instance, issue.field, issue.finding, issue.severity, m_window.offsetOf(issue.begin),
+                     std::move(said));
+}
+
 void RecordReader::keepRecord(const char* begin, const char* end, Failure& failure) {
+    if (failure.found.empty()) failure.found = quoted({failure.place, static_cast<std::size_t>(end - failure.place)});
     KpIfcReportEntry entry = findingAt(failure.finding, failure.severity, m_window.offsetOf(failure.place),
-                                       failure.message + ", found '" +
-                                           excerpt({failure.place, static_cast<std::size_t>(end - failure.place)}) +
-                                           "'; the record is kept as text");
+                                       {failure.found, failure.expected, "the record is kept as text"});
     entry.instanceName = failure.name;
     entry.entity = excerpt(failure.entity);
     m_report.add(std::move(entry));
@@ -309,7 +319,7 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     if (!isFirst) m_window.layout().noteSurplus(m_window.offsetOf(begin));
     if (slot && !isFirst) {
         entry = findingAt(KpIfcFinding::duplicateName, KpIfcSeverity::warning, m_window.offsetOf(begin),
-                          "the instance name stands before; the other record counts");
+                          {"an instance name that stands before", "another one", "the other record counts"});
         entry.instanceName = failure.name;
         m_report.add(std::move(entry));
     }

@@ -35,7 +35,8 @@ private:
     struct Failure {
         KpIfcFinding finding = KpIfcFinding::unreadableRecord;
         KpIfcSeverity severity = KpIfcSeverity::error;
-        std::string message;
+        std::string expected;
+        std::string found; ///< empty where that is what stands at `place`
         const char* place = nullptr;
         std::uint64_t name = 0;
         std::string entity;
@@ -46,6 +47,7 @@ private:
     bool readFields(const KpIfcEntityType& type, KpIfcSlot* slot, const char*& place, Failure& failure);
     void bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance, std::string_view parameters);
     void takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::string_view parameters);
+    KpIfcReportEntry entryOf(const KpSpfFilerBase::FieldIssue& issue, const KpIfcEntityBase& instance) const;
     void keepRecord(const char* begin, const char* end, Failure& failure);
     void enterInverses();
 

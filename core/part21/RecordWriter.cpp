@@ -52,7 +52,9 @@ void RecordWriter::putRecord(KpIfcEntityBase& instance) {
     entry.finding = KpIfcFinding::notFinite;
     entry.instanceName = instance.instanceName();
     entry.entity = instance.getInstanceType()->name();
-    entry.message = "a number that is not finite, written as unset";
+    entry.found = "a number that is not finite";
+    entry.expected = "one that files can express";
+    entry.done = "written as unset";
     m_report->add(std::move(entry));
 }
 

@@ -34,12 +34,12 @@ TEST(CheckCommand, TellsALineForEachFindingThenCounts) {
         "a.ifc: warning: FILE_NAME time_stamp: found 'yesterday', expected date and time (ISO 8601), as in "
         "'2026-01-02T03:04:05' [header]\n"
         "a.ifc:10:33: warning: #3 IfcPropertyEnumeration \"Zoe\" EnumerationValues: found "
-        "(IFCLABEL('x'),IFCLABEL('x'),IFCWALL()), expected one of the alternatives; the text is kept "
+        "(IFCLABEL('x'),IFCLABEL('x'),IFCWALL()), expected one of the alternatives; its text is kept "
         "[wrong-alternative]\n"
-        "a.ifc: warning: #4 IfcPropertySet \"Set\" OwnerHistory: no value, expected IfcOwnerHistory [missing-value]\n"
-        "a.ifc: warning: #4 IfcPropertySet \"Set\" HasProperties: 1 element: #1 IfcCartesianPoint, expected SET [1:?] "
-        "OF IfcProperty [wrong-reference]\n"
-        "a.ifc:12:4: warning: #5 (kept as text): schema IFC2X3 has no entity IFCFOO, found 'IFCFOO();'; the record is "
+        "a.ifc: warning: #4 IfcPropertySet \"Set\" OwnerHistory: found no value, expected IfcOwnerHistory [missing-value]\n"
+        "a.ifc: warning: #4 IfcPropertySet \"Set\" HasProperties: found 1 element: #1 IfcCartesianPoint, expected SET "
+        "[1:?] OF IfcProperty [wrong-reference]\n"
+        "a.ifc:12:4: warning: #5 (kept as text): found IFCFOO, expected an entity of schema IFC2X3; the record is "
         "kept as text [unknown-entity]\n"
         "a.ifc: 5 warnings in 4 instances: 1 unknown-entity, 1 wrong-alternative, 1 wrong-reference, 1 header, "
         "1 missing-value\n"
@@ -71,10 +71,10 @@ TEST(CheckCommand, TellsThePrograms) {
     EXPECT_EQ(files[0]["file"], "a.ifc");
     EXPECT_EQ(files[0]["instances"], 4);
     EXPECT_EQ(files[0]["warnings"], 5);
-    EXPECT_EQ(files[0]["kinds"]["missing-value"], 1);
-    EXPECT_EQ(files[0]["findings"][2], Json::parse(R"({"severity":"warning","kind":"missing-value","line":null,
-        "column":null,"instance":4,"entity":"IfcPropertySet","name":"Set","attribute":"OwnerHistory",
-        "message":"no value, expected IfcOwnerHistory"})"));
+    EXPECT_EQ(files[0]["codes"]["missing-value"], 1);
+    EXPECT_EQ(files[0]["findings"][2], Json::parse(R"({"severity":"warning","code":"missing-value","offset":null,
+        "line":null,"column":null,"instance":4,"entity":"IfcPropertySet","attribute":"OwnerHistory",
+        "found":"no value","expected":"IfcOwnerHistory","done":null,"allowed":false,"name":"Set"})"));
     EXPECT_EQ(files[1]["file"], "missing.ifc");
     EXPECT_FALSE(files[1]["error"].get<std::string>().empty());
 }

@@ -80,15 +80,41 @@ TEST(InfoJsonTest, ListsProblemsWithTheirPlace) {
     EXPECT_EQ(info["keptRecords"], 1);
     const Json& problems = info["problems"];
     EXPECT_EQ(problems["errors"].get<int>() + problems["warnings"].get<int>(), 1);
-    EXPECT_EQ(problems["kinds"], (Json{{"unknown-entity", 1}}));
+    EXPECT_EQ(problems["codes"], (Json{{"unknown-entity", 1}}));
     ASSERT_EQ(problems["listed"].size(), 1);
     const Json& first = problems["listed"][0];
-    EXPECT_EQ(first["kind"], "unknown-entity");
+    EXPECT_EQ(first["code"], "unknown-entity");
     EXPECT_EQ(first["line"], 9);
     EXPECT_EQ(first["column"], 6); // of the keyword
     EXPECT_EQ(first["instance"], 7);
     EXPECT_EQ(first["entity"], "IFCNOSUCHTHING");
     EXPECT_EQ(first["attribute"], nullptr);
+    EXPECT_EQ(first["found"], "IFCNOSUCHTHING");
+    EXPECT_EQ(first["expected"], "an entity of schema IFC2X3");
+    EXPECT_EQ(first["done"], "the record is kept as text");
+}
+
+/// Strictly, what the standard forbids is a failure, what is merely unusual is none; info lists it all the same.
+TEST(StrictTest, FailsForDeparturesOnly) {
+    const WorkFolder folder;
+    const std::string records = "#1=IFCCARTESIANPOINT((0.,1.));";
+    std::string anchored = stepFile(records);
+    anchored.insert(anchored.find("DATA;"), "ANCHOR;\n<a>=#1;\nENDSEC;\n");
+    folder.write("sound.ifc", stepFile(records));
+    folder.write("anchored.ifc", anchored);
+    folder.write("marked.ifc", "\xEF\xBB\xBF" + stepFile(records)); // a byte order mark
+    for (const char* command : {"info", "check", "dump"}) {
+        for (const auto& [file, code] : {std::pair{"sound.ifc", 0}, {"anchored.ifc", 0}, {"marked.ifc", 2}}) {
+            const std::string line = std::string("kpifc ") + command + ' ' + file;
+            EXPECT_EQ(folder.run(line).exitCode, 0) << line;
+            EXPECT_EQ(folder.run(line + " --strict").exitCode, code) << line;
+        }
+    }
+    EXPECT_NE(folder.run("kpifc info marked.ifc --strict").out.find("1:1: note: found a byte order mark"), std::string::npos);
+    EXPECT_NE(folder.run("kpifc dump marked.ifc --strict").err.find("1 departure, the first of them 1:1: note"),
+              std::string::npos);
+    EXPECT_EQ(folder.run("kpifc convert marked.ifc -o new.ifc --strict").exitCode, 2);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("new.ifc")));
 }
 
 /// Terminals act on control characters, so texts of files must not bring any.

@@ -24,7 +24,7 @@ std::string kinds(const KpIfcReport& report) {
     std::string out;
     for (const KpIfcReportEntry& entry : report.entries()) {
         out += std::string(findingName(entry.finding)) + " #" + std::to_string(entry.instanceName) + ' ' +
-               entry.attribute + ' ' + entry.message + '\n';
+               entry.attribute + ' ' + entry.message() + '\n';
     }
     return out;
 }

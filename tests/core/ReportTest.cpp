@@ -68,21 +68,23 @@ TEST(Report, IsCleanWithNotesOnly) {
 
 TEST(Report, EntriesSayWhereTheyBelong) {
     KpIfcReportEntry one = entry(KpIfcSeverity::warning, KpIfcFinding::wrongValue);
-    one.message = "what";
-    EXPECT_EQ(one.text(), "warning: what");
+    one.found = "what";
+    one.expected = "this";
+    one.done = "kept";
+    EXPECT_EQ(one.text(), "warning: found what, expected this; kept");
     one.line = 12;
     one.column = 5;
-    EXPECT_EQ(one.text(), "12:5: warning: what");
+    EXPECT_EQ(one.text(), "12:5: warning: found what, expected this; kept");
     one.entity = "FILE_NAME";
     one.attribute = "time_stamp";
-    EXPECT_EQ(one.text(), "12:5: warning: FILE_NAME.time_stamp: what");
+    EXPECT_EQ(one.text(), "12:5: warning: FILE_NAME.time_stamp: found what, expected this; kept");
     one.entity.clear();
     one.attribute.clear();
     one.instanceName = 7;
-    EXPECT_EQ(one.text(), "12:5: warning: #7: what");
+    EXPECT_EQ(one.text(), "12:5: warning: #7: found what, expected this; kept");
     one.entity = "IFCWALL";
     one.attribute = "Name";
-    EXPECT_EQ(one.text(), "12:5: warning: #7 IFCWALL.Name: what");
+    EXPECT_EQ(one.text(), "12:5: warning: #7 IFCWALL.Name: found what, expected this; kept");
 }
 
 TEST(Report, EveryFindingHasANameOfItsOwn) {

@@ -34,7 +34,7 @@ std::string lineOf(const KpIfcReportEntry& entry, const CheckedFile& file) {
     }
     line += fmt::format(" {}: ", severityName(entry.severity));
     const std::string who = concerned(entry, file.model);
-    return line + (who.empty() ? "" : who + ": ") + fmt::format("{} [{}]", entry.message, findingName(entry.finding));
+    return line + (who.empty() ? "" : who + ": ") + fmt::format("{} [{}]", entry.message(), findingName(entry.finding));
 }
 
 } // namespace

@@ -8,9 +8,14 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
+KpIfcOpenOptions& openOptions() {
+    static KpIfcOpenOptions options;
+    return options;
+}
+
 KpIfcFile openFile(const std::string& path) {
     KpIfcFile file;
-    if (file.open(path) != KP::eOk) {
+    if (file.open(path, openOptions()) != KP::eOk) {
         throw Failure(file.error());
     }
     return file;
@@ -33,6 +38,9 @@ void tellProblems(const std::string& path, const KpIfcReport& report) {
 }
 
 ExitCode exitCode(const KpIfcReport& report) {
+    if (openOptions().strict && report.departures() != 0) {
+        return kFailed;
+    }
     return report.isClean() ? kFine : kProblems;
 }
 

@@ -10,6 +10,9 @@
 
 namespace kpifc {
 
+/// How openFile() reads from now on, and what exitCode() makes of departures from the standard.
+KP_SDAI::KpIfcOpenOptions& openOptions();
+
 /// Opens a file; throws Failure where it cannot be read.
 KP_SDAI::KpIfcFile openFile(const std::string& path);
 

@@ -3,6 +3,7 @@
 #include "Commands.h"
 #include "Files.h"
 #include "Output.h"
+#include "ReportJson.h"
 
 #include <KpIfcCore/KpIfcEntityType.h>
 
@@ -48,7 +49,15 @@ static Counts countTypes(const KpIfcModel& model) {
 }
 
 static ExitCode info(const std::string& path, bool asJson) {
-    KpIfcFile file = openFile(path);
+    KpIfcFile file;
+    if (file.open(path) != KP::eOk) {
+        if (asJson) {
+            Output output;
+            output.text() = spelled(failureOf(path, file.error())) + '\n';
+            output.finish();
+        }
+        throw Failure(file.error());
+    }
     const KpIfcModel& model = *file.model();
     const FileInfo about{.path = path,
                          .size = file.size(),
@@ -86,10 +95,13 @@ void addInfo(CLI::App& app, Action& action) {
                     "  keptRecords             number of records that are kept as text\n"
                     "  problems                errors, warnings, notes: numbers\n"
                     "  problems.truncated      whether the file ends before its end mark\n"
-                    "  problems.kinds          kind: number, most first\n"
-                    "  problems.listed[]       severity, kind, offset in bytes, line, column,\n"
-                    "                          instance, entity, attribute, message; null where it\n"
-                    "                          has none\n\n"
+                    "  problems.departures     findings that the standard forbids, however harmless\n"
+                    "  problems.codes          code: number, most first\n"
+                    "  problems.listed[]       severity, code, offset in bytes, line, column,\n"
+                    "                          instance, entity, attribute, found, expected, done\n"
+                    "                          (what became of it); null where there is none;\n"
+                    "                          allowed: whether the standard allows it\n"
+                    "  error                   instead of all but file where it cannot be read\n\n"
                     "Examples:\n"
                     "  kpifc info house.ifc\n"
                     "  kpifc info --json house.ifc | python3 -m json.tool");

@@ -1,7 +1,6 @@
 #include "HeaderFields.h"
 #include "Info.h"
-
-#include <nlohmann/json.hpp>
+#include "ReportJson.h"
 
 using namespace KP_SDAI;
 using Json = nlohmann::ordered_json;
@@ -35,31 +34,19 @@ static Json countsOf(const std::vector<std::pair<std::string, std::uint64_t>>& c
     return object;
 }
 
-static Json orNull(std::uint64_t number) {
-    return number ? Json(number) : Json();
-}
-
-static Json orNull(const std::string& text) {
-    return text.empty() ? Json() : Json(text);
-}
-
 static Json problemsOf(const FileInfo& info) {
     const KpIfcReport& report = info.report;
     Json listed = Json::array();
     for (const KpIfcReportEntry& entry : report.entries()) {
-        listed.push_back({{"severity", severityName(entry.severity)},
-                          {"kind", findingName(entry.finding)},
-                          {"offset", entry.line ? Json(entry.offset) : Json()},
-                          {"line", orNull(entry.line)},
-                          {"column", orNull(entry.column)},
-                          {"instance", orNull(entry.instanceName)},
-                          {"entity", orNull(entry.entity)},
-                          {"attribute", orNull(entry.attribute)},
-                          {"message", entry.message}});
+        listed.push_back(findingOf(entry));
     }
-    return {{"errors", report.count(KpIfcSeverity::error)}, {"warnings", report.count(KpIfcSeverity::warning)},
-            {"notes", report.count(KpIfcSeverity::note)},   {"truncated", report.isTruncated()},
-            {"kinds", countsOf(info.findings())},           {"listed", std::move(listed)}};
+    return {{"errors", report.count(KpIfcSeverity::error)},
+            {"warnings", report.count(KpIfcSeverity::warning)},
+            {"notes", report.count(KpIfcSeverity::note)},
+            {"departures", report.departures()},
+            {"truncated", report.isTruncated()},
+            {"codes", countsOf(info.findings())},
+            {"listed", std::move(listed)}};
 }
 
 std::string jsonOf(const FileInfo& info) {
@@ -71,8 +58,7 @@ std::string jsonOf(const FileInfo& info) {
                          {"types", countsOf(info.types)},
                          {"keptRecords", info.keptRecords},
                          {"problems", problemsOf(info)}};
-    // Paths, and the text of records that could not be read, need not be UTF-8.
-    return object.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+    return spelled(object) + '\n';
 }
 
 } // namespace kpifc

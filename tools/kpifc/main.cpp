@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "Failure.h"
+#include "Files.h"
 #include "Output.h"
 
 #include <CLI/App.hpp>
@@ -20,6 +21,8 @@ static int run(int argc, char** argv) {
     app.require_subcommand(1);
     app.footer("Exit codes: 0 fine; 1 done, but the file has problems, which kpifc info lists;\n"
                "2 could not be done. Of kpifc diff: 0 no differences; 1 differences; 2 could not be done.\n"
+               "With --strict a file that departs from the standard, however little, cannot be done; kpifc\n"
+               "info and check still list all that is wrong.\n"
                "Results go to standard output, messages to standard error.\n\n"
                "Files may be compressed: gzip and zip archives with one .ifc file are read as they are,\n"
                "whatever their names. Written is what the name tells: .gz, .ifczip, .zip or plain. A file\n"
@@ -55,7 +58,11 @@ static int run(int argc, char** argv) {
     addHeader(app, action);
     addDiff(app, action);
     addExtract(app, action);
-    addSchema(app, action);
+    for (CLI::App* command : app.get_subcommands({})) {
+        command->add_flag("--strict", openOptions().strict,
+                          "Fail where a file departs from the standard, however little");
+    }
+    addSchema(app, action); // reads no file
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& stop) { // help and version too

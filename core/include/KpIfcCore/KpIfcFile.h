@@ -12,6 +12,12 @@
 
 namespace KP_SDAI {
 
+/// How a file is read.
+struct KpIfcOpenOptions {
+    /// What the standard or the schema forbids, however harmless, ends opening (KpIfcReport::departures()).
+    bool strict = false;
+};
+
 /// How a file is written.
 struct KpIfcSaveOptions {
     /// Writes every record anew, one a line, ascending by name, without comments and what else is no part of the model.
@@ -39,11 +45,13 @@ public:
     ~KpIfcFile();
 
     /// Reads a file; what was open before is closed. eNotAvailable where it cannot be read, eInvalidInput where it is
-    /// no STEP file or its schema has no module; error() then says why, and there is no model. eOk also where report()
-    /// has findings. The file may be compressed by gzip or stand in a zip archive (.ifczip): its first bytes tell.
-    KP::ErrorStatus open(const std::string& path);
+    /// no STEP file, its schema has no module, or reading is strict and the file departs from the standard; error()
+    /// then says why, and there is no model. eOk also where report() has findings; it has them where strict reading
+    /// fails, too. The file may be compressed by gzip or stand in a zip archive (.ifczip): its first bytes tell.
+    KP::ErrorStatus open(const std::string& path, const KpIfcOpenOptions& options = {});
     /// Reads a file from memory, which is copied, so not needed afterwards. `name` stands for the path in messages.
-    KP::ErrorStatus openMemory(const void* data, std::size_t size, const std::string& name = "memory");
+    KP::ErrorStatus openMemory(const void* data, std::size_t size, const std::string& name = "memory",
+                               const KpIfcOpenOptions& options = {});
     /// Begins a new, empty file of a schema ("IFC2X3").
     KP::ErrorStatus create(const std::string& schemaName);
     void close();

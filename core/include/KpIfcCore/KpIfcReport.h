@@ -53,7 +53,7 @@ enum class KpIfcFinding : std::uint8_t {
 KPIFCCORE_EXPORT const char* findingName(KpIfcFinding finding);
 KPIFCCORE_EXPORT const char* severityName(KpIfcSeverity severity);
 
-/// One finding, with its place in the file.
+/// One finding, with its place in the file: what stands there, what should, and what was made of it.
 struct KpIfcReportEntry {
     KpIfcSeverity severity = KpIfcSeverity::note;
     KpIfcFinding finding = KpIfcFinding::unreadableRecord;
@@ -63,9 +63,15 @@ struct KpIfcReportEntry {
     std::uint64_t instanceName = 0; ///< 0 where it concerns no instance
     std::string entity;             ///< keyword of the record, where there is one; of header records, too
     std::string attribute;          ///< name of the attribute, where it concerns one
-    std::string message;            ///< what was found, what was expected, what was done about it
+    std::string found;              ///< what stands there, "'abc'" or "fewer parameters"
+    std::string expected;           ///< what the standard or the schema wants there, "a number"; may be empty
+    std::string done;               ///< what became of it, "its text is kept"; empty where nothing had to be done
+    /// Unusual, but as the standard wants it. Such findings are notes.
+    bool isAllowed = false;
 
-    /// "12:5: warning: #7 IFCWALL.Name: message"
+    /// "found 'abc', expected a number; its text is kept"
+    KPIFCCORE_EXPORT std::string message() const;
+    /// "12:5: warning: #7 IFCWALL.Name: found 'abc', expected a number; its text is kept"
     KPIFCCORE_EXPORT std::string text() const;
 };
 
@@ -79,7 +85,7 @@ public:
     explicit KpIfcReport(std::size_t listedPerKind = kListedPerKind) : m_listedPerKind(listedPerKind) {}
 
     void add(KpIfcReportEntry entry);
-    /// Counts findings that are not listed.
+    /// Counts findings that are not listed, none of which isAllowed.
     void addUnlisted(KpIfcFinding finding, KpIfcSeverity severity, std::size_t count);
     void clear();
     std::size_t listedPerKind() const { return m_listedPerKind; }
@@ -92,6 +98,8 @@ public:
     std::size_t count(KpIfcFinding finding, KpIfcSeverity severity) const {
         return m_counts[static_cast<std::size_t>(finding)][static_cast<std::size_t>(severity)];
     }
+    /// Number of findings that the standard or the schema forbids, however harmless: all but those that isAllowed.
+    std::size_t departures() const { return m_departures; }
     /// True where nothing worse than notes was found.
     bool isClean() const { return count(KpIfcSeverity::warning) == 0 && count(KpIfcSeverity::error) == 0; }
     /// True where the file ended before its end mark.
@@ -103,6 +111,7 @@ public:
 private:
     std::vector<KpIfcReportEntry> m_entries;
     std::size_t m_listedPerKind;
+    std::size_t m_departures = 0;
     std::array<std::array<std::size_t, 3>, static_cast<std::size_t>(KpIfcFinding::count_)> m_counts{};
 };
 

@@ -125,16 +125,7 @@ private:
     friend class KP_SDAI::RecordReader;
     friend class KP_SDAI::RecordWriter;
 
-    /// A finding about a field of the record that is being read.
-    struct FieldIssue {
-        KP_SDAI::KpIfcFinding finding;
-        KP_SDAI::KpIfcSeverity severity;
-        bool keep; ///< the text of the field is kept
-        std::uint32_t field;
-        const char* begin;
-        const char* end;
-        const char* expected;
-    };
+    struct FieldIssue; // part21/FieldIssue.h
     /// A field with references whose instances had not come yet. The offset of its record and its number share a word.
     struct PendingField {
         KP_SDAI::KpIfcEntityBase* instance;
@@ -149,6 +140,8 @@ private:
     KP::ErrorStatus wrongValue(const char* expected, KP_SDAI::KpIfcFinding finding = KP_SDAI::KpIfcFinding::wrongValue);
     void broken(const char* expected);
     void issue(KP_SDAI::KpIfcFinding finding, KP_SDAI::KpIfcSeverity severity, bool keep, const char* expected);
+    void textIssue(KP_SDAI::KpIfcSeverity severity, bool keep, const char* found, const char* expected,
+                   const char* done);
     void skipBlanks();
     bool skipParameter();
     bool atUnset();
