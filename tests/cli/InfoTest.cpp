@@ -53,7 +53,8 @@ TEST(InfoJsonTest, TellsTheHeader) {
     const WorkFolder folder;
     std::string content = stepFile("#1=IFCCARTESIANPOINT((0.,1.));");
     const std::string name = "FILE_NAME('test.ifc','2026-01-02T03:04:05',('nobody'),('nowhere'),'','','');";
-    content.replace(content.find(name), name.size(), "FILE_NAME('n','t',('Zo\\X\\EB','B'),('O'),'pre','sys','auth');");
+    content.replace(content.find(name), name.size(),
+                    "FILE_NAME('n','2026-01-02T03:04:05',('Zo\\X\\EB','B'),('O'),'pre','sys','auth');");
     const std::string schema = "FILE_SCHEMA(('IFC2X3'));";
     content.insert(content.find(schema) + schema.size(), "\n!OWN_RECORD('what',(1,$));");
     folder.write("house.ifc", content);
@@ -61,7 +62,7 @@ TEST(InfoJsonTest, TellsTheHeader) {
     const Json expected = {{"description", {"a test"}},
                            {"implementationLevel", "2;1"},
                            {"name", "n"},
-                           {"timeStamp", "t"},
+                           {"timeStamp", "2026-01-02T03:04:05"},
                            {"author", {"Zo\u00EB", "B"}},
                            {"organization", Json::array({"O"})},
                            {"preprocessorVersion", "pre"},
@@ -110,7 +111,8 @@ TEST(StrictTest, FailsForDeparturesOnly) {
             EXPECT_EQ(folder.run(line + " --strict").exitCode, code) << line;
         }
     }
-    EXPECT_NE(folder.run("kpifc info marked.ifc --strict").out.find("1:1: note: found a byte order mark"), std::string::npos);
+    EXPECT_NE(folder.run("kpifc info marked.ifc --strict").out.find("1:1: note: found a byte order mark"),
+              std::string::npos);
     EXPECT_NE(folder.run("kpifc dump marked.ifc --strict").err.find("1 departure, the first of them 1:1: note"),
               std::string::npos);
     EXPECT_EQ(folder.run("kpifc convert marked.ifc -o new.ifc --strict").exitCode, 2);

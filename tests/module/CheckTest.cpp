@@ -251,17 +251,18 @@ TEST(CheckModel, SaysWhatWasFoundAndWhatExpected) {
     const std::string records = "#1=IFCPOLYLINE((#95,#98,#98));#2=IFCPOLYLINE((#95));#3=IFCCIRCLE($,1.);"
                                 "#4=IFCLOCALPLACEMENT($,#98);#5=IFCAPPLICATION(#94,'2','Tool','T');"
                                 "#6=IFCWALL('x000000000000000000000',#90,$,$,$,$,$,$);";
-    EXPECT_EQ(findings(checked(records)),
-              "warning: #1 IFCPOLYLINE.Points: found element 2 and 1 more: #98 IfcAxis2Placement2D, expected LIST [2:?] OF "
-              "IfcCartesianPoint\n"
-              "warning: #2 IFCPOLYLINE.Points: found 1 element, expected LIST [2:?] OF IfcCartesianPoint\n"
-              "warning: #3 IFCCIRCLE.Position: found no value, expected IfcAxis2Placement\n"
-              "warning: #4 IFCLOCALPLACEMENT.PlacesObject: found no referrer, expected exactly 1: "
-              "IfcProduct.ObjectPlacement\n"
-              "warning: #6 IFCWALL.GlobalId: found 'x000000000000000000000', expected 22 of the characters "
-              "0-9A-Za-z_$, the first one of 0-3\n"
-              "warning: #92 IFCAPPLICATION.ApplicationIdentifier: found 'T', as in #5 IfcApplication, expected other "
-              "values than all else (IfcApplication.UR1)\n");
+    EXPECT_EQ(
+        findings(checked(records)),
+        "warning: #1 IFCPOLYLINE.Points: found element 2 and 1 more: #98 IfcAxis2Placement2D, expected LIST [2:?] OF "
+        "IfcCartesianPoint\n"
+        "warning: #2 IFCPOLYLINE.Points: found 1 element, expected LIST [2:?] OF IfcCartesianPoint\n"
+        "warning: #3 IFCCIRCLE.Position: found no value, expected IfcAxis2Placement\n"
+        "warning: #4 IFCLOCALPLACEMENT.PlacesObject: found no referrer, expected exactly 1: "
+        "IfcProduct.ObjectPlacement\n"
+        "warning: #6 IFCWALL.GlobalId: found 'x000000000000000000000', expected 22 of the characters "
+        "0-9A-Za-z_$, the first one of 0-3\n"
+        "warning: #92 IFCAPPLICATION.ApplicationIdentifier: found 'T', as in #5 IfcApplication, expected other "
+        "values than all else (IfcApplication.UR1)\n");
 }
 
 } // namespace
