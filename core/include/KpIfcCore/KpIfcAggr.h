@@ -84,6 +84,18 @@ protected:
     /// A new implementation of the same class without elements, with room for some; on the heap without an arena.
     virtual KpIfcAggrImp* create(KpArena* arena, std::size_t room) const = 0;
 
+    /// Holds a new implementation until it is complete.
+    struct Disposer {
+        KpIfcAggrImp* imp;
+        explicit Disposer(KpIfcAggrImp* created) : imp(created) {}
+        Disposer(const Disposer&) = delete;
+        Disposer& operator=(const Disposer&) = delete;
+        ~Disposer() {
+            if (imp) imp->dispose();
+        }
+        KpIfcAggrImp* release() { return std::exchange(imp, nullptr); }
+    };
+
     std::uint32_t m_count = 0;
     std::uint32_t m_room;
 
@@ -141,10 +153,10 @@ public:
     }
 
     void clear() override { shrinkTo(0); }
-    /// Replaces the elements by values that are in order, which are moved.
+    /// Replaces the elements by values that are in order, which are moved. Where memory runs out nothing has changed.
     void replace(T* values, std::size_t count) {
-        clear();
         makeRoom(count);
+        clear();
         for (T* value = values; value < values + count; ++value) {
             ::new (static_cast<void*>(data() + m_count)) T(std::move(*value));
             ++m_count;
@@ -156,9 +168,9 @@ public:
         while (m_count > count) items[--m_count].~T();
     }
     KpIfcAggrImp* clone() const override {
-        KpIfcAggrElements* copy = static_cast<KpIfcAggrElements*>(this->create(nullptr, m_count));
-        for (const T& element : *this) copy->place(element);
-        return copy;
+        Disposer copy{this->create(nullptr, m_count)};
+        for (const T& element : *this) static_cast<KpIfcAggrElements*>(copy.imp)->place(element);
+        return copy.release();
     }
     /// A new implementation of the same class in a model's memory, with room for `room` elements at least; takes the
     /// values over.
@@ -298,12 +310,9 @@ public:
     /// where a set is full or the value does not convert.
     KP::ErrorStatus addValue(const KpIfcVariant& value) {
         if (!isNil()) return m_imp->addValue(value);
-        KpIfcAggrImp* const created = m_imp->clone();
-        const KP::ErrorStatus status = created->addValue(value);
-        if (status == KP::eOk)
-            m_imp = created;
-        else
-            created->dispose();
+        KpIfcAggrImp::Disposer created(m_imp->clone());
+        const KP::ErrorStatus status = created.imp->addValue(value);
+        if (status == KP::eOk) m_imp = created.release();
         return status;
     }
     /// Removes from a set, or the first equal element of a list or array. eRefused where there is none, the set is at

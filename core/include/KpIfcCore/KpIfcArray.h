@@ -46,11 +46,11 @@ public:
     using const_iterator = const T*;
 
     explicit KpIfcArray(std::uint32_t growStep = 8) : m_growStep(growStep ? growStep : 1) {}
-    KpIfcArray(std::initializer_list<T> values) {
+    KpIfcArray(std::initializer_list<T> values) : KpIfcArray(std::uint32_t{8}) {
         reserve(static_cast<std::uint32_t>(values.size()));
         for (const T& value : values) append(value);
     }
-    KpIfcArray(const KpIfcArray& other) : m_growStep(other.m_growStep) { *this = other; }
+    KpIfcArray(const KpIfcArray& other) : KpIfcArray(other.m_growStep) { *this = other; }
     KpIfcArray(KpIfcArray&& other) noexcept { swap(other); }
     ~KpIfcArray() {
         clear();

@@ -33,9 +33,7 @@ public:
         KpIfcArray<T> copies; // the values may be this aggregate's own
         copies.reserve(static_cast<std::uint32_t>(count));
         for (std::size_t i = 0; i < count; ++i) copies.append(values[i]);
-        this->clear();
-        this->makeRoom(count);
-        for (const T& value : copies) this->place(value);
+        this->replace(copies.begin(), count);
     }
     void append(const T& value) { this->insertAt(this->m_count, value); }
     /// The position of the first equal element; count() where there is none.
