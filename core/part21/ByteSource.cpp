@@ -1,7 +1,6 @@
 #include "part21/ByteSource.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -22,33 +21,25 @@ std::unique_ptr<FileSource> FileSource::open(const std::string& path, std::strin
         return nullptr;
     }
     auto source = std::make_unique<FileSource>();
-    source->m_file = std::fopen(path.c_str(), "rb");
-    if (!source->m_file) {
-        error = path + ": " + std::strerror(errno);
+    if (const std::error_code reason = source->m_file.openToRead(path)) {
+        error = path + ": " + reason.message();
         return nullptr;
     }
-    std::setvbuf(source->m_file, nullptr, _IONBF, 0); // the window is the buffer
     const std::uintmax_t size = std::filesystem::file_size(path, code);
     source->m_size = code ? 0 : size;
     return source;
 }
 
-FileSource::~FileSource() {
-    if (m_file) std::fclose(m_file);
-}
-
 std::size_t FileSource::read(char* to, std::size_t size) {
     if (!m_error.empty()) return 0;
-    errno = 0;
-    const std::size_t got = std::fread(to, 1, size, m_file);
-    if (got < size && std::ferror(m_file)) m_error = std::strerror(errno ? errno : EIO);
+    std::size_t got = 0;
+    if (const std::error_code reason = m_file.read(to, size, got)) m_error = reason.message();
     return got;
 }
 
 bool FileSource::rewind() {
-    if (!m_error.empty()) return false;
-    std::clearerr(m_file);
-    if (std::fseek(m_file, 0, SEEK_SET) != 0) m_error = std::strerror(errno);
+    const std::error_code reason = m_file.rewind();
+    m_error = reason ? reason.message() : std::string();
     return m_error.empty();
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "part21/SystemFile.h"
+
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <utility>
@@ -16,7 +17,8 @@ public:
     /// Reads up to `size` bytes; fewer only at the end or on an error, and none after that. What was read is known to
     /// be whole when a call has given fewer bytes and there is no error: checksums stand behind what they protect.
     virtual std::size_t read(char* to, std::size_t size) = 0;
-    /// Back to the first byte; false, with error(), where that fails or reading has failed before.
+    /// Back to the first byte, to read all anew: why reading failed before is forgotten. False, with error(), where
+    /// that fails.
     virtual bool rewind() = 0;
     /// Why reading failed, without the file's name; empty where it did not.
     virtual std::string error() const { return {}; }
@@ -46,14 +48,13 @@ class FileSource : public ByteSource {
 public:
     /// Null with a text in `error` where the file cannot be opened.
     static std::unique_ptr<FileSource> open(const std::string& path, std::string& error);
-    ~FileSource() override;
     std::size_t read(char* to, std::size_t size) override;
     bool rewind() override;
     std::string error() const override { return m_error; }
     std::uint64_t size() const override { return m_size; }
 
 private:
-    std::FILE* m_file = nullptr;
+    SystemFile m_file;
     std::uint64_t m_size = 0;
     std::string m_error;
 };

@@ -233,7 +233,7 @@ void FileReader::readTrailing() {
 void FileReader::locateFindings() {
     std::vector<KpIfcReportEntry>& entries = m_report.located();
     std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.offset < b.offset; });
-    if (entries.empty() || !m_source.rewind()) return;
+    if (entries.empty() || !m_source.error().empty() || !m_source.rewind()) return;
     std::vector<char> buffer(256 * 1024);
     std::uint64_t offset = 0;
     std::uint64_t line = 1;

@@ -89,7 +89,7 @@ std::size_t GzipSource::read(char* to, std::size_t size) {
 }
 
 bool GzipSource::rewind() {
-    if (!m_error.empty()) return false;
+    m_error.clear();
     if (!m_compressed->rewind()) {
         m_error = m_compressed->error();
         return false;

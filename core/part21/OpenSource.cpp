@@ -28,7 +28,7 @@ std::unique_ptr<ByteSource> decompressed(std::unique_ptr<ByteSource> source, con
                                          std::string& error) {
     char start[4];
     const std::string_view head(start, source->read(start, sizeof start));
-    if (!source->rewind()) {
+    if (!source->error().empty() || !source->rewind()) {
         error = source->error();
         return nullptr;
     }

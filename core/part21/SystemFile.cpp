@@ -13,6 +13,8 @@ namespace KP_SDAI {
 
 namespace {
 
+constexpr std::size_t kMost = std::size_t{1} << 30; // systems limit what one call takes
+
 std::error_code reasonUnless(bool done) {
     return done ? std::error_code() : std::error_code(errno, std::generic_category());
 }
@@ -49,8 +51,28 @@ std::error_code SystemFile::open(const std::string& path) {
     return reasonUnless(isOpen());
 }
 
+std::error_code SystemFile::openToRead(const std::string& path) {
+    m_handle = openRetrying(path, O_RDONLY | O_NOCTTY);
+    return reasonUnless(isOpen());
+}
+
+std::error_code SystemFile::read(char* to, std::size_t size, std::size_t& got) {
+    got = 0;
+    while (got < size) {
+        const ssize_t more = ::read(m_handle, to + got, std::min(size - got, kMost));
+        if (more < 0 && errno == EINTR) continue;
+        if (more < 0) return reasonUnless(false);
+        if (more == 0) break;
+        got += static_cast<std::size_t>(more);
+    }
+    return {};
+}
+
+std::error_code SystemFile::rewind() {
+    return reasonUnless(::lseek(m_handle, 0, SEEK_SET) == 0);
+}
+
 std::error_code SystemFile::write(std::string_view bytes) {
-    constexpr std::size_t kMost = std::size_t{1} << 30; // systems limit what one call takes
     while (!bytes.empty()) {
         const ssize_t written = ::write(m_handle, bytes.data(), std::min(bytes.size(), kMost));
         if (written < 0 && errno == EINTR) continue;

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 namespace KP_SDAI {
 
-/// A file that is open for writing, by the system's own calls; SystemFile.cpp is the only source that knows them. An
-/// operation that fails gives the system's reason.
+/// A file that is open for reading or for writing, by the system's own calls; SystemFile.cpp is the only source that
+/// knows them. An operation that fails gives the system's reason.
 class SystemFile {
 public:
     SystemFile() = default;
@@ -23,6 +24,12 @@ public:
     /// Whether this is a name of the standard output: open() gives the one at hand, with its place in a file.
     static bool isStandardOutput(std::string_view path) { return path == "/dev/stdout"; }
     bool isOpen() const { return m_handle >= 0; }
+
+    std::error_code openToRead(const std::string& path);
+    /// Reads up to `size` bytes; `got` is less at the end, or where reading fails.
+    std::error_code read(char* to, std::size_t size, std::size_t& got);
+    /// Reading goes on at the first byte.
+    std::error_code rewind();
 
     std::error_code write(std::string_view bytes);
     /// Gives the file the permissions of another, and its owner and group as far as the system lets us.

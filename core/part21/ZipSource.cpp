@@ -169,7 +169,8 @@ std::size_t ZipSource::read(char* to, std::size_t size) {
 }
 
 bool ZipSource::rewind() {
-    return m_error.empty() && openMember();
+    m_error.clear();
+    return openMember();
 }
 
 bool ZipSource::isOneOfSeveral() const {
