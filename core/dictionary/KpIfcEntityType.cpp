@@ -38,10 +38,10 @@ const KpIfcProperty* KpIfcEntityType::findProperty(std::string_view name) const 
 KpIfcEntityType* KpIfcEntityType::createEntityType(KpIfcSchema* schema, const char* name, bool, Factory factory,
                                                    PropertyBuilder propertyBuilder, KpIfcEntityType*& staticType,
                                                    const KpIfcEntityType* supertype) {
-    staticType = new KpIfcEntityType(schema, name, factory, propertyBuilder, supertype);
+    std::unique_ptr<KpIfcEntityType> type(new KpIfcEntityType(schema, name, factory, propertyBuilder, supertype));
     // The supertype is constant for everybody but its subtypes' registration.
-    if (supertype) const_cast<KpIfcEntityType*>(supertype)->m_subtypes.push_back(staticType);
-    return staticType;
+    if (supertype) const_cast<KpIfcEntityType*>(supertype)->m_subtypes.push_back(type.get());
+    return staticType = type.release();
 }
 
 bool KpIfcEntityType::isKindOf(const KpIfcEntityType* other) const {

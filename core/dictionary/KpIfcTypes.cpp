@@ -12,8 +12,12 @@ KpIfcSimpleType::~KpIfcSimpleType() = default;
 KpIfcStringType::~KpIfcStringType() = default;
 KpIfcDefinedType::~KpIfcDefinedType() = default;
 
-KpIfcDefinedType::KpIfcDefinedType(const char* name, DictionaryInstance* underlying, bool declared)
-    : KpIfcNameType(name), m_owned(underlying), m_underlying(underlying), m_declared(declared) {}
+KpIfcDefinedType::KpIfcDefinedType(const char* name, DictionaryInstance* underlying, bool declared) try
+    : KpIfcNameType(name), m_owned(underlying), m_underlying(underlying), m_declared(declared) {
+} catch (...) { // the name's, before `underlying` is taken over
+    delete underlying;
+    throw;
+}
 
 const char* KpIfcDefinedType::displayName() const {
     const KpIfcEnumerationType* type = enumeration();

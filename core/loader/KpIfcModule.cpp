@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <map>
 #include <mutex>
+#include <new>
 #include <string_view>
 
 namespace KP_SDAI {
@@ -33,6 +34,14 @@ std::map<std::string, Loaded>& loadedLibraries() {
     static auto& libraries = *new std::map<std::string, Loaded>; // never freed: static objects may hold modules
     return libraries;
 }
+
+/// Closes a library that nobody has come to use.
+struct OpenLibrary {
+    void* library;
+    ~OpenLibrary() {
+        if (library) shared_library::close(library);
+    }
+};
 
 std::vector<std::string> searchFolders() {
     std::vector<std::string> folders;
@@ -76,7 +85,11 @@ std::shared_ptr<KpIfcModule> KpIfcModule::load(const std::string& schemaName, st
         for (const std::string& folder : searchFolders()) {
             const fs::path path = fs::path(folder) / (shared_library::kPrefix + name + shared_library::kSuffix);
             std::error_code code;
-            if (fs::exists(path, code)) return loadFile(path.string(), error);
+            const bool isThere = fs::exists(path, code);
+            if (!isThere && !code) continue;
+            // Who cannot be told whether it is there may find out by loading it.
+            std::shared_ptr<KpIfcModule> module = loadFile(path.string(), error);
+            if (module || isThere) return module;
         }
     }
     error = "schema " + schemaName + " has no module; can be read:";
@@ -89,29 +102,31 @@ std::shared_ptr<KpIfcModule> KpIfcModule::load(const std::string& schemaName, st
 std::shared_ptr<KpIfcModule> KpIfcModule::loadFile(const std::string& path, std::string& error) {
     std::error_code code;
     const fs::path canonical = fs::canonical(path, code);
+    if (code == std::errc::not_enough_memory) throw std::bad_alloc(); // one library is known by one name only
     const std::string key = code ? path : canonical.string();
 
     // Before the lock, so that one that fails to load lets go of the library, which takes the lock, after it.
     std::shared_ptr<KpIfcModule> module(new KpIfcModule);
+    module->m_path = key;
     const std::lock_guard guard(g_lock);
     std::map<std::string, Loaded>& libraries = loadedLibraries();
     auto found = libraries.find(key);
     if (found == libraries.end()) {
-        void* library = shared_library::open(key, error);
+        OpenLibrary opened{shared_library::open(key, error)};
+        void* const library = opened.library;
         if (!library) return nullptr;
         std::atexit([] { g_processEnds = true; }); // runs before what the library registered while it was opened
         using LifeCycle = KpIfcModuleLifeCycle* (*)();
         const auto lifeCycle = reinterpret_cast<LifeCycle>(shared_library::symbol(library, "kpGetModuleLifeCycleApp"));
         if (!lifeCycle) {
             error = path + ": is no schema module";
-            shared_library::close(library);
             return nullptr;
         }
         found = libraries.emplace(key, Loaded{library, lifeCycle(), 0}).first;
+        opened.library = nullptr;
     }
     Loaded& loaded = found->second;
     ++loaded.users;
-    module->m_path = key;
     module->m_library = loaded.library;
     module->m_lifeCycle = loaded.lifeCycle;
     const bool built = loaded.lifeCycle->initialise();

@@ -24,8 +24,8 @@ struct ChangeLog {
     };
 
     void noteCreated(KpIfcSlot* slot, KpIfcEntityBase& instance) {
-        created.push_back(slot);
         former.try_emplace(&instance);
+        created.push_back(slot);
     }
     /// Only the first change of an instance counts.
     void noteChange(KpIfcEntityBase& instance, const std::vector<KeptField>* keptFields) {

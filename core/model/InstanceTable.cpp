@@ -1,5 +1,7 @@
 #include "model/InstanceTable.h"
 
+#include "model/MakeRoom.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
@@ -73,6 +75,7 @@ KpIfcSlot* InstanceTable::slotSlow(std::uint64_t name) {
 KpIfcSlot* InstanceTable::sparseSlot(std::uint64_t name) {
     KpIfcSlot*& slot = m_sparseByName[name];
     if (slot) return slot;
+    makeRoomForOne(m_sparse);
     if (m_sparseFill == KpIfcSlotChunk::kSlots) {
         m_sparseNames.push_back(std::make_unique<std::uint64_t[]>(KpIfcSlotChunk::kSlots));
         m_sparseChunk = newChunk();

@@ -1,6 +1,7 @@
 #include "model/Inverses.h"
 
 #include "model/InverseSet.h"
+#include "model/MakeRoom.h"
 #include "model/ModelData.h"
 
 #include <KpIfcCore/KpIfcInverseMembers.h>
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <iterator>
 #include <new>
+#include <utility>
 
 namespace KP_SDAI {
 
@@ -28,8 +30,8 @@ void KpIfcInverseSet::change(KpArena& arena, std::span<const KpDbObjectId> remov
     std::vector<KpDbObjectId> all;
     std::set_difference(begin(), end(), removed.begin(), removed.end(), std::back_inserter(kept));
     std::set_union(kept.begin(), kept.end(), inserted.begin(), inserted.end(), std::back_inserter(all));
-    clear();
     reserve(arena, all.size());
+    clear();
     for (const KpDbObjectId& referrer : all) add(referrer);
 }
 
@@ -89,8 +91,9 @@ void Inverses::enter(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, 
         m_entered.push_back(entry);
         return;
     }
-    if (referrer.isUncommitted()) m_withdrawn.push_back(entry); // may refer elsewhere by the next commit
+    makeRoomForOne(m_withdrawn);
     entry.set->insert(m_arena, entry.referrer);
+    if (referrer.isUncommitted()) m_withdrawn.push_back(entry); // may refer elsewhere by the next commit
 }
 
 void Inverses::withdraw(KpIfcEntityBase& referrer) {
@@ -103,10 +106,19 @@ void Inverses::withdraw(KpIfcEntityBase& referrer) {
 }
 
 void Inverses::commit(std::span<KpIfcEntityBase* const> changed) {
-    m_isCommitting = true;
-    for (KpIfcEntityBase* instance : changed) instance->setInverseCounterParts();
-    m_isCommitting = false;
+    // What a commit that was not completed has entered may be no longer true.
+    if (m_isHalfDone) m_withdrawn.insert(m_withdrawn.end(), m_entered.begin(), m_entered.end());
+    m_entered.clear();
+    struct Committing {
+        bool& is;
+        ~Committing() { is = false; }
+    };
+    {
+        const Committing committing{m_isCommitting = true};
+        for (KpIfcEntityBase* instance : changed) instance->setInverseCounterParts();
+    }
     apply();
+    m_isHalfDone = false;
     m_withdrawn.clear();
     m_entered.clear();
 }
@@ -119,6 +131,7 @@ void Inverses::apply() {
     }
     std::vector<KpDbObjectId> removed;
     std::vector<KpDbObjectId> inserted;
+    const bool areSetsKnown = !std::exchange(m_isHalfDone, true);
     auto gone = m_withdrawn.begin();
     auto come = m_entered.begin();
     while (gone != m_withdrawn.end() || come != m_entered.end()) {
@@ -130,6 +143,7 @@ void Inverses::apply() {
             const bool isGone = gone != m_withdrawn.end() && gone->set == set;
             const bool isCome = come != m_entered.end() && come->set == set;
             if (isGone && isCome && gone->referrer == come->referrer) {
+                if (!areSetsKnown) inserted.push_back(come->referrer);
                 ++gone, ++come;
             } else if (isGone && (!isCome || gone->referrer < come->referrer)) {
                 removed.push_back((gone++)->referrer);

@@ -25,7 +25,8 @@ public:
     void enter(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, const KpIfcEntityBase& referrer);
     /// Notes what an instance that is about to change has entered.
     void withdraw(KpIfcEntityBase& referrer);
-    /// Enters instances that changed anew.
+    /// Enters instances that changed anew. Where memory runs out in the middle, the next commit, which is to be told of
+    /// the same instances and of those that changed since, sets all right.
     void commit(std::span<KpIfcEntityBase* const> changed);
 
 private:
@@ -46,6 +47,7 @@ private:
     std::vector<Entry> m_withdrawn; ///< since the last commit
     std::vector<Entry> m_entered;   ///< by the commit that is under way
     bool m_isCommitting = false;
+    bool m_isHalfDone = false; ///< memory ran out while the sets were being changed
 };
 
 } // namespace KP_SDAI

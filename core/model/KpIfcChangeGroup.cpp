@@ -2,18 +2,23 @@
 
 #include "model/ModelData.h"
 
+#include <new>
 #include <stdexcept>
 #include <utility>
 
 namespace KP_SDAI {
 
 KpIfcChangeGroup::KpIfcChangeGroup(KpIfcModel& model) : m_model(&model) {
+    model.commit(); // a rollback that is due ends the group before
     if (model.data().isNotingChanges()) throw std::logic_error("the model has an open change group already");
     model.data().beginChanges();
 }
 
 KpIfcChangeGroup::~KpIfcChangeGroup() {
-    rollBack();
+    try {
+        rollBack();
+    } catch (const std::bad_alloc&) { // the model does it with its next commit
+    }
 }
 
 void KpIfcChangeGroup::keep() {
@@ -21,7 +26,8 @@ void KpIfcChangeGroup::keep() {
 }
 
 void KpIfcChangeGroup::rollBack() {
-    if (KpIfcModel* const model = std::exchange(m_model, nullptr)) model->data().rollBackChanges();
+    if (m_model) m_model->data().rollBackChanges();
+    m_model = nullptr;
 }
 
 } // namespace KP_SDAI

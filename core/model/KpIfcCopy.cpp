@@ -3,6 +3,7 @@
 #include "model/CopyMap.h"
 #include "model/FieldCopier.h"
 #include "model/HeldReferences.h"
+#include "model/MakeRoom.h"
 
 #include <algorithm>
 #include <limits>
@@ -28,7 +29,7 @@ struct KpIfcCopier::State {
 private:
     using Slots = std::vector<KpIfcSlot*>;
 
-    Slots findNeeded(std::span<const KpDbObjectId> handles);
+    void findNeeded(std::span<const KpDbObjectId> handles, Slots& found);
     void sortInFileOrder(Slots& found);
     std::size_t placeInFile(const KpIfcSlot* slot);
     bool chooseNames(const Slots& found);
@@ -44,32 +45,39 @@ KP::ErrorStatus KpIfcCopier::State::copy(std::span<const KpDbObjectId> handles) 
     if (&map.source == &map.target || &map.source.schema() != &map.target.schema()) return KP::eInvalidInput;
     for (const KpDbObjectId& handle : handles)
         if (!handle.isDefined() || handle.model() != &map.source) return KP::eInvalidInput;
-    Slots found = findNeeded(handles);
-    sortInFileOrder(found);
-    if (!chooseNames(found)) {
+    Slots found;
+    const auto forgetFound = [&] {
         for (const KpIfcSlot* slot : found) map.slots[slot] = nullptr;
-        return KP::eRefused;
+    };
+    try {
+        findNeeded(handles, found);
+        sortInFileOrder(found);
+        if (!chooseNames(found)) {
+            forgetFound();
+            return KP::eRefused;
+        }
+        create(found);
+    } catch (...) {
+        forgetFound();
+        throw;
     }
-    create(found);
     count += found.size();
     return KP::eOk;
 }
 
 /// What is to be copied: the handles and what they need, as far as it has no copy.
-KpIfcCopier::State::Slots KpIfcCopier::State::findNeeded(std::span<const KpDbObjectId> handles) {
-    Slots found;
+void KpIfcCopier::State::findNeeded(std::span<const KpDbObjectId> handles, Slots& found) {
     const auto find = [&](const KpDbObjectId& handle) {
         KpIfcSlot*& place = map.slots[handle.slot()];
         if (place) return;
-        place = &s_found;
         found.push_back(handle.slot());
+        place = &s_found;
     };
     for (const KpDbObjectId& handle : handles) find(handle);
     for (std::size_t next = 0; next < found.size(); ++next)
         visitHeldReferences(KpDbObjectId(found[next]), [&](const KpIfcReference& reference) {
             if (map.slots[reference.to.slot()] == nullptr && map.isFollowed(reference)) find(reference.to);
         });
-    return found;
 }
 
 void KpIfcCopier::State::sortInFileOrder(Slots& found) {
@@ -85,9 +93,11 @@ void KpIfcCopier::State::sortInFileOrder(Slots& found) {
 /// Counts from 1; what came after the first call is behind all else.
 std::size_t KpIfcCopier::State::placeInFile(const KpIfcSlot* slot) {
     if (m_placeCount == 0) {
+        std::size_t places = 0;
         map.source.data().visitInFileOrder(
-            [&](const KpIfcEntityBase* instance) { m_places[instance->objectId().slot()] = ++m_placeCount; },
-            [&](const KeptRecord& record) { m_recordPlaces[&record] = ++m_placeCount; });
+            [&](const KpIfcEntityBase* instance) { m_places[instance->objectId().slot()] = ++places; },
+            [&](const KeptRecord& record) { m_recordPlaces[&record] = ++places; });
+        m_placeCount = places;
     }
     std::size_t place = m_places[slot];
     if (slot->word & KpIfcSlot::kKeptRecord)
@@ -128,6 +138,7 @@ void KpIfcCopier::State::create(const Slots& found) {
         } else {
             std::string text;
             map.rename(original, nullptr, std::string(map.source.keptRecord(original)), text);
+            makeRoomForOne(target.newRecords);
             target.keep(std::move(text), place);
             target.newRecords.push_back(KpDbObjectId(place).instanceName());
         }

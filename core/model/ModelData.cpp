@@ -2,9 +2,11 @@
 
 #include "model/AttributeCopy.h"
 #include "model/ChangeLog.h"
+#include "model/MakeRoom.h"
 #include "part21/ReferenceText.h"
 
 #include <algorithm>
+#include <new>
 
 namespace KP_SDAI {
 
@@ -18,24 +20,27 @@ ModelData::~ModelData() {
 
 KpIfcEntityBase* ModelData::create(const KpIfcEntityFacts& facts, KpIfcSlot* slot) {
     KpIfcEntityBase* instance = construct(facts);
+    makeRoomForOne(m_toDestroy);
+    makeRoomForOne(m_uncommitted);
     bind(slot, instance);
-    KpIfcChange::before(*instance);
+    KpIfcChange::before(*instance); // refers to nothing yet, so this needs no memory any more
     return instance;
 }
 
 void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
     const std::uint64_t name = KpDbObjectId(slot).instanceName();
     if (!m_explicitOrder && name < highestName) makeOrderExplicit();
-    slot->word = reinterpret_cast<std::uintptr_t>(instance);
-    instance->m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance->m_self & KpIfcEntityBase::kFlags);
     if (m_explicitOrder) {
         if (!m_positions.empty()) m_positions[slot] = m_order.size();
-        m_order.emplace_back(slot);
+        makeRoomForOne(m_order);
     }
+    if (m_changes) m_changes->noteCreated(slot, *instance);
+    slot->word = reinterpret_cast<std::uintptr_t>(instance);
+    instance->m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance->m_self & KpIfcEntityBase::kFlags);
+    if (m_explicitOrder) m_order.emplace_back(slot);
     if (name > highestName) highestName = name;
     ++instanceCount;
     table.noteInstance();
-    if (m_changes) m_changes->noteCreated(slot, *instance);
 }
 
 void ModelData::noteNamesIn(const std::string& text) {
@@ -48,6 +53,8 @@ KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
     noteNamesIn(text);
     if (!m_explicitOrder) makeOrderExplicit();
     const std::uint64_t name = KpDbObjectId(slot).instanceName();
+    makeRoomForOne(m_order);
+    if (m_changes) makeRoomForOne(m_changes->created);
     KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text), name});
     m_order.emplace_back(&record);
     if (slot) {
@@ -74,9 +81,13 @@ void ModelData::demote(KpIfcSlot* slot, std::string text) {
 }
 
 void ModelData::erase(KpIfcSlot* slot) {
+    if (m_changes) makeRoomForOne(m_changes->erased);
+    makeRoomForOne(m_left);
+    makeRoomForOne(erasedNames);
+    m_erasedSlots.insert(slot);
+    // From here on nothing fails.
     if (m_changes) m_changes->erased.push_back({slot, slot->word});
     leaveSlot(slot);
-    m_erasedSlots.insert(slot);
     erasedNames.push_back(KpDbObjectId(slot).instanceName());
 }
 
@@ -143,6 +154,11 @@ void ModelData::noteChange(KpIfcEntityBase& instance) {
 }
 
 void ModelData::commit() {
+    if (m_isRollBackDue) rollBackChanges();
+    commitChanges();
+}
+
+void ModelData::commitChanges() {
     if (m_uncommitted.empty()) return;
     std::erase_if(m_uncommitted, [](const KpIfcEntityBase* instance) { return !instance->owningModel(); });
     inverses.commit(m_uncommitted);
@@ -171,33 +187,41 @@ void ModelData::keepChanges() {
 }
 
 void ModelData::rollBackChanges() {
-    commit();
-    const std::unique_ptr<ChangeLog> log = std::move(m_changes);
+    m_isRollBackDue = true;
+    commitChanges();
+    ChangeLog& log = *m_changes;
     // What they have entered in others is withdrawn while all are in their slots.
-    for (KpIfcSlot* slot : log->created)
+    for (KpIfcSlot* slot : log.created)
         if (KpIfcEntityBase* instance = KpDbObjectId(slot).openObject()) instance->beforeChange();
-    for (const auto& [instance, values] : log->former)
+    for (const auto& [instance, values] : log.former)
         if (instance->owningModel()) instance->beforeChange();
+    for (const auto& [instance, former] : log.former)
+        if (former.values) copyAttributes(*instance, *former.values); // else it was created
+    m_uncommitted.reserve(m_uncommitted.size() + log.erased.size());
+    m_left.reserve(m_left.size() + log.created.size());
 
-    for (const ChangeLog::Erased& erased : log->erased) {
+    // From here on nothing fails; before, all can be done again.
+    for (const ChangeLog::Erased& erased : log.erased) {
         returnToSlot(erased.slot, erased.word);
         m_erasedSlots.erase(erased.slot);
     }
-    erasedNames.resize(log->erasedCount);
-    newRecords.resize(log->newRecordCount);
-    for (KpIfcSlot* slot : log->created) {
+    erasedNames.resize(log.erasedCount);
+    newRecords.resize(log.newRecordCount);
+    for (KpIfcSlot* slot : log.created) {
         leaveSlot(slot);
         m_positions.erase(slot);
     }
-    for (auto& [instance, former] : log->former) {
-        if (!former.values) continue; // created
-        copyAttributes(*instance, *former.values);
-        if (former.hasKeptFields) m_keptFields[instance] = std::move(former.keptFields);
+    for (auto& [instance, former] : log.former)
+        if (former.hasKeptFields) m_keptFields.find(instance)->second = std::move(former.keptFields);
+    m_explicitOrder = log.explicitOrder;
+    m_order.erase(m_order.begin() + static_cast<std::ptrdiff_t>(log.orderLength), m_order.end());
+    highestName = log.highestName;
+    m_changes.reset();
+    m_isRollBackDue = false;
+    try {
+        commitChanges();
+    } catch (const std::bad_alloc&) { // all is undone; the next commit makes up for this one
     }
-    m_explicitOrder = log->explicitOrder;
-    m_order.erase(m_order.begin() + static_cast<std::ptrdiff_t>(log->orderLength), m_order.end());
-    highestName = log->highestName;
-    commit();
 }
 
 std::vector<OrderEntry> ModelData::normalOrder() const {
@@ -214,8 +238,9 @@ std::vector<OrderEntry> ModelData::normalOrder() const {
 }
 
 void ModelData::makeOrderExplicit() {
-    m_order.reserve(instanceCount + 1);
     table.sortSparse();
+    m_order.clear();
+    m_order.reserve(instanceCount + 1);
     for (KpIfcEntityBase* instance : model.instances()) m_order.emplace_back(instance->objectId().slot());
     m_explicitOrder = true;
 }

@@ -89,7 +89,8 @@ public:
     void noteHeap(KpIfcEntityBase& instance);
     /// What is to do before the first change of an instance since the last commit.
     void noteChange(KpIfcEntityBase& instance);
-    bool hasUncommitted() const { return !m_uncommitted.empty(); }
+    bool hasUncommitted() const { return !m_uncommitted.empty() || m_isRollBackDue; }
+    /// Where memory runs out, what is uncommitted stays so, and the next commit begins anew.
     void commit();
     const ReferrerIndex& referrerIndex() { return m_referrers.get(model); }
     const GlobalIdIndex& globalIdIndex() { return m_globalIds.get(model); }
@@ -98,6 +99,7 @@ public:
     bool isNotingChanges() const { return m_changes != nullptr; }
     void beginChanges();
     void keepChanges();
+    /// Where memory runs out it stays due: the next commit begins with it.
     void rollBackChanges();
 
     /// True where file order is that of the names and there are no records kept as text.
@@ -169,6 +171,7 @@ private:
     std::vector<OrderEntry> normalOrder() const;
     void noteNamesIn(const std::string& text);
     void makeOrderExplicit();
+    void commitChanges();
     /// Empties a slot, and fills it again with the word that it had.
     void leaveSlot(KpIfcSlot* slot);
     void returnToSlot(KpIfcSlot* slot, std::uintptr_t word);
@@ -187,6 +190,7 @@ private:
     OnDemand<ReferrerIndex> m_referrers;
     OnDemand<GlobalIdIndex> m_globalIds;
     std::unique_ptr<ChangeLog> m_changes;
+    bool m_isRollBackDue = false; ///< of m_changes
 };
 
 } // namespace KP_SDAI

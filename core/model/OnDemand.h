@@ -21,15 +21,24 @@ public:
         return *m_index;
     }
 
-    /// Lets `update(Index&)` follow changes, where there is an index; drops it where that answers false.
+    /// Lets `update(Index&)` follow changes, where there is an index; drops it where that answers false or throws.
     template <class Update>
     void follow(Update update) {
-        if (!m_index || update(*m_index)) return;
+        try {
+            if (!m_index || update(*m_index)) return;
+        } catch (...) {
+            drop();
+            throw;
+        }
+        drop();
+    }
+
+private:
+    void drop() {
         m_built = nullptr;
         m_index.reset();
     }
 
-private:
     std::mutex m_building;
     std::unique_ptr<Index> m_index;
     std::atomic<const Index*> m_built = nullptr; ///< the same, once it is built

@@ -24,7 +24,7 @@ public:
     Value find(const KpIfcSlot* slot) const {
         const KpIfcSlotChunk* const chunk = KpIfcSlotChunk::of(slot);
         const auto found = m_pages.find(chunk);
-        return found == m_pages.end() ? Value() : found->second->values[slot - chunk->slots];
+        return found == m_pages.end() || !found->second ? Value() : found->second->values[slot - chunk->slots];
     }
 
 private:

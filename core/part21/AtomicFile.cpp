@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <new>
 #include <random>
 #include <utility>
 
@@ -16,6 +17,7 @@ fs::path behindLinks(fs::path path) {
     std::error_code code;
     while (fs::is_symlink(path, code)) { // a circle of links has no status, so it does not come here
         const fs::path next = fs::read_symlink(path, code);
+        if (code == std::errc::not_enough_memory) throw std::bad_alloc();
         if (code) break;
         path = path.parent_path() / next;
     }
@@ -97,11 +99,12 @@ bool AtomicFile::commit() {
     if (m_isReplaced && !check(m_file.takePermissions(m_target), "cannot keep its permissions: ")) return false;
     if (!check(m_file.sync()) || !check(m_file.close())) return false;
     if (m_beside.empty()) return true;
+    std::string folder = fs::path(m_target).parent_path().string();
+    if (folder.empty()) folder = ".";
     if (!check(SystemFile::rename(m_beside, m_target))) return false;
     m_beside.clear();
     // Nothing that goes wrong now can be undone, and the target is whole in any case.
-    const fs::path folder = fs::path(m_target).parent_path();
-    SystemFile::syncFolder(folder.empty() ? "." : folder.string());
+    SystemFile::syncFolder(folder);
     return true;
 }
 

@@ -12,6 +12,7 @@
 #include "part21/SourceRewriter.h"
 
 #include <filesystem>
+#include <new>
 
 namespace KP_SDAI {
 
@@ -20,7 +21,8 @@ namespace {
 /// Tells one content of a path from another that somebody puts there.
 struct FileStamp {
     FileStamp() = default;
-    explicit FileStamp(const std::string& path) {
+    /// Needs no memory.
+    explicit FileStamp(const std::filesystem::path& path) {
         std::error_code none; // what is missing has no stamp
         time = std::filesystem::last_write_time(path, none);
         if (!none) size = std::filesystem::file_size(path, none);
@@ -56,7 +58,13 @@ struct KpIfcFile::State {
     FileStamp stamp;                    ///< of that file, when it was read or last saved
     SourceLayout layout;
 
+    /// Back to nothing open.
+    void reset();
+    /// What `operation` answers; eNotAvailable with error() where memory runs out in it.
+    template <class Operation>
+    KP::ErrorStatus attempt(const std::string& name, Operation operation);
     KP::ErrorStatus open(std::unique_ptr<ByteSource> from, const std::string& name, const KpIfcOpenOptions& options);
+    KP::ErrorStatus save(const std::string& to, const KpIfcSaveOptions& options);
     /// False where the sink stopped or, with error, where the source is of no use any more.
     bool write(const KpIfcSaveOptions& options, const std::function<bool(std::string_view)>& sink);
 };
@@ -67,9 +75,31 @@ KpIfcFile& KpIfcFile::operator=(KpIfcFile&&) noexcept = default;
 KpIfcFile::~KpIfcFile() = default;
 
 void KpIfcFile::close() {
-    const std::size_t listed = m_state ? m_state->listedPerKind : KpIfcReport::kListedPerKind;
-    m_state = std::make_unique<State>();
-    m_state->listedPerKind = listed;
+    if (m_state)
+        m_state->reset();
+    else
+        m_state = std::make_unique<State>(); // was moved from
+}
+
+void KpIfcFile::State::reset() {
+    State fresh;
+    fresh.listedPerKind = listedPerKind;
+    *this = std::move(fresh);
+}
+
+template <class Operation>
+KP::ErrorStatus KpIfcFile::State::attempt(const std::string& name, Operation operation) {
+    constexpr const char* kReason = "out of memory"; // so short that a string holds it without memory of its own
+    try {
+        return operation();
+    } catch (const std::bad_alloc&) {
+        error = kReason;
+    }
+    try {
+        error = name + ": " + kReason;
+    } catch (const std::bad_alloc&) { // so be it without the name
+    }
+    return KP::eNotAvailable;
 }
 
 void KpIfcFile::listedPerKind(std::size_t count) {
@@ -123,56 +153,77 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
     return false;
 }
 
+namespace {
+
+/// Leaves nothing open of which only a part was read.
+template <class State, class Operation>
+KP::ErrorStatus attemptToOpen(State& state, const std::string& name, Operation operation) {
+    const KP::ErrorStatus status = state.attempt(name, operation);
+    if (status == KP::eOk || !state.model) return status;
+    std::string error = std::move(state.error);
+    state.reset();
+    state.error = std::move(error);
+    return status;
+}
+
+} // namespace
+
 KP::ErrorStatus KpIfcFile::open(const std::string& path, const KpIfcOpenOptions& options) {
     close();
-    const FileStamp stamp(path);
-    std::unique_ptr<ByteSource> source = openSource(path, m_state->error);
-    if (!source) return KP::eNotAvailable;
-    m_state->path = path;
-    m_state->stamp = stamp;
-    return m_state->open(std::move(source), path, options);
+    return attemptToOpen(*m_state, path, [&] {
+        const FileStamp stamp(path);
+        std::unique_ptr<ByteSource> source = openSource(path, m_state->error);
+        if (!source) return KP::eNotAvailable;
+        m_state->path = path;
+        m_state->stamp = stamp;
+        return m_state->open(std::move(source), path, options);
+    });
 }
 
 KP::ErrorStatus KpIfcFile::openMemory(const void* data, std::size_t size, const std::string& name,
                                       const KpIfcOpenOptions& options) {
     close();
-    std::unique_ptr<ByteSource> source = openSource(data, size, name, m_state->error);
-    return source ? m_state->open(std::move(source), name, options) : KP::eNotAvailable;
+    return attemptToOpen(*m_state, name, [&] {
+        std::unique_ptr<ByteSource> source = openSource(data, size, name, m_state->error);
+        return source ? m_state->open(std::move(source), name, options) : KP::eNotAvailable;
+    });
 }
 
 KP::ErrorStatus KpIfcFile::create(const std::string& schemaName) {
     close();
-    std::shared_ptr<KpIfcModule> module = KpIfcModule::load(schemaName, m_state->error);
-    if (!module) return KP::eNotAvailable;
-    m_state->header = KpIfcHeader::standard(module->schema().name());
-    m_state->model = std::make_unique<KpIfcModel>(std::move(module));
-    m_state->model->data().utf8 = settings().get_useUTF8();
-    return KP::eOk;
+    return attemptToOpen(*m_state, schemaName, [&] {
+        std::shared_ptr<KpIfcModule> module = KpIfcModule::load(schemaName, m_state->error);
+        if (!module) return KP::eNotAvailable;
+        m_state->header = KpIfcHeader::standard(module->schema().name());
+        m_state->model = std::make_unique<KpIfcModel>(std::move(module));
+        m_state->model->data().utf8 = settings().get_useUTF8();
+        return KP::eOk;
+    });
+}
+
+KP::ErrorStatus KpIfcFile::State::save(const std::string& to, const KpIfcSaveOptions& options) {
+    const auto refuse = [&](const char* reason) {
+        error = to + ": " + reason;
+        return KP::eNotAvailable;
+    };
+    if (!model) return refuse("no model to write");
+    std::error_code none; // what is missing is not the same
+    const std::filesystem::path target(to);
+    const bool isSource = source && std::filesystem::equivalent(target, path, none);
+    if (isSource && source->isOneOfSeveral()) return refuse("is an archive with further files, which would be lost");
+    if (isSource && std::filesystem::is_regular_file(target, none) && FileStamp(target) != stamp)
+        return refuse("another program has changed it since it was read; what that wrote would be lost");
+    Output output(to);
+    if (write(options, [&](std::string_view piece) { return output.write(piece); }) && output.finish()) {
+        if (isSource) stamp = FileStamp(target);
+        return KP::eOk;
+    }
+    error = to + ": " + (error.empty() ? output.error() : error);
+    return KP::eNotAvailable;
 }
 
 KP::ErrorStatus KpIfcFile::save(const std::string& path, const KpIfcSaveOptions& options) {
-    State& state = *m_state;
-    if (!state.model) {
-        state.error = path + ": no model to write";
-        return KP::eNotAvailable;
-    }
-    std::error_code none; // what is missing is not the same
-    const bool isSource = state.source && std::filesystem::equivalent(path, state.path, none);
-    if (isSource && state.source->isOneOfSeveral()) {
-        state.error = path + ": is an archive with further files, which would be lost";
-        return KP::eNotAvailable;
-    }
-    if (isSource && std::filesystem::is_regular_file(path, none) && FileStamp(path) != state.stamp) {
-        state.error = path + ": another program has changed it since it was read; what that wrote would be lost";
-        return KP::eNotAvailable;
-    }
-    Output output(path);
-    if (state.write(options, [&](std::string_view piece) { return output.write(piece); }) && output.finish()) {
-        if (isSource) state.stamp = FileStamp(path);
-        return KP::eOk;
-    }
-    state.error = path + ": " + (state.error.empty() ? output.error() : state.error);
-    return KP::eNotAvailable;
+    return m_state->attempt(path, [&] { return m_state->save(path, options); });
 }
 
 KP::ErrorStatus KpIfcFile::saveToMemory(std::string& out, const KpIfcSaveOptions& options) {
@@ -182,14 +233,16 @@ KP::ErrorStatus KpIfcFile::saveToMemory(std::string& out, const KpIfcSaveOptions
         state.error = "no model to write";
         return KP::eNotAvailable;
     }
-    out.reserve(state.size + state.size / 16); // mostly, what was read is about what is written
-    const bool isWritten = state.write(options, [&](std::string_view piece) {
-        out.append(piece);
-        return true;
+    const KP::ErrorStatus status = state.attempt("memory", [&] {
+        out.reserve(state.size + state.size / 16); // mostly, what was read is about what is written
+        const bool isWritten = state.write(options, [&](std::string_view piece) {
+            out.append(piece);
+            return true;
+        });
+        return isWritten ? KP::eOk : KP::eNotAvailable;
     });
-    if (isWritten) return KP::eOk;
-    out.clear();
-    return KP::eNotAvailable;
+    if (status != KP::eOk) out.clear();
+    return status;
 }
 
 KpIfcModel* KpIfcFile::model() const {

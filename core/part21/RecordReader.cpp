@@ -51,6 +51,19 @@ bool isStatement(const char* begin, const char* end, std::string_view name) {
 
 } // namespace
 
+namespace {
+
+/// Destroys an instance of which nobody has taken care, where that is needed.
+struct UnboundInstance {
+    KpIfcEntityBase& instance;
+    const bool& ownsHeap;
+    ~UnboundInstance() {
+        if (ownsHeap) instance.~KpIfcEntityBase();
+    }
+};
+
+} // namespace
+
 RecordReader::RecordReader(ModelData& data, Window& window, KpIfcReport& report)
     : m_data(data), m_window(window), m_report(report), m_names(data.schema()), m_filer(data) {}
 
@@ -185,6 +198,7 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
     m_filer.m_end = m_end;
     m_filer.m_field = 0;
     m_filer.m_broken = m_filer.m_missing = m_filer.m_ownsHeap = false;
+    const UnboundInstance unbound{*instance, m_filer.m_ownsHeap};
     instance->inFields(&m_filer);
 
     const char* const begin = place;
@@ -228,12 +242,13 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
     failure.place = m_filer.m_cur;
     failure.expected = m_filer.m_brokenExpected;
     m_filer.m_pending.resize(pending);
-    if (m_filer.m_ownsHeap) instance->~KpIfcEntityBase();
     return false;
 }
 
 void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance,
                         std::string_view parameters) {
+    if (m_filer.m_ownsHeap) m_data.noteHeap(*instance);
+    m_filer.m_ownsHeap = false; // of this one the model takes care now
     const auto report = [&](KpIfcFinding finding, Said said) {
         KpIfcReportEntry entry = findingAt(finding, KpIfcSeverity::warning, m_filer.m_recordOffset, std::move(said));
         entry.instanceName = KpDbObjectId(slot).instanceName();
@@ -249,7 +264,6 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
     }
     m_data.bind(slot, instance);
     if (!type.counterparts().empty()) m_referring.push_back(instance);
-    if (m_filer.m_ownsHeap) m_data.noteHeap(*instance);
     if (type.isAbstract())
         report(KpIfcFinding::abstractEntity,
                {"an instance of an abstract entity", "one of its subtypes", kReadAllTheSame});

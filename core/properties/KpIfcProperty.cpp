@@ -49,7 +49,7 @@ KpIfcPropertyCollection::KpIfcPropertyCollection() = default;
 KpIfcPropertyCollection::~KpIfcPropertyCollection() = default;
 
 void KpIfcPropertyCollection::add(KpIfcProperty* property) {
-    m_properties.emplace_back(property);
+    m_properties.push_back(std::unique_ptr<KpIfcProperty>(property));
 }
 
 const KpIfcProperty* KpIfcPropertyCollection::find(std::string_view name) const {

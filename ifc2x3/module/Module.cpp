@@ -4,6 +4,8 @@
 #include <IFC2X3/Types.h>
 #include <KpIfcCore/KpIfcModule.h>
 
+#include <memory>
+
 using namespace KP_SDAI;
 
 namespace {
@@ -21,9 +23,10 @@ class KpIfcModuleLifeCycleApp : public KpIfcModuleLifeCycle {
 public:
     bool initialise() override {
         if (g_schema) return true;
-        g_schema = new Schema;
-        KpIFC2X3SchemaBuilder builder(g_schema, KpAnsiString("IFC2X3"));
+        auto schema = std::make_unique<Schema>();
+        KpIFC2X3SchemaBuilder builder(schema.get(), KpAnsiString("IFC2X3"));
         builder.build();
+        g_schema = schema.release();
         return true;
     }
     void unload() override {

@@ -1,5 +1,7 @@
 #include "schema/KpIFC2X3SchemaBuilder.h"
 
+#include <memory>
+
 using namespace KP_SDAI;
 
 void KpIFC2X3SchemaBuilder::buildNoProperties(KpIfcPropertyCollection*, const KpIfcEntityType*) {}
@@ -12,11 +14,11 @@ void KpIFC2X3SchemaBuilder::addEntityType(const EntityType& type) {
     entity->facts(&type.facts());
     addAttributes(*entity, type);
 
-    auto* code = new KpTypeCode(kTypeEntity);
+    auto code = std::make_unique<KpTypeCode>(kTypeEntity);
     KpAny name;
     name << type.facts().name;
     code->appendParameter(name);
-    entity->type(code);
+    entity->type(code.release());
 }
 
 void KpIFC2X3SchemaBuilder::addAttributes(KpIfcEntityType& entity, const EntityType& type) {

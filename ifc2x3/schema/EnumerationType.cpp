@@ -1,9 +1,11 @@
 #include "schema/KpIFC2X3SchemaBuilder.h"
 
+#include <memory>
+
 using namespace KP_SDAI;
 
 void KpIFC2X3SchemaBuilder::addEnumerationType(const EnumerationType& type) {
-    auto* code = new KpTypeCode(kTypeEnumeration);
+    auto code = std::make_unique<KpTypeCode>(kTypeEnumeration);
     KpAny parameter;
     parameter << type.name;
     code->appendParameter(parameter);
@@ -13,7 +15,8 @@ void KpIFC2X3SchemaBuilder::addEnumerationType(const EnumerationType& type) {
         parameter << type.facts->literals[i];
         code->appendParameter(parameter);
     }
-    auto* enumeration = new KpIfcEnumerationType(code, literals);
+    auto enumeration = std::make_unique<KpIfcEnumerationType>(nullptr, literals);
+    enumeration->type(code.release());
     enumeration->facts(type.facts);
-    typeDictionary->putAt(type.name, new KpIfcDefinedType(type.name, enumeration, true));
+    typeDictionary->putAt(type.name, new KpIfcDefinedType(type.name, enumeration.release(), true));
 }

@@ -1,14 +1,17 @@
 #include "schema/KpIFC2X3SchemaBuilder.h"
 
+#include <memory>
+
 using namespace KP_SDAI;
 
 void KpIFC2X3SchemaBuilder::addSelectType(const SelectType& type) {
-    auto* code = new KpTypeCode(kTypeSelect);
+    auto code = std::make_unique<KpTypeCode>(kTypeSelect);
     KpAny name;
     name << type.name;
     code->appendParameter(name);
-    auto* select = new KpIfcSelectType(code);
-    auto* defined = new KpIfcDefinedType(type.name, select, true);
+    std::unique_ptr<KpIfcSelectType> owned(new KpIfcSelectType(code.release()));
+    KpIfcSelectType* const select = owned.get();
+    auto* const defined = new KpIfcDefinedType(type.name, owned.release(), true);
     typeDictionary->putAt(type.name, defined);
     KpIfcArray<KpAnsiString>& members = pendingSelectMembers[select];
     members.reserve(static_cast<std::uint32_t>(type.members.size()));

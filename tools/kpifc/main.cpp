@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <exception>
+#include <new>
 #include <sstream>
 #include <string>
 
@@ -87,6 +88,8 @@ int main(int argc, char** argv) {
 #endif
     try {
         return run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        tell("kpifc: out of memory"); // which needs none
     } catch (const std::exception& failure) {
         tell(std::string("kpifc: ") + failure.what());
     }

@@ -61,7 +61,8 @@ struct KpIfcEraseResult {
 /// again. References count that only source text holds: the text of a field is dropped with them, that
 /// of a whole record stays.
 ///
-/// Throws KpIfcException 180 where the model's mode is not kReadWrite.
+/// Throws KpIfcException 180 where the model's mode is not kReadWrite. Where memory runs out (std::bad_alloc) some
+/// references may have been dropped and some instances erased, each of them wholly: a KpIfcChangeGroup undoes that.
 ///
 ///     if (erase(model, {&wall, 1}, KpIfcErasePolicy::cascade).status == KP::eOk) ...
 KPIFCCORE_EXPORT KpIfcEraseResult erase(KpIfcModel& model, std::span<const KpDbObjectId> handles,

@@ -37,6 +37,14 @@ struct KpIfcSaveOptions {
 /// Writing leaves alone what nobody changed: records whose content is what was read, comments, spacing and order are
 /// copied from the source byte for byte. Changed records are written anew at their places, further ones behind the
 /// last, erased ones are left out; so it is with header records. For that a file that is open keeps its source open.
+///
+/// **Out of memory.** Operations that answer with a status do not throw where memory runs out: they answer eNotAvailable,
+/// error() says so. After open, openMemory and create nothing is open then; after a save that failed, for this or any
+/// other reason, the model is as it was and can be saved again. Everything else throws std::bad_alloc; for what that
+/// leaves of a model see KpIfcModel.
+///
+/// **Threads.** A file is one thread's at a time; different files, also of one path, have nothing to do with each other.
+/// While its thread saves, others may read its model, if that is at rest (KpIfcModel).
 class KPIFCCORE_EXPORT KpIfcFile {
 public:
     KpIfcFile();

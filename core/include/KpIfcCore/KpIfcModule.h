@@ -20,7 +20,8 @@ public:
     virtual void unload() = 0;
 };
 
-/// A loaded schema module. Everybody who needs it keeps a shared pointer; the last one to let go unloads it.
+/// A loaded schema module. Everybody who needs it keeps a shared pointer; the last one to let go unloads it. Any thread
+/// may load or let go at any time, also while others do.
 class KPIFCCORE_EXPORT KpIfcModule {
 public:
     KpIfcModule(const KpIfcModule&) = delete;
@@ -33,7 +34,7 @@ public:
     /// The module of a schema by its name as files write it: any letter case, an object identifier behind it, and the
     /// spellings of corrigenda ("IFC2X3_TC1", "IFC2X3_FINAL"). It is looked for in the folders of the environment
     /// variable KPIFC_MODULE_PATH, then beside the runtime library. Null with a text in `error` where it is not found
-    /// or cannot be loaded. Any thread may call it.
+    /// or cannot be loaded; std::bad_alloc where memory runs out, and then it can be loaded later.
     static std::shared_ptr<KpIfcModule> load(const std::string& schemaName, std::string& error);
     /// The module at a given path.
     static std::shared_ptr<KpIfcModule> loadFile(const std::string& path, std::string& error);
