@@ -1,8 +1,10 @@
 // Loaded before the system's library (LD_PRELOAD), lets one of a process's calls go wrong. What stands in its way is
 // told by the environment:
-//   KP_FAULT_CALL   open, write, fsync, close, rename, fchmod; "any" counts them all
+//   KP_FAULT_CALL   of writing: open, write, fsync, close, rename, fchmod; "any" counts them all. Of reading: open,
+//   read,
+//                   lseek, stat, fstat; and of who uses the system's streams fread, fseeko
 //   KP_FAULT_AT     which of these calls, from 1
-//   KP_FAULT_ERRNO  what it fails with; 0: write takes half of the bytes
+//   KP_FAULT_ERRNO  what it fails with; 0: write takes, read gives half of the bytes
 //   KP_FAULT_KILL   set: the process is killed instead, by write after half of the bytes
 //   KP_FAULT_FIRED  a file that is made when it happens
 // Only calls from other libraries are seen, not those within the system's own, such as from its streams.
@@ -16,6 +18,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -28,11 +31,14 @@ int numberOf(const char* variable) {
     return text ? std::atoi(text) : 0;
 }
 
+enum class Kind { writing, reading };
+
 /// Whether this call is the one.
-bool isHit(const char* call) {
+bool isHit(const char* call, Kind kind = Kind::writing) {
     static int calls = 0;
     const char* const wanted = std::getenv("KP_FAULT_CALL");
-    if (!wanted || (std::strcmp(wanted, call) != 0 && std::strcmp(wanted, "any") != 0)) return false;
+    const bool isAny = wanted && kind == Kind::writing && std::strcmp(wanted, "any") == 0;
+    if (!wanted || (std::strcmp(wanted, call) != 0 && !isAny)) return false;
     if (++calls != numberOf("KP_FAULT_AT")) return false;
     if (const char* const mark = std::getenv("KP_FAULT_FIRED"))
         syscall(SYS_close, syscall(SYS_openat, AT_FDCWD, mark, O_WRONLY | O_CREAT, 0600));
@@ -87,4 +93,37 @@ KP_INTERPOSED int rename(const char* from, const char* to) noexcept {
 
 KP_INTERPOSED int fchmod(int file, mode_t mode) noexcept {
     return isHit("fchmod") ? fault() : next(&fchmod, "fchmod")(file, mode);
+}
+
+// -- reading
+
+KP_INTERPOSED ssize_t read(int file, void* bytes, size_t size) {
+    if (!isHit("read", Kind::reading)) return next(&read, "read")(file, bytes, size);
+    if (numberOf("KP_FAULT_ERRNO") != 0) return fault();
+    return next(&read, "read")(file, bytes, size > 1 ? size / 2 : size);
+}
+
+KP_INTERPOSED off_t lseek(int file, off_t offset, int from) noexcept {
+    return isHit("lseek", Kind::reading) ? fault() : next(&lseek, "lseek")(file, offset, from);
+}
+
+KP_INTERPOSED int stat(const char* path, struct stat* result) noexcept {
+    return isHit("stat", Kind::reading) ? fault() : next(&stat, "stat")(path, result);
+}
+
+KP_INTERPOSED int fstat(int file, struct stat* result) noexcept {
+    return isHit("fstat", Kind::reading) ? fault() : next(&fstat, "fstat")(file, result);
+}
+
+KP_INTERPOSED size_t fread(void* to, size_t size, size_t count, FILE* file) {
+    if (!isHit("fread", Kind::reading)) return next(&fread, "fread")(to, size, count, file);
+    fault();
+#ifdef _IO_ERR_SEEN
+    file->_flags |= _IO_ERR_SEEN; // what ferror() tells
+#endif
+    return 0;
+}
+
+KP_INTERPOSED int fseeko(FILE* file, off_t offset, int from) {
+    return isHit("fseeko", Kind::reading) ? fault() : next(&fseeko, "fseeko")(file, offset, from);
 }

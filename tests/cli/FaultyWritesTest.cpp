@@ -1,4 +1,4 @@
-#include "Runner.h"
+#include "FaultyCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -15,23 +15,6 @@ using testing::TestWithParam;
 using testing::ValuesIn;
 
 namespace {
-
-#ifdef KP_FAULT_LIBRARY
-const std::string kLibrary = KP_FAULT_LIBRARY;
-#else
-const std::string kLibrary;
-#endif
-
-/// What no container makes small, so that every target takes several writes.
-std::string manyPoints() {
-    std::string records;
-    unsigned random = 1;
-    const auto number = [&random] { return std::to_string(random = random * 1664525U + 1013904223U) + '.'; };
-    for (int i = 1; i <= 30'000; ++i) {
-        records += "#" + std::to_string(i) + "=IFCCARTESIANPOINT((" + number() + "," + number() + "));\n";
-    }
-    return stepFile(records);
-}
 
 std::set<std::string> namesIn(const fs::path& folder) {
     std::set<std::string> names;
@@ -56,8 +39,8 @@ public:
 
     Outcome run(const std::string& environment) const {
         fs::remove(m_folder.path("fired"));
-        return m_folder.run("export KP_FAULT_FIRED=" + quoted(m_folder.path("fired")) + " LD_PRELOAD=" + kLibrary +
-                            " " + environment + "\nkpifc convert points.ifc -o " + quoted(m_target));
+        return m_folder.run("export KP_FAULT_FIRED=" + quoted(m_folder.path("fired")) + " LD_PRELOAD=" +
+                            faultLibrary() + " " + environment + "\nkpifc convert points.ifc -o " + quoted(m_target));
     }
     /// Whether the last run came as far as the call that was to go wrong.
     bool fired() const { return fs::exists(m_folder.path("fired")); }
@@ -117,7 +100,7 @@ class FaultyWriteTest : public TestWithParam<std::tuple<Fault, const char*>> {};
 
 /// Either the new file is complete, or the run fails with a message and leaves everything as it was.
 TEST_P(FaultyWriteTest, LeavesTheOldOrTheNew) {
-    if (kLibrary.find_first_of(" :") != std::string::npos || kLibrary.empty()) {
+    if (!canIntercept()) {
         GTEST_SKIP() << "calls cannot be intercepted here";
     }
     const auto& [fault, target] = GetParam();
@@ -159,7 +142,7 @@ class KilledWriteTest : public TestWithParam<const char*> {};
 
 /// What killed runs leave beside the target is in nobody's way.
 TEST_P(KilledWriteTest, LeavesTheOldOrTheNew) {
-    if (kLibrary.find_first_of(" :") != std::string::npos || kLibrary.empty()) {
+    if (!canIntercept()) {
         GTEST_SKIP() << "calls cannot be intercepted here";
     }
     const Faults faults(GetParam());
