@@ -76,6 +76,7 @@ void addProperty(KP_SDAI::KpIfcPropertyCollection& collection, const KpIfcEntity
 void addProperty(KP_SDAI::KpIfcPropertyCollection& collection, const KpIfcEntityType* type,
                  HierarchyProperty* property) {
     add(collection, type, property);
+    property->propertyFeatures().reserve(2); // so that nobody loses one
     property->propertyFeatures().push_back(new KP_SDAI::KpIfcDispAsPropFeature);
     property->propertyFeatures().push_back(new KP_SDAI::KpIfcHierarchicalPropFeature);
 }
