@@ -149,7 +149,7 @@ TEST_P(FailingAllocations, OfArenasLeaveNothingBehind) {
     std::string points;
     for (int count = 0; count < 240; ++count) {
         points += "#" + std::to_string(100 + count) + "=IFCCARTESIANPOINT((1.,2.,3.));\n";
-        if (count % (5 * kStep) != 0) continue;
+        if (count % (12 * kStep) != 0) continue;
         Written undisturbed;
         const std::string content = richFile(points);
         sweep([&] { work(content, undisturbed); }, kLeast);
