@@ -12,8 +12,8 @@ namespace KP_SDAI {
 /// What a finding says; see KpIfcReportEntry.
 struct Said {
     std::string found;
-    std::string expected;
-    std::string done;
+    std::string expected = {};
+    std::string done = {}; ///< may be left out
 };
 
 /// A report entry about a place of the source. Its line is counted when everything is read.
