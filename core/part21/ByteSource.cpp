@@ -1,5 +1,7 @@
 #include "part21/ByteSource.h"
 
+#include "part21/ProgressMeter.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -15,21 +17,33 @@ std::size_t MemorySource::read(char* to, std::size_t size) {
     return size;
 }
 
-std::unique_ptr<FileSource> FileSource::open(const std::string& path, std::string& error) {
+std::size_t WatchedSource::read(char* to, std::size_t size) {
+    constexpr std::size_t kPiece = 256 * 1024;
+    std::size_t got = 0;
+    while (got < size) {
+        const std::size_t piece = std::min(size - got, kPiece);
+        const std::size_t more = m_source->read(to + got, piece);
+        got += more;
+        m_progress.readTo(m_source->place());
+        if (more < piece) break;
+    }
+    return got;
+}
+
+std::unique_ptr<FileSource> FileSource::open(const std::string& path, ProgressMeter& progress, std::string& error) {
     std::error_code code;
     if (std::filesystem::is_directory(path, code)) {
         error = path + ": is a folder";
         return nullptr;
     }
-    auto source = std::make_unique<FileSource>();
-    source->m_file = std::fopen(path.c_str(), "rb");
+    auto source = std::make_unique<FileSource>(progress);
+    while (!(source->m_file = std::fopen(path.c_str(), "rb")) && errno == EINTR) progress.interrupted();
     if (!source->m_file) {
         error = path + ": " + std::strerror(errno);
         return nullptr;
     }
     std::setvbuf(source->m_file, nullptr, _IONBF, 0); // the window is the buffer
-    const std::uintmax_t size = std::filesystem::file_size(path, code);
-    source->m_size = code ? 0 : size;
+    source->m_stamp = FileStamp(source->m_file);
     return source;
 }
 
@@ -39,9 +53,19 @@ FileSource::~FileSource() {
 
 std::size_t FileSource::read(char* to, std::size_t size) {
     if (!m_error.empty()) return 0;
-    errno = 0;
-    const std::size_t got = std::fread(to, 1, size, m_file);
-    if (got < size && std::ferror(m_file)) m_error = std::strerror(errno ? errno : EIO);
+    std::size_t got = 0;
+    for (;;) {
+        errno = 0;
+        got += std::fread(to + got, 1, size - got, m_file);
+        if (got == size || !std::ferror(m_file)) break;
+        if (errno != EINTR) {
+            m_error = std::strerror(errno ? errno : EIO);
+            break;
+        }
+        std::clearerr(m_file);
+        m_progress.interrupted();
+    }
+    m_place += got;
     return got;
 }
 
@@ -49,6 +73,7 @@ bool FileSource::rewind() {
     if (!m_error.empty()) return false;
     std::clearerr(m_file);
     if (std::fseek(m_file, 0, SEEK_SET) != 0) m_error = std::strerror(errno);
+    m_place = 0;
     return m_error.empty();
 }
 
@@ -58,6 +83,7 @@ std::size_t SpooledSource::read(char* to, std::size_t size) {
     if (got < size) {
         const std::size_t more = m_source->read(to + got, size - got);
         m_kept.append(to + got, more);
+        m_isWhole = got + more < size;
         got += more;
     }
     m_next += got;

@@ -5,10 +5,12 @@
 #include "check/HeaderCheck.h"
 #include "model/ModelData.h"
 #include "part21/FileReader.h"
+#include "part21/FileStamp.h"
 #include "part21/FileWriter.h"
 #include "part21/Findings.h"
 #include "part21/OpenSource.h"
 #include "part21/Output.h"
+#include "part21/ProgressMeter.h"
 #include "part21/SourceRewriter.h"
 
 #include <filesystem>
@@ -17,19 +19,19 @@ namespace KP_SDAI {
 
 namespace {
 
-/// Tells one content of a path from another that somebody puts there.
-struct FileStamp {
-    FileStamp() = default;
-    explicit FileStamp(const std::string& path) {
-        std::error_code none; // what is missing has no stamp
-        time = std::filesystem::last_write_time(path, none);
-        if (!none) size = std::filesystem::file_size(path, none);
+/// Does what may be stopped on the way; `undo` is called where it is.
+template <class Work, class Undo>
+KP::ErrorStatus stoppable(Work work, Undo undo) {
+    try {
+        return work();
+    } catch (const ProgressMeter::Cancelled&) {
+        undo();
+        return KP::eCancelled;
+    } catch (...) {
+        undo();
+        throw;
     }
-    friend bool operator==(const FileStamp&, const FileStamp&) = default;
-
-    std::filesystem::file_time_type time;
-    std::uintmax_t size = 0;
-};
+}
 
 /// ", the first of them 12:5: note: ..."; empty where none is listed.
 std::string firstDeparture(const KpIfcReport& report) {
@@ -51,12 +53,14 @@ struct KpIfcFile::State {
     std::string error;
     std::uint64_t size = 0;
 
+    ProgressMeter progress;
     std::unique_ptr<ByteSource> source; ///< null where nothing was read
     std::string path;                   ///< of the file that was read, if any
     FileStamp stamp;                    ///< of that file, when it was read or last saved
     SourceLayout layout;
 
     KP::ErrorStatus open(std::unique_ptr<ByteSource> from, const std::string& name, const KpIfcOpenOptions& options);
+    KP::ErrorStatus save(const std::string& to, const KpIfcSaveOptions& options);
     /// False where the sink stopped or, with error, where the source is of no use any more.
     bool write(const KpIfcSaveOptions& options, const std::function<bool(std::string_view)>& sink);
 };
@@ -67,9 +71,16 @@ KpIfcFile& KpIfcFile::operator=(KpIfcFile&&) noexcept = default;
 KpIfcFile::~KpIfcFile() = default;
 
 void KpIfcFile::close() {
-    const std::size_t listed = m_state ? m_state->listedPerKind : KpIfcReport::kListedPerKind;
-    m_state = std::make_unique<State>();
-    m_state->listedPerKind = listed;
+    auto fresh = std::make_unique<State>();
+    if (m_state) {
+        fresh->listedPerKind = m_state->listedPerKind;
+        fresh->progress.function(m_state->progress.function());
+    }
+    m_state = std::move(fresh);
+}
+
+void KpIfcFile::progress(KpIfcProgressFunction function) {
+    m_state->progress.function(std::move(function));
 }
 
 void KpIfcFile::listedPerKind(std::size_t count) {
@@ -79,11 +90,16 @@ void KpIfcFile::listedPerKind(std::size_t count) {
 KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const std::string& name,
                                        const KpIfcOpenOptions& options) {
     report = KpIfcReport(listedPerKind);
+    progress.beginBytes(KpIfcStage::reading, from->fileSize());
+    const auto sourceError = [&] {
+        return from->hasChanged() ? "another program has changed it while it was read" : from->error();
+    };
     FileReader reader(*from, header, frame, layout, report);
     std::string schema;
     if (!reader.readHeader(schema)) {
-        error = name + ": " + (from->error().empty() ? reader.error() : from->error());
-        return from->error().empty() ? KP::eInvalidInput : KP::eNotAvailable;
+        const std::string reason = sourceError();
+        error = name + ": " + (reason.empty() ? reader.error() : reason);
+        return reason.empty() ? KP::eInvalidInput : KP::eNotAvailable;
     }
     std::string reason;
     std::shared_ptr<KpIfcModule> module = KpIfcModule::load(schema, reason);
@@ -95,9 +111,9 @@ KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const s
     model->data().utf8 = settings().get_useUTF8();
     model->data().table.expectFile(from->size());
     checkHeader(header, model->schema().name(), report, layout.header);
-    size = reader.readData(model->data());
-    if (!from->error().empty()) {
-        error = name + ": " + from->error();
+    size = reader.readData(model->data(), progress);
+    if (const std::string unreadable = sourceError(); !unreadable.empty()) {
+        error = name + ": " + unreadable;
         model.reset();
         return KP::eNotAvailable;
     }
@@ -115,8 +131,11 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
     error.clear();
     writeReport = KpIfcReport(listedPerKind);
     model->commit();
-    if (!source || options.normalise)
-        return writeNormalised(model->data(), header, frame, writeReport, options.normalise, sink);
+    if (!source || options.normalise) {
+        progress.beginItems(KpIfcStage::writing, model->data().instanceCount + model->data().keptCount);
+        return writeNormalised(model->data(), header, frame, writeReport, options.normalise, progress, sink);
+    }
+    progress.beginBytes(KpIfcStage::writing, source->fileSize());
     SourceRewriter rewriter(model->data(), header, layout, writeReport);
     if (rewriter.write(*source, sink)) return true;
     error = rewriter.error();
@@ -125,19 +144,30 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
 
 KP::ErrorStatus KpIfcFile::open(const std::string& path, const KpIfcOpenOptions& options) {
     close();
-    const FileStamp stamp(path);
-    std::unique_ptr<ByteSource> source = openSource(path, m_state->error);
-    if (!source) return KP::eNotAvailable;
-    m_state->path = path;
-    m_state->stamp = stamp;
-    return m_state->open(std::move(source), path, options);
+    const auto read = [&] {
+        State& state = *m_state;
+        std::unique_ptr<ByteSource> source = openSource(path, state.progress, state.error);
+        if (!source) return KP::eNotAvailable;
+        state.path = path;
+        state.stamp = source->stamp();
+        return state.open(std::move(source), path, options);
+    };
+    const KP::ErrorStatus status = stoppable(read, [this] { close(); });
+    if (status == KP::eCancelled) m_state->error = path + ": cancelled";
+    return status;
 }
 
 KP::ErrorStatus KpIfcFile::openMemory(const void* data, std::size_t size, const std::string& name,
                                       const KpIfcOpenOptions& options) {
     close();
-    std::unique_ptr<ByteSource> source = openSource(data, size, name, m_state->error);
-    return source ? m_state->open(std::move(source), name, options) : KP::eNotAvailable;
+    const auto read = [&] {
+        State& state = *m_state;
+        std::unique_ptr<ByteSource> source = openSource(data, size, name, state.progress, state.error);
+        return source ? state.open(std::move(source), name, options) : KP::eNotAvailable;
+    };
+    const KP::ErrorStatus status = stoppable(read, [this] { close(); });
+    if (status == KP::eCancelled) m_state->error = name + ": cancelled";
+    return status;
 }
 
 KP::ErrorStatus KpIfcFile::create(const std::string& schemaName) {
@@ -150,29 +180,40 @@ KP::ErrorStatus KpIfcFile::create(const std::string& schemaName) {
     return KP::eOk;
 }
 
+KP::ErrorStatus KpIfcFile::State::save(const std::string& to, const KpIfcSaveOptions& options) {
+    std::error_code none; // what is missing is not the same
+    const bool isSource = source && std::filesystem::equivalent(to, path, none);
+    if (isSource && source->isOneOfSeveral()) {
+        error = to + ": is an archive with further files, which would be lost";
+        return KP::eNotAvailable;
+    }
+    const auto isOvertaken = [&] {
+        return isSource && std::filesystem::is_regular_file(to, none) && FileStamp(to) != stamp;
+    };
+    const auto refuse = [&] {
+        error = to + ": another program has changed it since it was read; what that wrote would be lost";
+        return KP::eNotAvailable;
+    };
+    if (isOvertaken()) return refuse();
+    Output output(to, progress);
+    if (write(options, [&](std::string_view piece) { return output.write(piece); })) {
+        if (isOvertaken()) return refuse(); // writing may have taken long
+        if (output.finish()) {
+            if (isSource) stamp = FileStamp(to);
+            return KP::eOk;
+        }
+    }
+    error = to + ": " + (error.empty() ? output.error() : error);
+    return KP::eNotAvailable;
+}
+
 KP::ErrorStatus KpIfcFile::save(const std::string& path, const KpIfcSaveOptions& options) {
     State& state = *m_state;
     if (!state.model) {
         state.error = path + ": no model to write";
         return KP::eNotAvailable;
     }
-    std::error_code none; // what is missing is not the same
-    const bool isSource = state.source && std::filesystem::equivalent(path, state.path, none);
-    if (isSource && state.source->isOneOfSeveral()) {
-        state.error = path + ": is an archive with further files, which would be lost";
-        return KP::eNotAvailable;
-    }
-    if (isSource && std::filesystem::is_regular_file(path, none) && FileStamp(path) != state.stamp) {
-        state.error = path + ": another program has changed it since it was read; what that wrote would be lost";
-        return KP::eNotAvailable;
-    }
-    Output output(path);
-    if (state.write(options, [&](std::string_view piece) { return output.write(piece); }) && output.finish()) {
-        if (isSource) state.stamp = FileStamp(path);
-        return KP::eOk;
-    }
-    state.error = path + ": " + (state.error.empty() ? output.error() : state.error);
-    return KP::eNotAvailable;
+    return stoppable([&] { return state.save(path, options); }, [&] { state.error = path + ": cancelled"; });
 }
 
 KP::ErrorStatus KpIfcFile::saveToMemory(std::string& out, const KpIfcSaveOptions& options) {
@@ -183,13 +224,18 @@ KP::ErrorStatus KpIfcFile::saveToMemory(std::string& out, const KpIfcSaveOptions
         return KP::eNotAvailable;
     }
     out.reserve(state.size + state.size / 16); // mostly, what was read is about what is written
-    const bool isWritten = state.write(options, [&](std::string_view piece) {
+    const auto append = [&](std::string_view piece) {
         out.append(piece);
         return true;
-    });
-    if (isWritten) return KP::eOk;
-    out.clear();
-    return KP::eNotAvailable;
+    };
+    const auto undo = [&] {
+        out.clear();
+        state.error = "cancelled";
+    };
+    const auto write = [&] { return state.write(options, append) ? KP::eOk : KP::eNotAvailable; };
+    const KP::ErrorStatus status = stoppable(write, undo);
+    if (status != KP::eOk) out.clear();
+    return status;
 }
 
 KpIfcModel* KpIfcFile::model() const {

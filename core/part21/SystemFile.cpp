@@ -17,19 +17,20 @@ std::error_code reasonUnless(bool done) {
     return done ? std::error_code() : std::error_code(errno, std::generic_category());
 }
 
-int openRetrying(const std::string& path, int flags, mode_t mode = 0) {
-    int handle = -1;
-    do handle = ::open(path.c_str(), flags | O_CLOEXEC, mode);
-    while (handle < 0 && errno == EINTR);
-    return handle;
+/// What a call gives that is made again whenever a signal interrupts it.
+template <class Call>
+auto retried(ProgressMeter& progress, Call call) {
+    for (;;) {
+        const auto result = call();
+        if (result >= 0 || errno != EINTR) return result;
+        progress.interrupted();
+    }
 }
 
 /// Some file systems and whatever is no file on a disk have nothing to wait for.
-bool synced(int handle) {
-    int result = -1;
-    do result = ::fsync(handle);
-    while (result != 0 && errno == EINTR);
-    return result == 0 || errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
+bool synced(int handle, ProgressMeter& progress) {
+    return retried(progress, [=] { return ::fsync(handle); }) == 0 || errno == EINVAL || errno == ENOSYS ||
+           errno == ENOTSUP;
 }
 
 } // namespace
@@ -39,21 +40,25 @@ SystemFile::~SystemFile() {
 }
 
 std::error_code SystemFile::create(const std::string& path, bool isPrivate) {
-    m_handle = openRetrying(path, O_WRONLY | O_CREAT | O_EXCL, isPrivate ? 0600 : 0666);
+    m_handle = retried(m_progress, [&] {
+        return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, isPrivate ? 0600 : 0666);
+    });
     return reasonUnless(isOpen());
 }
 
 std::error_code SystemFile::open(const std::string& path) {
-    m_handle =
-        isStandardOutput(path) ? ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0) : openRetrying(path, O_WRONLY | O_NOCTTY);
+    m_handle = retried(m_progress, [&] {
+        return isStandardOutput(path) ? ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)
+                                      : ::open(path.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    });
     return reasonUnless(isOpen());
 }
 
 std::error_code SystemFile::write(std::string_view bytes) {
     constexpr std::size_t kMost = std::size_t{1} << 30; // systems limit what one call takes
     while (!bytes.empty()) {
-        const ssize_t written = ::write(m_handle, bytes.data(), std::min(bytes.size(), kMost));
-        if (written < 0 && errno == EINTR) continue;
+        const ssize_t written =
+            retried(m_progress, [&] { return ::write(m_handle, bytes.data(), std::min(bytes.size(), kMost)); });
         if (written < 0) return reasonUnless(false);
         if (written == 0) return std::make_error_code(std::errc::io_error);
         bytes.remove_prefix(static_cast<std::size_t>(written));
@@ -77,7 +82,7 @@ std::error_code SystemFile::takePermissions(const std::string& other) {
 }
 
 std::error_code SystemFile::sync() {
-    return reasonUnless(synced(m_handle));
+    return reasonUnless(synced(m_handle, m_progress));
 }
 
 std::error_code SystemFile::close() {
@@ -90,9 +95,10 @@ std::error_code SystemFile::rename(const std::string& from, const std::string& t
 }
 
 void SystemFile::syncFolder(const std::string& path) {
-    const int handle = openRetrying(path, O_RDONLY);
+    ProgressMeter nobody; // it is too late to stop
+    const int handle = retried(nobody, [&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); });
     if (handle < 0) return;
-    synced(handle);
+    synced(handle, nobody);
     ::close(handle);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "part21/ProgressMeter.h"
+
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -7,10 +9,10 @@
 namespace KP_SDAI {
 
 /// A file that is open for writing, by the system's own calls; SystemFile.cpp is the only source that knows them. An
-/// operation that fails gives the system's reason.
+/// operation that fails gives the system's reason. `progress` is told when a signal interrupts waiting.
 class SystemFile {
 public:
-    SystemFile() = default;
+    explicit SystemFile(ProgressMeter& progress) : m_progress(progress) {}
     SystemFile(const SystemFile&) = delete;
     SystemFile& operator=(const SystemFile&) = delete;
     /// Closes, if need be.
@@ -39,6 +41,7 @@ public:
     static void syncFolder(const std::string& path);
 
 private:
+    ProgressMeter& m_progress;
     int m_handle = -1;
 };
 
