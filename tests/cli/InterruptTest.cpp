@@ -123,8 +123,7 @@ INSTANTIATE_TEST_SUITE_P(Signals, InterruptTest, Combine(ValuesIn(kWaits), Value
 /// A signal while a file is written: either it comes too late or nothing is left.
 TEST_F(PipeTest, StoppedSavingLeavesNoPart) {
     for (const std::string target : {"new.ifc.gz", "new.ifczip"}) {
-        Child child(m_folder.path(""), {"convert", "points.ifc", "--normalise", "-o", target},
-                    Child::Messages::toFile);
+        Child child(m_folder.path(""), {"convert", "points.ifc", "--normalise", "-o", target}, Child::Messages::toFile);
         const std::set<std::string> before{"messages", "pipe", "points.ifc", "results"};
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
         while (names().size() <= before.size() && std::chrono::steady_clock::now() < deadline) {

@@ -37,10 +37,7 @@ struct Container {
 const Container kContainers[] = {
     {"Plain", [](const std::string& text) { return text; }},
     {"Gzip", [](const std::string& text) { return gzipped(text); }},
-    {"Zip",
-     [](const std::string& text) {
-         return zipped({{.name = "a.ifc", .content = text}});
-     }},
+    {"Zip", [](const std::string& text) { return zipped({{.name = "a.ifc", .content = text}}); }},
 };
 
 /// What another program does with the file; `other` is a whole other file.

@@ -75,10 +75,7 @@ struct Container {
 const Container kContainers[] = {
     {"Plain", ".ifc", [](const std::string& text) { return text; }},
     {"Gzip", ".ifc.gz", [](const std::string& text) { return gzipped(text); }},
-    {"Zip", ".ifczip",
-     [](const std::string& text) {
-         return zipped({{.name = "a.ifc", .content = text}});
-     }},
+    {"Zip", ".ifczip", [](const std::string& text) { return zipped({{.name = "a.ifc", .content = text}}); }},
 };
 
 /// A file to read in a folder whose names can be listed.
@@ -185,8 +182,7 @@ TEST_P(ProgressTest, StoppedSavingLeavesTheTarget) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, ProgressTest, ValuesIn(kContainers),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(Files, ProgressTest, ValuesIn(kContainers), [](const auto& test) { return test.param.name; });
 
 TEST(MemoryProgressTest, StoppedSavingGivesNothing) {
     KpIfcFile file = opened(content());

@@ -88,7 +88,8 @@ std::string progressLine(const KpIfcProgress& progress, double seconds, std::siz
     const std::size_t taken = line.size() + rate.size() + 3; // with the frame of the bar
     if (progress.total > 1 && taken + kShortestBar <= columns) {
         const std::size_t length = std::min(kLongestBar, columns - taken);
-        const auto full = static_cast<std::size_t>(static_cast<double>(length) * done / static_cast<double>(progress.total));
+        const auto full =
+            static_cast<std::size_t>(static_cast<double>(length) * done / static_cast<double>(progress.total));
         line += fmt::format(" [{:<{}}]", std::string(std::min(full, length), '#'), length);
     }
     if (line.size() + rate.size() <= columns) {
