@@ -10,6 +10,7 @@
 #include "check/UniqueRules.h"
 #include "model/HeldReferences.h"
 #include "model/ModelData.h"
+#include "part21/ProgressMeter.h"
 
 #include <algorithm>
 #include <memory>
@@ -22,12 +23,16 @@ namespace {
 
 class ModelCheck {
 public:
-    ModelCheck(ModelData& data, KpIfcReport& report)
-        : m_data(data), m_findings(report), m_fields(data.schema(), m_findings), m_inverses(data, m_findings),
-          m_rules(data, m_findings) {}
+    ModelCheck(ModelData& data, KpIfcReport& report, ProgressMeter& progress)
+        : m_data(data), m_progress(progress), m_findings(report), m_fields(data.schema(), m_findings),
+          m_inverses(data, m_findings), m_rules(data, m_findings) {}
 
     void run() {
-        for (KpIfcEntityBase* instance : m_data.model.instances()) check(*instance);
+        m_progress.beginItems(KpIfcStage::checking, m_data.instanceCount);
+        for (KpIfcEntityBase* instance : m_data.model.instances()) {
+            check(*instance);
+            m_progress.step();
+        }
     }
 
 private:
@@ -36,6 +41,7 @@ private:
     const CheckedEntity& entityOf(const KpIfcEntityBase& instance);
 
     ModelData& m_data;
+    ProgressMeter& m_progress;
     Findings m_findings;
     FieldCheck m_fields;
     InverseCheck m_inverses;
@@ -110,11 +116,11 @@ void takeOver(const KpIfcReport& read, KpIfcReport& report) {
     }
 }
 
-void checkModelInto(const KpIfcModel& model, KpIfcReport& report) {
+void checkModelInto(const KpIfcModel& model, KpIfcReport& report, ProgressMeter& progress) {
     // Nothing that is checked changes but what follows from changes that were made before.
     ModelData& data = const_cast<KpIfcModel&>(model).data();
     data.commit();
-    ModelCheck(data, report).run();
+    ModelCheck(data, report, progress).run();
 }
 
 void sortByPlace(KpIfcReport& report) {
@@ -127,19 +133,34 @@ void sortByPlace(KpIfcReport& report) {
 
 } // namespace
 
+KP::ErrorStatus checkModel(const KpIfcModel& model, KpIfcReport& report, const KpIfcProgressFunction& progress) {
+    try {
+        ProgressMeter meter(progress);
+        checkModelInto(model, report, meter);
+        return KP::eOk;
+    } catch (const ProgressMeter::Cancelled&) {
+        return KP::eCancelled;
+    }
+}
+
 KpIfcReport checkModel(const KpIfcModel& model, std::size_t listedPerKind) {
     KpIfcReport report(listedPerKind);
-    checkModelInto(model, report);
+    checkModel(model, report, {});
     return report;
+}
+
+KP::ErrorStatus checkFile(KpIfcFile& file, KpIfcReport& report, const KpIfcProgressFunction& progress) {
+    if (!file.model()) return KP::eOk;
+    takeOver(file.report(), report);
+    checkHeader(file.header(), file.model()->schema().name(), report);
+    const KP::ErrorStatus status = checkModel(*file.model(), report, progress);
+    sortByPlace(report);
+    return status;
 }
 
 KpIfcReport checkFile(KpIfcFile& file, std::size_t listedPerKind) {
     KpIfcReport report(listedPerKind);
-    if (!file.model()) return report;
-    takeOver(file.report(), report);
-    checkHeader(file.header(), file.model()->schema().name(), report);
-    checkModelInto(*file.model(), report);
-    sortByPlace(report);
+    checkFile(file, report, {});
     return report;
 }
 

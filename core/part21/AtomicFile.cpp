@@ -41,7 +41,7 @@ fs::path nameBeside(const fs::path& target, std::random_device& random) {
 
 } // namespace
 
-AtomicFile::AtomicFile(const std::string& path) {
+AtomicFile::AtomicFile(const std::string& path, ProgressMeter& progress) : m_file(progress) {
     if (SystemFile::isStandardOutput(path)) { // a file or not, it may have content of others
         check(m_file.open(path));
         return;
@@ -56,7 +56,7 @@ AtomicFile::AtomicFile(const std::string& path) {
     case fs::file_type::regular:
         m_isReplaced = true;
         m_target = fs::canonical(path, code).string();
-        if (check(code) && check(SystemFile().open(m_target))) createBeside();
+        if (check(code) && check(SystemFile(progress).open(m_target))) createBeside();
         break;
     case fs::file_type::directory: fail("is a folder"); break;
     case fs::file_type::none: check(code); break;
@@ -94,10 +94,14 @@ bool AtomicFile::write(std::string_view bytes) {
     return m_error.empty() && check(m_file.write(bytes));
 }
 
-bool AtomicFile::commit() {
+bool AtomicFile::flush() {
     if (!m_error.empty()) return false;
     if (m_isReplaced && !check(m_file.takePermissions(m_target), "cannot keep its permissions: ")) return false;
-    if (!check(m_file.sync()) || !check(m_file.close())) return false;
+    return check(m_file.sync()) && check(m_file.close());
+}
+
+bool AtomicFile::commit() {
+    if (!m_error.empty()) return false;
     if (m_beside.empty()) return true;
     std::string folder = fs::path(m_target).parent_path().string();
     if (folder.empty()) folder = ".";

@@ -17,14 +17,16 @@ namespace KP_SDAI {
 class AtomicFile {
 public:
     /// Checks what can be checked and creates the file beside; error() tells of failures.
-    explicit AtomicFile(const std::string& path);
+    AtomicFile(const std::string& path, ProgressMeter& progress);
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
     /// Removes what was written beside, unless it was committed. A process that is killed leaves it there.
     ~AtomicFile();
 
     bool write(std::string_view bytes);
-    /// Completes the target.
+    /// Gets all that was written to the disk.
+    bool flush();
+    /// Completes the target, after flush().
     bool commit();
     /// Why an operation failed, and all after it; empty while none did.
     const std::string& error() const { return m_error; }

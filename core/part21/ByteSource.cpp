@@ -1,5 +1,7 @@
 #include "part21/ByteSource.h"
 
+#include "part21/ProgressMeter.h"
+
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -14,19 +16,31 @@ std::size_t MemorySource::read(char* to, std::size_t size) {
     return size;
 }
 
-std::unique_ptr<FileSource> FileSource::open(const std::string& path, std::string& error) {
+std::size_t WatchedSource::read(char* to, std::size_t size) {
+    constexpr std::size_t kPiece = 256 * 1024;
+    std::size_t got = 0;
+    while (got < size) {
+        const std::size_t piece = std::min(size - got, kPiece);
+        const std::size_t more = m_source->read(to + got, piece);
+        got += more;
+        m_progress.readTo(m_source->place());
+        if (more < piece) break;
+    }
+    return got;
+}
+
+std::unique_ptr<FileSource> FileSource::open(const std::string& path, ProgressMeter& progress, std::string& error) {
     std::error_code code;
     if (std::filesystem::is_directory(path, code)) {
         error = path + ": is a folder";
         return nullptr;
     }
-    auto source = std::make_unique<FileSource>();
+    auto source = std::make_unique<FileSource>(progress);
     if (const std::error_code reason = source->m_file.openToRead(path)) {
         error = path + ": " + reason.message();
         return nullptr;
     }
-    const std::uintmax_t size = std::filesystem::file_size(path, code);
-    source->m_size = code ? 0 : size;
+    source->m_stamp = source->m_file.stamp();
     return source;
 }
 
@@ -34,12 +48,14 @@ std::size_t FileSource::read(char* to, std::size_t size) {
     if (!m_error.empty()) return 0;
     std::size_t got = 0;
     if (const std::error_code reason = m_file.read(to, size, got)) m_error = reason.message();
+    m_place += got;
     return got;
 }
 
 bool FileSource::rewind() {
     const std::error_code reason = m_file.rewind();
     m_error = reason ? reason.message() : std::string();
+    m_place = 0;
     return m_error.empty();
 }
 
@@ -49,6 +65,7 @@ std::size_t SpooledSource::read(char* to, std::size_t size) {
     if (got < size) {
         const std::size_t more = m_source->read(to + got, size - got);
         m_kept.append(to + got, more);
+        m_isWhole = got + more < size;
         got += more;
     }
     m_next += got;

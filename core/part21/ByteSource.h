@@ -1,5 +1,6 @@
 #pragma once
 
+#include "part21/FileStamp.h"
 #include "part21/SystemFile.h"
 
 #include <cstddef>
@@ -9,6 +10,8 @@
 #include <utility>
 
 namespace KP_SDAI {
+
+class ProgressMeter;
 
 /// Bytes that are read from front to back.
 class ByteSource {
@@ -26,6 +29,39 @@ public:
     virtual std::uint64_t size() const = 0;
     /// True where the file holds something else besides these bytes, which is lost when they replace it.
     virtual bool isOneOfSeveral() const { return false; }
+
+    // The file behind a source, which is compressed or not; without one it is as if the bytes were the file.
+
+    /// Bytes of the file that have been read since its beginning.
+    virtual std::uint64_t place() const = 0;
+    /// Of the file; 0 where it is not known.
+    virtual std::uint64_t fileSize() const = 0;
+    /// Of the file when it was opened.
+    virtual FileStamp stamp() const { return {}; }
+    /// True where another program has written to the file since it was opened. What becomes of its name does not
+    /// matter: the file is open.
+    virtual bool hasChanged() const { return false; }
+};
+
+/// A source that tells how far it is read, and can be stopped there.
+class WatchedSource : public ByteSource {
+public:
+    /// `progress` must outlive this.
+    WatchedSource(std::unique_ptr<ByteSource> source, ProgressMeter& progress)
+        : m_source(std::move(source)), m_progress(progress) {}
+    std::size_t read(char* to, std::size_t size) override;
+    bool rewind() override { return m_source->rewind(); }
+    std::string error() const override { return m_source->error(); }
+    std::uint64_t size() const override { return m_source->size(); }
+    bool isOneOfSeveral() const override { return m_source->isOneOfSeveral(); }
+    std::uint64_t place() const override { return m_source->place(); }
+    std::uint64_t fileSize() const override { return m_source->fileSize(); }
+    FileStamp stamp() const override { return m_source->stamp(); }
+    bool hasChanged() const override { return m_source->hasChanged(); }
+
+private:
+    std::unique_ptr<ByteSource> m_source;
+    ProgressMeter& m_progress;
 };
 
 /// A copy of bytes in memory.
@@ -38,6 +74,8 @@ public:
         return true;
     }
     std::uint64_t size() const override { return m_data.size(); }
+    std::uint64_t place() const override { return m_next; }
+    std::uint64_t fileSize() const override { return m_data.size(); }
 
 private:
     std::string m_data;
@@ -46,16 +84,23 @@ private:
 
 class FileSource : public ByteSource {
 public:
-    /// Null with a text in `error` where the file cannot be opened.
-    static std::unique_ptr<FileSource> open(const std::string& path, std::string& error);
+    /// Null with a text in `error` where the file cannot be opened. `progress`, which must outlive this, is told when a
+    /// signal interrupts waiting.
+    static std::unique_ptr<FileSource> open(const std::string& path, ProgressMeter& progress, std::string& error);
+    explicit FileSource(ProgressMeter& progress) : m_file(progress) {}
     std::size_t read(char* to, std::size_t size) override;
     bool rewind() override;
     std::string error() const override { return m_error; }
-    std::uint64_t size() const override { return m_size; }
+    std::uint64_t size() const override { return m_stamp.size; }
+    std::uint64_t place() const override { return m_place; }
+    std::uint64_t fileSize() const override { return m_stamp.size; }
+    FileStamp stamp() const override { return m_stamp; }
+    bool hasChanged() const override { return m_file.stamp() != m_stamp; }
 
 private:
     SystemFile m_file;
-    std::uint64_t m_size = 0;
+    FileStamp m_stamp;
+    std::uint64_t m_place = 0;
     std::string m_error;
 };
 
@@ -67,11 +112,14 @@ public:
     bool rewind() override;
     std::string error() const override { return m_source->error(); }
     std::uint64_t size() const override { return m_source->size(); }
+    std::uint64_t place() const override { return m_next; }
+    std::uint64_t fileSize() const override { return m_isWhole ? m_kept.size() : m_source->fileSize(); }
 
 private:
     std::unique_ptr<ByteSource> m_source;
     std::string m_kept;
     std::size_t m_next = 0;
+    bool m_isWhole = false;
 };
 
 } // namespace KP_SDAI

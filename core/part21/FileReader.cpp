@@ -115,7 +115,7 @@ bool FileReader::readHeaderRecord(const char* end) {
     return true;
 }
 
-std::uint64_t FileReader::readData(ModelData& data) {
+std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
     RecordReader records(data, m_window, m_report);
     const char* end = nullptr;
     bool ended = false;
@@ -174,10 +174,10 @@ std::uint64_t FileReader::readData(ModelData& data) {
             readOtherSection(end);
         }
     }
-    records.finish();
+    records.finish(progress);
     const std::uint64_t size = m_window.readToEnd();
     m_layout.noteOpaque(opaqueFrom, size);
-    locateFindings();
+    locateFindings(progress);
     return size;
 }
 
@@ -230,10 +230,11 @@ void FileReader::readTrailing() {
 
 /// Sorts the findings by their places and counts lines, which costs a second walk and is done only where there is
 /// something to report.
-void FileReader::locateFindings() {
+void FileReader::locateFindings(ProgressMeter& progress) {
     std::vector<KpIfcReportEntry>& entries = m_report.located();
     std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.offset < b.offset; });
     if (entries.empty() || !m_source.error().empty() || !m_source.rewind()) return;
+    progress.beginBytes(KpIfcStage::locating, m_source.fileSize());
     std::vector<char> buffer(256 * 1024);
     std::uint64_t offset = 0;
     std::uint64_t line = 1;

@@ -6,6 +6,7 @@
 #include "model/ModelData.h"
 #include "part21/FileFrame.h"
 #include "part21/Findings.h"
+#include "part21/ProgressMeter.h"
 #include "part21/Window.h"
 
 #include <cstdint>
@@ -24,8 +25,8 @@ public:
     /// Reads up to the end of the header section. False, with error(), where the bytes are no STEP file or name no
     /// schema.
     bool readHeader(std::string& schema);
-    /// Reads all that follows; returns the number of bytes read.
-    std::uint64_t readData(ModelData& data);
+    /// Reads all that follows; returns the number of bytes read. What is done after reading is told as further stages.
+    std::uint64_t readData(ModelData& data, ProgressMeter& progress);
 
     const std::string& error() const { return m_error; }
 
@@ -36,7 +37,7 @@ private:
     bool readHeaderRecord(const char* end);
     void readOtherSection(const char* end);
     void readTrailing();
-    void locateFindings();
+    void locateFindings(ProgressMeter& progress);
     std::string statement(const char* end) const;
     std::uint64_t offset() const { return m_window.offsetOf(m_place); }
     void report(KpIfcFinding finding, KpIfcSeverity severity, Said said);

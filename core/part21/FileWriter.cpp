@@ -3,7 +3,7 @@
 namespace KP_SDAI {
 
 bool writeNormalised(ModelData& data, const KpIfcHeader& header, const FileFrame& frame, KpIfcReport& report,
-                     bool isByName, const std::function<bool(std::string_view)>& sink) {
+                     bool isByName, ProgressMeter& progress, const std::function<bool(std::string_view)>& sink) {
     constexpr std::size_t kPiece = 256 * 1024;
     RecordWriter out(data, &report);
     out.put("ISO-10303-21;\nHEADER;\n");
@@ -26,12 +26,14 @@ bool writeNormalised(ModelData& data, const KpIfcHeader& header, const FileFrame
         out.putRecord(*instance);
         out.put("\n");
         flush(kPiece);
+        progress.step();
     };
     const auto putRecord = [&](const KeptRecord& record) {
         if (!ok) return;
         out.put(record.text);
         out.put("\n");
         flush(kPiece);
+        progress.step();
     };
     if (isByName)
         data.visitInNormalOrder(putInstance, putRecord);

@@ -11,9 +11,9 @@ namespace KP_SDAI {
 
 /// What a finding says; see KpIfcReportEntry.
 struct Said {
-    std::string found;
+    std::string found = {};
     std::string expected = {};
-    std::string done = {}; ///< may be left out
+    std::string done = {};
 };
 
 /// A report entry about a place of the source. Its line is counted when everything is read.

@@ -21,6 +21,10 @@ public:
     bool rewind() override;
     std::string error() const override { return m_error; }
     std::uint64_t size() const override;
+    std::uint64_t place() const override { return m_compressed->place(); }
+    std::uint64_t fileSize() const override { return m_compressed->fileSize(); }
+    FileStamp stamp() const override { return m_compressed->stamp(); }
+    bool hasChanged() const override { return m_compressed->hasChanged(); }
 
 private:
     struct Stream;

@@ -5,10 +5,12 @@
 #include "check/HeaderCheck.h"
 #include "model/ModelData.h"
 #include "part21/FileReader.h"
+#include "part21/FileStamp.h"
 #include "part21/FileWriter.h"
 #include "part21/Findings.h"
 #include "part21/OpenSource.h"
 #include "part21/Output.h"
+#include "part21/ProgressMeter.h"
 #include "part21/SourceRewriter.h"
 
 #include <filesystem>
@@ -17,21 +19,6 @@
 namespace KP_SDAI {
 
 namespace {
-
-/// Tells one content of a path from another that somebody puts there.
-struct FileStamp {
-    FileStamp() = default;
-    /// Needs no memory.
-    explicit FileStamp(const std::filesystem::path& path) {
-        std::error_code none; // what is missing has no stamp
-        time = std::filesystem::last_write_time(path, none);
-        if (!none) size = std::filesystem::file_size(path, none);
-    }
-    friend bool operator==(const FileStamp&, const FileStamp&) = default;
-
-    std::filesystem::file_time_type time;
-    std::uintmax_t size = 0;
-};
 
 /// ", the first of them 12:5: note: ..."; empty where none is listed.
 std::string firstDeparture(const KpIfcReport& report) {
@@ -53,6 +40,7 @@ struct KpIfcFile::State {
     std::string error;
     std::uint64_t size = 0;
 
+    ProgressMeter progress;
     std::unique_ptr<ByteSource> source; ///< null where nothing was read
     std::string path;                   ///< of the file that was read, if any
     FileStamp stamp;                    ///< of that file, when it was read or last saved
@@ -81,25 +69,37 @@ void KpIfcFile::close() {
         m_state = std::make_unique<State>(); // was moved from
 }
 
+void KpIfcFile::progress(KpIfcProgressFunction function) {
+    m_state->progress.function(std::move(function));
+}
+
 void KpIfcFile::State::reset() {
     State fresh;
     fresh.listedPerKind = listedPerKind;
+    fresh.progress = std::move(progress);
+    fresh.progress.reset();
     *this = std::move(fresh);
 }
 
 template <class Operation>
 KP::ErrorStatus KpIfcFile::State::attempt(const std::string& name, Operation operation) {
-    constexpr const char* kReason = "out of memory"; // so short that a string holds it without memory of its own
+    // So short that a string holds them without memory of its own.
+    constexpr const char* kNoMemory = "out of memory";
+    constexpr const char* kCancelled = "cancelled";
+    KP::ErrorStatus status = KP::eNotAvailable;
     try {
         return operation();
     } catch (const std::bad_alloc&) {
-        error = kReason;
+        error = kNoMemory;
+    } catch (const ProgressMeter::Cancelled&) {
+        error = kCancelled;
+        status = KP::eCancelled;
     }
     try {
-        error = name + ": " + kReason;
+        error = name + ": " + error;
     } catch (const std::bad_alloc&) { // so be it without the name
     }
-    return KP::eNotAvailable;
+    return status;
 }
 
 void KpIfcFile::listedPerKind(std::size_t count) {
@@ -109,11 +109,16 @@ void KpIfcFile::listedPerKind(std::size_t count) {
 KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const std::string& name,
                                        const KpIfcOpenOptions& options) {
     report = KpIfcReport(listedPerKind);
+    progress.beginBytes(KpIfcStage::reading, from->fileSize());
+    const auto sourceError = [&] {
+        return from->hasChanged() ? "another program has changed it while it was read" : from->error();
+    };
     FileReader reader(*from, header, frame, layout, report);
     std::string schema;
     if (!reader.readHeader(schema)) {
-        error = name + ": " + (from->error().empty() ? reader.error() : from->error());
-        return from->error().empty() ? KP::eInvalidInput : KP::eNotAvailable;
+        const std::string reason = sourceError();
+        error = name + ": " + (reason.empty() ? reader.error() : reason);
+        return reason.empty() ? KP::eInvalidInput : KP::eNotAvailable;
     }
     std::string reason;
     std::shared_ptr<KpIfcModule> module = KpIfcModule::load(schema, reason);
@@ -125,9 +130,9 @@ KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const s
     model->data().utf8 = settings().get_useUTF8();
     model->data().table.expectFile(from->size());
     checkHeader(header, model->schema().name(), report, layout.header);
-    size = reader.readData(model->data());
-    if (!from->error().empty()) {
-        error = name + ": " + from->error();
+    size = reader.readData(model->data(), progress);
+    if (const std::string unreadable = sourceError(); !unreadable.empty()) {
+        error = name + ": " + unreadable;
         model.reset();
         return KP::eNotAvailable;
     }
@@ -145,8 +150,11 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
     error.clear();
     writeReport = KpIfcReport(listedPerKind);
     model->commit();
-    if (!source || options.normalise)
-        return writeNormalised(model->data(), header, frame, writeReport, options.normalise, sink);
+    if (!source || options.normalise) {
+        progress.beginItems(KpIfcStage::writing, model->data().instanceCount + model->data().keptCount);
+        return writeNormalised(model->data(), header, frame, writeReport, options.normalise, progress, sink);
+    }
+    progress.beginBytes(KpIfcStage::writing, source->fileSize());
     SourceRewriter rewriter(model->data(), header, layout, writeReport);
     if (rewriter.write(*source, sink)) return true;
     error = rewriter.error();
@@ -155,11 +163,18 @@ bool KpIfcFile::State::write(const KpIfcSaveOptions& options, const std::functio
 
 namespace {
 
-/// Leaves nothing open of which only a part was read.
+/// Leaves nothing open of which only a part was read, also where the host's function for progress throws.
 template <class State, class Operation>
 KP::ErrorStatus attemptToOpen(State& state, const std::string& name, Operation operation) {
-    const KP::ErrorStatus status = state.attempt(name, operation);
-    if (status == KP::eOk || !state.model) return status;
+    KP::ErrorStatus status = KP::eOk;
+    try {
+        status = state.attempt(name, operation);
+    } catch (...) {
+        state.reset();
+        throw;
+    }
+    const bool isPartOpen = state.model || status == KP::eCancelled;
+    if (status == KP::eOk || !isPartOpen) return status;
     std::string error = std::move(state.error);
     state.reset();
     state.error = std::move(error);
@@ -171,12 +186,12 @@ KP::ErrorStatus attemptToOpen(State& state, const std::string& name, Operation o
 KP::ErrorStatus KpIfcFile::open(const std::string& path, const KpIfcOpenOptions& options) {
     close();
     return attemptToOpen(*m_state, path, [&] {
-        const FileStamp stamp(path);
-        std::unique_ptr<ByteSource> source = openSource(path, m_state->error);
+        State& state = *m_state;
+        std::unique_ptr<ByteSource> source = openSource(path, state.progress, state.error);
         if (!source) return KP::eNotAvailable;
-        m_state->path = path;
-        m_state->stamp = stamp;
-        return m_state->open(std::move(source), path, options);
+        state.path = path;
+        state.stamp = source->stamp();
+        return state.open(std::move(source), path, options);
     });
 }
 
@@ -184,8 +199,9 @@ KP::ErrorStatus KpIfcFile::openMemory(const void* data, std::size_t size, const 
                                       const KpIfcOpenOptions& options) {
     close();
     return attemptToOpen(*m_state, name, [&] {
-        std::unique_ptr<ByteSource> source = openSource(data, size, name, m_state->error);
-        return source ? m_state->open(std::move(source), name, options) : KP::eNotAvailable;
+        State& state = *m_state;
+        std::unique_ptr<ByteSource> source = openSource(data, size, name, state.progress, state.error);
+        return source ? state.open(std::move(source), name, options) : KP::eNotAvailable;
     });
 }
 
@@ -211,12 +227,19 @@ KP::ErrorStatus KpIfcFile::State::save(const std::string& to, const KpIfcSaveOpt
     const std::filesystem::path target(to);
     const bool isSource = source && std::filesystem::equivalent(target, path, none);
     if (isSource && source->isOneOfSeveral()) return refuse("is an archive with further files, which would be lost");
-    if (isSource && std::filesystem::is_regular_file(target, none) && FileStamp(target) != stamp)
-        return refuse("another program has changed it since it was read; what that wrote would be lost");
-    Output output(to);
-    if (write(options, [&](std::string_view piece) { return output.write(piece); }) && output.finish()) {
-        if (isSource) stamp = FileStamp(target);
-        return KP::eOk;
+    const auto isOvertaken = [&] {
+        return isSource && std::filesystem::is_regular_file(target, none) && FileStamp(to) != stamp;
+    };
+    constexpr const char* kOvertaken =
+        "another program has changed it since it was read; what that wrote would be lost";
+    if (isOvertaken()) return refuse(kOvertaken);
+    Output output(to, progress);
+    if (write(options, [&](std::string_view piece) { return output.write(piece); })) {
+        if (isOvertaken()) return refuse(kOvertaken); // writing may have taken long
+        if (output.finish()) {
+            if (isSource) stamp = FileStamp(to);
+            return KP::eOk;
+        }
     }
     error = to + ": " + (error.empty() ? output.error() : error);
     return KP::eNotAvailable;

@@ -49,8 +49,10 @@ void visitSelects(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Vis
 
 } // namespace
 
-void LateReferences::look(const std::vector<KpSpfFilerBase::PendingField>& fields) {
+void LateReferences::look(const std::vector<KpSpfFilerBase::PendingField>& fields, ProgressMeter& progress) {
+    progress.beginItems(KpIfcStage::linking, fields.size());
     for (const KpSpfFilerBase::PendingField& pending : fields) {
+        progress.step();
         // A record that was displaced by a later one of its name is text by now.
         if (pending.instance->objectId().openObject() != pending.instance) continue;
         lookAt(*pending.instance, static_cast<std::uint32_t>(pending.offsetAndField & 0xFFFF),

@@ -4,6 +4,7 @@
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include "model/ModelData.h"
+#include "part21/ProgressMeter.h"
 
 #include <vector>
 
@@ -15,7 +16,7 @@ class LateReferences {
 public:
     LateReferences(ModelData& data, KpIfcReport& report) : m_data(data), m_report(report) {}
 
-    void look(const std::vector<KpSpfFilerBase::PendingField>& fields);
+    void look(const std::vector<KpSpfFilerBase::PendingField>& fields, ProgressMeter& progress);
 
 private:
     void lookAt(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset);

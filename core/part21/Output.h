@@ -14,15 +14,19 @@ namespace KP_SDAI {
 class Output {
 public:
     /// error() tells at once where the target cannot be written.
-    explicit Output(const std::string& path);
+    Output(const std::string& path, ProgressMeter& progress);
 
     bool write(std::string_view piece);
-    /// Completes the target; false, with error(), where that fails.
+    /// Gets all that was written to the disk, then completes the target; false, with error(), where that fails. That is
+    /// a stage of its own, which can be cancelled until the last step.
     bool finish();
     /// Why an operation failed, without the file's name; empty while none did.
     const std::string& error() const { return m_file.error(); }
 
 private:
+    bool pass(std::string_view piece);
+
+    ProgressMeter& m_progress;
     AtomicFile m_file;
     std::unique_ptr<Compressor> m_compressor; ///< null where the file is plain
 };

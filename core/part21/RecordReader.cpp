@@ -341,22 +341,25 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     if (!slot) ++m_data.keptCount; // a record all the same, of no name
 }
 
-void RecordReader::finish() {
-    LateReferences(m_data, m_report).look(m_filer.m_pending);
+void RecordReader::finish(ProgressMeter& progress) {
+    LateReferences(m_data, m_report).look(m_filer.m_pending, progress);
     m_filer.m_pending.clear();
     m_data.table.sortSparse();
-    enterInverses();
+    enterInverses(progress);
 }
 
-void RecordReader::enterInverses() {
+void RecordReader::enterInverses(ProgressMeter& progress) {
+    progress.beginItems(KpIfcStage::inverses, m_referring.size());
     // In ascending order, so that every set grows at its end.
     const auto byName = [](const KpIfcEntityBase* a, const KpIfcEntityBase* b) {
         return a->objectId() < b->objectId();
     };
     if (!std::is_sorted(m_referring.begin(), m_referring.end(), byName))
         std::sort(m_referring.begin(), m_referring.end(), byName);
-    for (KpIfcEntityBase* instance : m_referring)
+    for (KpIfcEntityBase* instance : m_referring) {
         if (instance->objectId().openObject() == instance) instance->setInverseCounterParts();
+        progress.step();
+    }
     m_referring.clear();
 }
 

@@ -6,6 +6,7 @@
 #include "model/ModelData.h"
 #include "part21/EntityNames.h"
 #include "part21/Findings.h"
+#include "part21/ProgressMeter.h"
 #include "part21/Window.h"
 
 #include <string>
@@ -28,7 +29,7 @@ public:
     /// Offset of what ended the section that was read last.
     std::uint64_t sectionEnd() const { return m_sectionEnd; }
     /// What can only be done when everything is read: references to instances that came later or not at all.
-    void finish();
+    void finish(ProgressMeter& progress);
 
 private:
     /// Why a record could not be bound.
@@ -49,7 +50,7 @@ private:
     void takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::string_view parameters);
     KpIfcReportEntry entryOf(const KpSpfFilerBase::FieldIssue& issue, const KpIfcEntityBase& instance) const;
     void keepRecord(const char* begin, const char* end, Failure& failure);
-    void enterInverses();
+    void enterInverses(ProgressMeter& progress);
 
     ModelData& m_data;
     Window& m_window;

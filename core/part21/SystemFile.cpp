@@ -19,19 +19,20 @@ std::error_code reasonUnless(bool done) {
     return done ? std::error_code() : std::error_code(errno, std::generic_category());
 }
 
-int openRetrying(const std::string& path, int flags, mode_t mode = 0) {
-    int handle = -1;
-    do handle = ::open(path.c_str(), flags | O_CLOEXEC, mode);
-    while (handle < 0 && errno == EINTR);
-    return handle;
+/// What a call gives that is made again whenever a signal interrupts it.
+template <class Call>
+auto retried(ProgressMeter& progress, Call call) {
+    for (;;) {
+        const auto result = call();
+        if (result >= 0 || errno != EINTR) return result;
+        progress.interrupted();
+    }
 }
 
 /// Some file systems and whatever is no file on a disk have nothing to wait for.
-bool synced(int handle) {
-    int result = -1;
-    do result = ::fsync(handle);
-    while (result != 0 && errno == EINTR);
-    return result == 0 || errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
+bool synced(int handle, ProgressMeter& progress) {
+    return retried(progress, [=] { return ::fsync(handle); }) == 0 || errno == EINVAL || errno == ENOSYS ||
+           errno == ENOTSUP;
 }
 
 } // namespace
@@ -41,26 +42,30 @@ SystemFile::~SystemFile() {
 }
 
 std::error_code SystemFile::create(const std::string& path, bool isPrivate) {
-    m_handle = openRetrying(path, O_WRONLY | O_CREAT | O_EXCL, isPrivate ? 0600 : 0666);
+    m_handle = retried(m_progress, [&] {
+        return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, isPrivate ? 0600 : 0666);
+    });
     return reasonUnless(isOpen());
 }
 
 std::error_code SystemFile::open(const std::string& path) {
-    m_handle =
-        isStandardOutput(path) ? ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0) : openRetrying(path, O_WRONLY | O_NOCTTY);
+    m_handle = retried(m_progress, [&] {
+        return isStandardOutput(path) ? ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)
+                                      : ::open(path.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    });
     return reasonUnless(isOpen());
 }
 
 std::error_code SystemFile::openToRead(const std::string& path) {
-    m_handle = openRetrying(path, O_RDONLY | O_NOCTTY);
+    m_handle = retried(m_progress, [&] { return ::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC); });
     return reasonUnless(isOpen());
 }
 
 std::error_code SystemFile::read(char* to, std::size_t size, std::size_t& got) {
     got = 0;
     while (got < size) {
-        const ssize_t more = ::read(m_handle, to + got, std::min(size - got, kMost));
-        if (more < 0 && errno == EINTR) continue;
+        const ssize_t more =
+            retried(m_progress, [&] { return ::read(m_handle, to + got, std::min(size - got, kMost)); });
         if (more < 0) return reasonUnless(false);
         if (more == 0) break;
         got += static_cast<std::size_t>(more);
@@ -74,8 +79,8 @@ std::error_code SystemFile::rewind() {
 
 std::error_code SystemFile::write(std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t written = ::write(m_handle, bytes.data(), std::min(bytes.size(), kMost));
-        if (written < 0 && errno == EINTR) continue;
+        const ssize_t written =
+            retried(m_progress, [&] { return ::write(m_handle, bytes.data(), std::min(bytes.size(), kMost)); });
         if (written < 0) return reasonUnless(false);
         if (written == 0) return std::make_error_code(std::errc::io_error);
         bytes.remove_prefix(static_cast<std::size_t>(written));
@@ -99,7 +104,7 @@ std::error_code SystemFile::takePermissions(const std::string& other) {
 }
 
 std::error_code SystemFile::sync() {
-    return reasonUnless(synced(m_handle));
+    return reasonUnless(synced(m_handle, m_progress));
 }
 
 std::error_code SystemFile::close() {
@@ -112,9 +117,10 @@ std::error_code SystemFile::rename(const std::string& from, const std::string& t
 }
 
 void SystemFile::syncFolder(const std::string& path) {
-    const int handle = openRetrying(path, O_RDONLY);
+    ProgressMeter nobody; // it is too late to stop
+    const int handle = retried(nobody, [&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); });
     if (handle < 0) return;
-    synced(handle);
+    synced(handle, nobody);
     ::close(handle);
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "part21/FileStamp.h"
+#include "part21/ProgressMeter.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -8,10 +11,10 @@
 namespace KP_SDAI {
 
 /// A file that is open for reading or for writing, by the system's own calls; SystemFile.cpp is the only source that
-/// knows them. An operation that fails gives the system's reason.
+/// knows them. An operation that fails gives the system's reason. `progress` is told when a signal interrupts waiting.
 class SystemFile {
 public:
-    SystemFile() = default;
+    explicit SystemFile(ProgressMeter& progress) : m_progress(progress) {}
     SystemFile(const SystemFile&) = delete;
     SystemFile& operator=(const SystemFile&) = delete;
     /// Closes, if need be.
@@ -30,6 +33,7 @@ public:
     std::error_code read(char* to, std::size_t size, std::size_t& got);
     /// Reading goes on at the first byte.
     std::error_code rewind();
+    FileStamp stamp() const { return FileStamp(m_handle); }
 
     std::error_code write(std::string_view bytes);
     /// Gives the file the permissions of another, and its owner and group as far as the system lets us.
@@ -46,6 +50,7 @@ public:
     static void syncFolder(const std::string& path);
 
 private:
+    ProgressMeter& m_progress;
     int m_handle = -1;
 };
 

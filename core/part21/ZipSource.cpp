@@ -3,6 +3,9 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <vector>
 
 namespace KP_SDAI {
@@ -45,16 +48,29 @@ struct ZipSource::Archive {
         if (member) zip_fclose(member);
         if (zip) zip_discard(zip);
     }
+    bool open(zip_source_t* bytes, zip_error_t& reason, std::string& error);
     bool choose(std::string& error);
 
-    std::string content; ///< of an archive in memory
+    std::string content;       ///< of an archive in memory
+    std::FILE* file = nullptr; ///< of one in a file; closed with the archive
+    FileStamp stamp;
     zip_t* zip = nullptr;
     zip_file_t* member = nullptr;
     zip_uint64_t index = 0;
-    std::uint64_t size = 0; ///< as the directory promises
+    std::uint64_t size = 0;   ///< as the directory promises
+    std::uint64_t packed = 0; ///< the same of what it takes in the archive
     std::uint64_t place = 0;
     bool hasOthers = false;
 };
+
+/// Takes over what the archive consists of, null where that failed, and finishes `reason`.
+bool ZipSource::Archive::open(zip_source_t* bytes, zip_error_t& reason, std::string& error) {
+    if (bytes) zip = zip_open_from_source(bytes, ZIP_RDONLY, &reason);
+    if (bytes && !zip) zip_source_free(bytes);
+    if (!zip) error = textOf(&reason);
+    zip_error_fini(&reason);
+    return zip != nullptr;
+}
 
 /// Finds the member to read.
 bool ZipSource::Archive::choose(std::string& error) {
@@ -99,6 +115,7 @@ bool ZipSource::Archive::choose(std::string& error) {
         return false;
     }
     size = stat.valid & ZIP_STAT_SIZE ? stat.size : 0;
+    packed = stat.valid & ZIP_STAT_COMP_SIZE ? stat.comp_size : 0;
     return true;
 }
 
@@ -115,14 +132,17 @@ std::unique_ptr<ZipSource> ZipSource::make(std::unique_ptr<Archive> archive, std
 
 std::unique_ptr<ZipSource> ZipSource::open(const std::string& path, std::string& error) {
     auto archive = std::make_unique<Archive>();
-    int code = 0;
-    archive->zip = zip_open(path.c_str(), ZIP_RDONLY, &code);
-    if (archive->zip) return make(std::move(archive), error);
+    archive->file = std::fopen(path.c_str(), "rb");
+    if (!archive->file) {
+        error = std::strerror(errno);
+        return nullptr;
+    }
+    archive->stamp = FileStamp(archive->file);
     zip_error_t reason;
-    zip_error_init_with_code(&reason, code);
-    error = textOf(&reason);
-    zip_error_fini(&reason);
-    return nullptr;
+    zip_error_init(&reason);
+    zip_source_t* const bytes = zip_source_filep_create(archive->file, 0, -1, &reason);
+    if (!bytes) std::fclose(archive->file);
+    return archive->open(bytes, reason, error) ? make(std::move(archive), error) : nullptr;
 }
 
 std::unique_ptr<ZipSource> ZipSource::openContent(std::string content, std::string& error) {
@@ -131,15 +151,7 @@ std::unique_ptr<ZipSource> ZipSource::openContent(std::string content, std::stri
     zip_error_t reason;
     zip_error_init(&reason);
     zip_source_t* const buffer = zip_source_buffer_create(archive->content.data(), archive->content.size(), 0, &reason);
-    if (buffer) archive->zip = zip_open_from_source(buffer, ZIP_RDONLY, &reason);
-    if (archive->zip) {
-        zip_error_fini(&reason);
-        return make(std::move(archive), error);
-    }
-    if (buffer) zip_source_free(buffer);
-    error = textOf(&reason);
-    zip_error_fini(&reason);
-    return nullptr;
+    return archive->open(buffer, reason, error) ? make(std::move(archive), error) : nullptr;
 }
 
 bool ZipSource::openMember() {
@@ -179,6 +191,24 @@ bool ZipSource::isOneOfSeveral() const {
 
 std::uint64_t ZipSource::size() const {
     return m_archive->size;
+}
+
+std::uint64_t ZipSource::place() const {
+    const Archive& archive = *m_archive;
+    const double part = archive.size ? static_cast<double>(archive.place) / static_cast<double>(archive.size) : 0;
+    return static_cast<std::uint64_t>(static_cast<double>(archive.packed) * part);
+}
+
+std::uint64_t ZipSource::fileSize() const {
+    return m_archive->packed;
+}
+
+FileStamp ZipSource::stamp() const {
+    return m_archive->stamp;
+}
+
+bool ZipSource::hasChanged() const {
+    return m_archive->file && FileStamp(m_archive->file) != m_archive->stamp;
 }
 
 } // namespace KP_SDAI

@@ -27,6 +27,11 @@ public:
     bool rewind() override;
     std::string error() const override { return m_error; }
     std::uint64_t size() const override;
+    /// In proportion to what was unpacked.
+    std::uint64_t place() const override;
+    std::uint64_t fileSize() const override;
+    FileStamp stamp() const override;
+    bool hasChanged() const override;
     bool isOneOfSeveral() const override;
 
 private:

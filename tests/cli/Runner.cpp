@@ -11,6 +11,10 @@
 
 namespace fs = std::filesystem;
 
+std::string programPath() {
+    return KPIFC;
+}
+
 void expectRefusal(const Outcome& outcome, std::string_view reason) {
     EXPECT_EQ(outcome.exitCode, 2);
     EXPECT_EQ(outcome.out, "");

@@ -17,6 +17,9 @@ struct Outcome {
 /// Expects that a command was refused: exit code 2, no output, the reason among the errors.
 void expectRefusal(const Outcome& outcome, std::string_view reason);
 
+/// The program just built.
+std::string programPath();
+
 /// A folder for the files of one test case, removed in the end.
 class WorkFolder {
 public:

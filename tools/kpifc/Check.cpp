@@ -2,7 +2,9 @@
 
 #include "Commands.h"
 #include "Files.h"
+#include "Interrupt.h"
 #include "Output.h"
+#include "Progress.h"
 
 #include <KpIfcCore/KpIfcCheck.h>
 
@@ -26,14 +28,19 @@ ExitCode checkOne(const std::string& path, const CheckArguments& arguments, std:
     const std::size_t listed = arguments.listsAll ? KpIfcReport::kAll : KpIfcReport::kListedPerKind;
     KpIfcFile file;
     file.listedPerKind(listed);
-    if (file.open(path) != KP::eOk) {
+    if (!open(file, path)) {
         tell("kpifc: " + file.error());
         if (arguments.asJson) {
             text += jsonOfFailure(path, file.error());
         }
         return kFailed;
     }
-    const CheckedFile checked{.path = path, .model = *file.model(), .report = checkFile(file, listed)};
+    CheckedFile checked{.path = path, .model = *file.model(), .report = KpIfcReport(listed)};
+    {
+        Progress progress;
+        checkFile(file, checked.report, progress.function());
+    }
+    stopIfInterrupted();
     text += arguments.asJson ? jsonOf(checked) : textOf(checked);
     return exitCode(checked.report);
 }

@@ -1,5 +1,7 @@
 #include "Extraction.h"
 
+#include "Interrupt.h"
+
 #include <KpIfcCore/KpIfcReferences.h>
 
 using namespace KP_SDAI;
@@ -23,6 +25,7 @@ void Extraction::complete() {
         enter(project->objectId(), Part::place);
     }
     while (!m_entered.empty()) {
+        stopIfInterrupted();
         const KpDbObjectId handle = m_entered.back();
         m_entered.pop_back();
         bringNeeded(handle);

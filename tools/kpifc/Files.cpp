@@ -1,6 +1,8 @@
 #include "Files.h"
 
+#include "Interrupt.h"
 #include "Output.h"
+#include "Progress.h"
 
 #include <fmt/format.h>
 
@@ -13,9 +15,18 @@ KpIfcOpenOptions& openOptions() {
     return options;
 }
 
+bool open(KpIfcFile& file, const std::string& path, const KpIfcOpenOptions& options) {
+    Progress progress;
+    file.progress(progress.function());
+    const bool isOpen = file.open(path, options) == KP::eOk;
+    file.progress({});
+    stopIfInterrupted();
+    return isOpen;
+}
+
 KpIfcFile openFile(const std::string& path) {
     KpIfcFile file;
-    if (file.open(path, openOptions()) != KP::eOk) {
+    if (!open(file, path, openOptions())) {
         throw Failure(file.error());
     }
     return file;

@@ -13,7 +13,9 @@ namespace kpifc {
 /// How openFile() reads from now on, and what exitCode() makes of departures from the standard.
 KP_SDAI::KpIfcOpenOptions& openOptions();
 
-/// Opens a file; throws Failure where it cannot be read.
+/// Opens a file, showing progress; false, with error(), where it cannot be read. Throws Interrupted.
+bool open(KP_SDAI::KpIfcFile& file, const std::string& path, const KP_SDAI::KpIfcOpenOptions& options = {});
+/// The same, by openOptions(); throws Failure where it cannot be read.
 KP_SDAI::KpIfcFile openFile(const std::string& path);
 
 /// How many findings of each severity there are: "1 error, 3 warnings"; empty where there are none.

@@ -50,7 +50,7 @@ static Counts countTypes(const KpIfcModel& model) {
 
 static ExitCode info(const std::string& path, bool asJson) {
     KpIfcFile file;
-    if (file.open(path) != KP::eOk) {
+    if (!open(file, path)) {
         if (asJson) {
             Output output;
             output.text() = spelled(failureOf(path, file.error())) + '\n';

@@ -1,5 +1,7 @@
 #include "ModelNodes.h"
 
+#include "Interrupt.h"
+
 #include <KpIfcCore/KpIfcGUID.h>
 #include <KpIfcCore/KpIfcKeptText.h>
 #include <KpIfcCore/KpIfcReferences.h>
@@ -15,6 +17,7 @@ namespace kpifc {
 ModelNodes::ModelNodes(const KpIfcModel& model) : m_model(model) {
     m_instances.reserve(model.count());
     for (KpIfcEntityBase* instance : model.instances()) {
+        stopIfInterrupted();
         const Node node = static_cast<Node>(m_instances.size());
         m_instances.push_back(instance);
         number(instance->objectId(), node);
@@ -113,6 +116,7 @@ std::string_view ModelNodes::keptText(Node node, std::size_t field) const {
 }
 
 void ModelNodes::targets(Node node, std::size_t field, std::vector<Node>& targets) const {
+    stopIfInterrupted();
     if (const std::string_view text = keptText(node, field); !text.empty()) {
         partText(
             text, [](std::string_view) {},

@@ -13,13 +13,20 @@ void tell(std::string_view line) {
     std::fputc('\n', stderr);
 }
 
+bool Output::s_hasWritten = false;
+
 static void require(bool done) {
     if (!done) {
+        stopIfInterrupted();
+        if (errno == EPIPE) {
+            throw NobodyReads{};
+        }
         throw Failure(std::string("cannot write to standard output: ") + std::strerror(errno));
     }
 }
 
 void Output::write() {
+    s_hasWritten = s_hasWritten || !m_text.empty();
     require(std::fwrite(m_text.data(), 1, m_text.size(), stdout) == m_text.size());
     m_text.clear();
 }

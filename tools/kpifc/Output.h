@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Interrupt.h"
+
 #include <string>
 #include <string_view>
 
@@ -8,26 +10,33 @@ namespace kpifc {
 /// A message on standard error, one line. One that cannot be written is lost.
 void tell(std::string_view line);
 
-/// Standard output, written in large pieces. What cannot be written (a full disk, a pipe that nobody reads) throws
-/// Failure: results that are missing must never look complete.
+/// A pipe to which results are written has no reader any more: he has seen enough. Nothing but main() catches it.
+struct NobodyReads {};
+
+/// Standard output, written in large pieces. What cannot be written (a full disk) throws Failure, or NobodyReads:
+/// results that are missing must never look complete.
 class Output {
 public:
     /// Append here; then call passOn().
     std::string& text() { return m_text; }
-    /// Writes what has gathered once it is worth a call.
+    /// Writes what has gathered once it is worth a call, unless a signal asks to stop.
     void passOn() {
+        stopIfInterrupted();
         if (m_text.size() >= kPiece) {
             write();
         }
     }
     /// Writes the rest. What has not been finished is not written.
     void finish();
+    /// Whether anything was written in this process.
+    static bool hasWritten() { return s_hasWritten; }
 
 private:
     static constexpr std::size_t kPiece = 1 << 18;
 
     void write();
 
+    static bool s_hasWritten;
     std::string m_text;
 };
 

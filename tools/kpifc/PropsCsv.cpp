@@ -1,4 +1,5 @@
 #include "Csv.h"
+#include "Interrupt.h"
 #include "PropertyText.h"
 #include "Props.h"
 
@@ -44,6 +45,7 @@ void printCsv(Output& output, const KpIfcModel& model, const Objects& objects, b
     Columns columns;
     std::vector<std::pair<const KpIfcEntityBase*, Cells>> rows;
     for (const KpIfcEntityBase* object : objects) {
+        stopIfInterrupted();
         const Values values = sets.of(*object);
         if (values.empty() && !withEmpty) {
             continue;

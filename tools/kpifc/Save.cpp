@@ -1,7 +1,9 @@
 #include "Save.h"
 
 #include "Files.h"
+#include "Interrupt.h"
 #include "Output.h"
+#include "Progress.h"
 
 #include <fmt/format.h>
 
@@ -42,11 +44,21 @@ void checkTarget(const std::string& input, const SaveOptions& options) {
     }
 }
 
+static void saveShowingProgress(KpIfcFile& file, const std::string& output, const KpIfcSaveOptions& options) {
+    Progress progress;
+    file.progress(progress.function());
+    const KP::ErrorStatus status = file.save(output, options);
+    file.progress({});
+    if (status == KP::eOk) {
+        return; // a signal that came later comes too late
+    }
+    stopIfInterrupted();
+    throw Failure(file.error());
+}
+
 ExitCode save(KpIfcFile& file, const std::string& input, const SaveOptions& options, const std::string& changes) {
     const std::string& output = options.inPlace ? input : options.output;
-    if (file.save(output, {.normalise = options.normalise}) != KP::eOk) {
-        throw Failure(file.error());
-    }
+    saveShowingProgress(file, output, {.normalise = options.normalise});
     const KpIfcModel& model = *file.model();
     std::string line = fmt::format("{} -> {}: {}", input, output, counted(model.count(), "instance"));
     if (!changes.empty()) {

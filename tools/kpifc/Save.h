@@ -25,7 +25,7 @@ void addSaveOptions(CLI::App& command, SaveOptions& options);
 void checkTarget(const std::string& input, const SaveOptions& options);
 
 /// Writes a file that was read from `input`. Tells in one line on standard error what was done, `changes` ("1 attribute
-/// set") included, then what writing found. Throws Failure where it cannot be written.
+/// set") included, then what writing found. Shows progress. Throws Failure where it cannot be written, Interrupted.
 ExitCode save(KP_SDAI::KpIfcFile& file, const std::string& input, const SaveOptions& options,
               const std::string& changes = "");
 

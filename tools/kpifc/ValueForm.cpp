@@ -1,5 +1,7 @@
 #include "ValueForm.h"
 
+#include "Interrupt.h"
+
 #include <KpIfcCore/KpIfcAttributeAccess.h>
 #include <KpIfcCore/KpStepText.h>
 
@@ -11,6 +13,7 @@ using namespace KP_SDAI;
 namespace kpifc {
 
 std::string_view ValueForm::field(ModelNodes::Node node, std::size_t field) {
+    stopIfInterrupted();
     m_out.clear();
     m_starts.clear();
     m_members.clear();

@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "Failure.h"
 #include "Files.h"
+#include "Interrupt.h"
 #include "Output.h"
 
 #include <CLI/App.hpp>
@@ -24,6 +25,8 @@ static int run(int argc, char** argv) {
                "2 could not be done. Of kpifc diff: 0 no differences; 1 differences; 2 could not be done.\n"
                "With --strict a file that departs from the standard, however little, cannot be done; kpifc\n"
                "info and check still list all that is wrong.\n"
+               "Stopped by Ctrl-C 130, by SIGTERM 143; files are then as they were. 141 where nobody reads\n"
+               "the pipe that results go to.\n"
                "Results go to standard output, messages to standard error.\n\n"
                "Files may be compressed: gzip and zip archives with one .ifc file are read as they are,\n"
                "whatever their names. Written is what the name tells: .gz, .ifczip, .zip or plain. A file\n"
@@ -83,13 +86,17 @@ static int run(int argc, char** argv) {
 }
 
 int main(int argc, char** argv) {
-#ifdef SIGPIPE
-    std::signal(SIGPIPE, SIG_IGN); // a pipe that nobody reads is reported like a full disk
-#endif
+    std::signal(SIGPIPE, SIG_IGN); // files that are being written are to be cleared away
+    catchInterrupts();
     try {
         return run(argc, argv);
     } catch (const std::bad_alloc&) {
         tell("kpifc: out of memory"); // which needs none
+    } catch (const Interrupted& interrupted) {
+        tell("kpifc: interrupted");
+        return interrupted.exitCode();
+    } catch (const NobodyReads&) {
+        return 128 + SIGPIPE; // as of programs that die of it
     } catch (const std::exception& failure) {
         tell(std::string("kpifc: ") + failure.what());
     }

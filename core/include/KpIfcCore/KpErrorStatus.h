@@ -9,6 +9,7 @@ enum ErrorStatus : int {
     eRefused = 2,      ///< refused: a bound, a null argument, a value of the wrong type; nothing has changed
     eNullEntity = 3,   ///< no instance given
     eNotAvailable = 4, ///< a file or module cannot be opened, read or written
+    eCancelled = 5,    ///< who asked for it has stopped it (KpIfcProgress.h)
     eNotHandled = 18   ///< a select was asked for an alternative that it does not have
 };
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <KpIfcCore/KpErrorStatus.h>
 #include <KpIfcCore/KpIfcCoreApi.h>
+#include <KpIfcCore/KpIfcProgress.h>
 #include <KpIfcCore/KpIfcReport.h>
 
 #include <cstddef>
@@ -26,10 +28,16 @@ class KpIfcModel;
 KPIFCCORE_EXPORT KpIfcReport checkModel(const KpIfcModel& model,
                                         std::size_t listedPerKind = KpIfcReport::kListedPerKind);
 
+/// The same for who wants to know how far it has come, or to stop it: adds to `report`. eCancelled where `progress`
+/// stopped it; the report, which has what was found until then, is to be thrown away.
+KPIFCCORE_EXPORT KP::ErrorStatus checkModel(const KpIfcModel& model, KpIfcReport& report,
+                                            const KpIfcProgressFunction& progress);
+
 /// The same of a whole file: what reading reported, what its header lacks (ISO 10303-21, clause 8) and what
 /// checkModel() finds, nothing of it twice; header and structure first, then ascending by instance. Of reading all is
 /// listed that its own report lists. What reading reported is true of the file as it was read: to check what was
 /// changed since, save it and open it anew. Empty while no file is open.
 KPIFCCORE_EXPORT KpIfcReport checkFile(KpIfcFile& file, std::size_t listedPerKind = KpIfcReport::kListedPerKind);
+KPIFCCORE_EXPORT KP::ErrorStatus checkFile(KpIfcFile& file, KpIfcReport& report, const KpIfcProgressFunction& progress);
 
 } // namespace KP_SDAI

@@ -45,8 +45,8 @@ KPIFCCORE_EXPORT void visitAllReferences(const KpDbObjectId& handle,
 /// Copies made by one call follow each other in the target's file order as their originals do in the source. Inverse
 /// attributes and referrers of the target follow by its next commit, as after any change.
 ///
-/// Where memory runs out (std::bad_alloc) the copier knows nothing of what it was about to copy, but the target may have
-/// a part of that, also instances without values: a KpIfcChangeGroup undoes them.
+/// Where memory runs out (std::bad_alloc) the copier knows nothing of what it was about to copy, but the target may
+/// have a part of that, also instances without values: a KpIfcChangeGroup undoes them.
 ///
 /// Reads the source only, the first call its file order for good; both models outlive the copier, and neither may lose
 /// instances while it copies. One thread at a time, for which the target's are the rules of a change.

@@ -3,6 +3,7 @@
 #include <KpIfcCore/KpIfcCoreApi.h>
 #include <KpIfcCore/KpIfcHeader.h>
 #include <KpIfcCore/KpIfcModel.h>
+#include <KpIfcCore/KpIfcProgress.h>
 #include <KpIfcCore/KpIfcReport.h>
 
 #include <cstddef>
@@ -38,13 +39,13 @@ struct KpIfcSaveOptions {
 /// copied from the source byte for byte. Changed records are written anew at their places, further ones behind the
 /// last, erased ones are left out; so it is with header records. For that a file that is open keeps its source open.
 ///
-/// **Out of memory.** Operations that answer with a status do not throw where memory runs out: they answer eNotAvailable,
-/// error() says so. After open, openMemory and create nothing is open then; after a save that failed, for this or any
-/// other reason, the model is as it was and can be saved again. Everything else throws std::bad_alloc; for what that
-/// leaves of a model see KpIfcModel.
+/// **Out of memory.** Operations that answer with a status do not throw where memory runs out: they answer
+/// eNotAvailable, error() says so. After open, openMemory and create nothing is open then; after a save that failed,
+/// for this or any other reason, the model is as it was and can be saved again. Everything else throws std::bad_alloc;
+/// for what that leaves of a model see KpIfcModel.
 ///
-/// **Threads.** A file is one thread's at a time; different files, also of one path, have nothing to do with each other.
-/// While its thread saves, others may read its model, if that is at rest (KpIfcModel).
+/// **Threads.** A file is one thread's at a time; different files, also of one path, have nothing to do with each
+/// other. While its thread saves, others may read its model, if that is at rest (KpIfcModel).
 class KPIFCCORE_EXPORT KpIfcFile {
 public:
     KpIfcFile();
@@ -56,6 +57,10 @@ public:
     /// no STEP file, its schema has no module, or reading is strict and the file departs from the standard; error()
     /// then says why, and there is no model. eOk also where report() has findings; it has them where strict reading
     /// fails, too. The file may be compressed by gzip or stand in a zip archive (.ifczip): its first bytes tell.
+    ///
+    /// Other programs may replace, rename or delete the file at any time: what was opened stays readable. One that
+    /// writes into it while it is read makes opening fail with eNotAvailable, rather than giving a mix of two contents.
+    /// eCancelled where progress() stopped it; nothing is open then, nor after its exceptions.
     KP::ErrorStatus open(const std::string& path, const KpIfcOpenOptions& options = {});
     /// Reads a file from memory, which is copied, so not needed afterwards. `name` stands for the path in messages.
     KP::ErrorStatus openMemory(const void* data, std::size_t size, const std::string& name = "memory",
@@ -68,9 +73,16 @@ public:
     /// .zip. The target is replaced when all is on the disk; it keeps its permissions. Findings go to writeReport().
     /// eNotAvailable with error() where that fails, also where another program has changed the source since it was
     /// read, or the file at its path, which would be replaced; what was at `path` is then as it was. A normalised save
-    /// needs no source.
+    /// needs no source. eCancelled where progress() stopped it; then, and after its exceptions, the target and the
+    /// model are as they were and can be saved, and no other file is left. What is no regular file, such as a pipe, has
+    /// got what was written by then.
     KP::ErrorStatus save(const std::string& path, const KpIfcSaveOptions& options = {});
+    /// The same into memory; `out` is empty where that fails or is stopped.
     KP::ErrorStatus saveToMemory(std::string& out, const KpIfcSaveOptions& options = {});
+
+    /// Who is told how far opening and saving have come, from the next call on; none to tell nobody. close() does not
+    /// change that.
+    void progress(KpIfcProgressFunction function);
 
     /// Null while nothing is open.
     KpIfcModel* model() const;

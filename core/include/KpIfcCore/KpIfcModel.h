@@ -35,10 +35,11 @@ enum SdaiAccessMode : int {
 ///
 /// Instances have names (the n of #n), by which they are found, and handles, by which they refer to each other.
 ///
-/// **Threads.** Different models have nothing to do with each other. One model is one thread's at a time, but any number
-/// of threads may read a model at rest: one that nobody changes and in which nothing is uncommitted (hasUncommitted()),
-/// as it is after reading a file and after commit(). Reading are the const operations of the model, of its instances and
-/// of what they hold; where the mode is kReadOnly all getters are; and whatever else says of itself that it only reads.
+/// **Threads.** Different models have nothing to do with each other. One model is one thread's at a time, but any
+/// number of threads may read a model at rest: one that nobody changes and in which nothing is uncommitted
+/// (hasUncommitted()), as it is after reading a file and after commit(). Reading are the const operations of the model,
+/// of its instances and of what they hold; where the mode is kReadOnly all getters are; and whatever else says of
+/// itself that it only reads.
 ///
 /// **Out of memory.** What needs memory throws std::bad_alloc where there is none. create() has made nothing then. What
 /// changes several things may have done a part of it. Either way the model is sound: inverse attributes, referrers and
