@@ -95,7 +95,7 @@ public:
     std::uint64_t place() const override { return m_place; }
     std::uint64_t fileSize() const override { return m_stamp.size; }
     FileStamp stamp() const override { return m_stamp; }
-    bool hasChanged() const override { return m_file.stamp() != m_stamp; }
+    bool hasChanged() const override { return m_file.stamp().tellsApart(m_stamp); }
 
 private:
     SystemFile m_file;

@@ -14,6 +14,10 @@ struct FileStamp {
     explicit FileStamp(std::FILE* file);
     explicit FileStamp(int handle); ///< of the system
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
+    /// True where both are known and differ.
+    bool tellsApart(const FileStamp& other) const {
+        return *this != FileStamp() && other != FileStamp() && *this != other;
+    }
 
     std::uint64_t device = 0;
     std::uint64_t number = 0; ///< on that device

@@ -208,7 +208,7 @@ FileStamp ZipSource::stamp() const {
 }
 
 bool ZipSource::hasChanged() const {
-    return m_archive->file && FileStamp(m_archive->file) != m_archive->stamp;
+    return m_archive->file && FileStamp(m_archive->file).tellsApart(m_archive->stamp);
 }
 
 } // namespace KP_SDAI

@@ -39,7 +39,9 @@ void checkTarget(const std::string& input, const SaveOptions& options) {
         throw Failure(output + ": is a folder");
     }
     const std::filesystem::path folder = std::filesystem::path(output).parent_path();
-    if (!folder.empty() && !std::filesystem::is_directory(folder, none)) {
+    const auto kind = std::filesystem::status(folder, none).type();
+    const bool isKnown = kind != std::filesystem::file_type::none; // else saving tells the system's reason
+    if (!folder.empty() && isKnown && kind != std::filesystem::file_type::directory) {
         throw Failure(output + ": there is no folder " + folder.string());
     }
 }
