@@ -70,7 +70,8 @@ void SourceRewriter::collectTouched() {
 }
 
 void SourceRewriter::collectHeaderEdits() {
-    // A record stands where an equal one stood, else where one of its keyword did, else behind the last.
+    // A record stands where an equal one stood, of several at the same place in the order, else where one of its
+    // keyword did, else behind the last.
     const std::vector<KpIfcHeaderRecord>& then = m_layout.headerRecords;
     const std::vector<KpIfcHeaderRecord>& now = m_header.records();
     std::vector<bool> isTaken(then.size());
@@ -78,14 +79,15 @@ void SourceRewriter::collectHeaderEdits() {
     const auto place = [&](auto isAlike) {
         for (std::size_t i = 0; i < now.size(); ++i) {
             for (std::size_t k = 0; k < then.size() && !isPlaced[i]; ++k) {
-                if (isTaken[k] || !isAlike(now[i], then[k])) continue;
+                if (isTaken[k] || !isAlike(i, k)) continue;
                 isTaken[k] = isPlaced[i] = true;
                 if (now[i] != then[k]) m_headerEdits[m_layout.header[k]] = m_header.source(i) + ";";
             }
         }
     };
-    place([](const auto& a, const auto& b) { return a == b; });
-    place([](const auto& a, const auto& b) { return a.keyword == b.keyword; });
+    place([&](std::size_t i, std::size_t k) { return i == k && now[i] == then[k]; });
+    place([&](std::size_t i, std::size_t k) { return now[i] == then[k]; });
+    place([&](std::size_t i, std::size_t k) { return now[i].keyword == then[k].keyword; });
     for (std::size_t i = 0; i < now.size(); ++i)
         if (!isPlaced[i]) m_newHeader += m_header.source(i) + ";\n";
     for (std::size_t k = 0; k < then.size(); ++k)

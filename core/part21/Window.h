@@ -30,7 +30,11 @@ public:
     /// True once a refill has found the end of the source: all that is left stands in the window.
     bool hasEnded() const { return m_ended; }
     /// So many bytes behind any place, at least, can be had by a refill.
+#ifdef KP_WINDOW_REACH // of fuzzers, whose files are small
+    static constexpr std::ptrdiff_t kReach = KP_WINDOW_REACH;
+#else
     static constexpr std::ptrdiff_t kReach = 256 * 1024;
+#endif
 
 private:
     static constexpr std::size_t kSize = 2 * kReach;

@@ -59,7 +59,7 @@ bool equalObjects(const void* a, const void* b) {
 } // namespace
 
 const CoreVariantType* asCoreType(const KpIfcVariantType& type) {
-    const auto before = std::less<const KpIfcVariantType*>();
+    const auto before = std::less<const void*>();
     const bool isOne = !before(&type, std::begin(g_types)) && before(&type, std::end(g_types));
     return isOne ? &static_cast<const CoreVariantType&>(type) : nullptr;
 }

@@ -1,6 +1,7 @@
 #include "facts/Derivation.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace kpifcgen::facts {
@@ -12,31 +13,38 @@ TypeRef followTo(const TypeRef& type) {
     return defined ? followTo((*defined)->type) : type;
 }
 
-void addAlternatives(const Select& select, std::vector<TypeRef>& alternatives, std::unordered_set<std::string>& seen) {
-    for (const TypeRef& member : select.members) {
-        if (const auto* nested = std::get_if<const Select*>(&member)) {
-            addAlternatives(**nested, alternatives, seen);
-        } else if (seen.insert(spell(member)).second) {
-            alternatives.push_back(member);
-        }
-    }
-}
+/// Each select is taken apart once, however many ways lead to it.
+struct Alternatives {
+    std::vector<TypeRef>& found;
+    std::unordered_set<std::string> seen = {};
+    std::unordered_set<const Select*> entered = {};
 
-const DerivedAttribute* redeclaration(const Entity& entity, const ExplicitAttribute& attribute) {
-    for (const Entity* link : entity.chain) {
-        const auto found = std::ranges::find(link->derivedAttributes, &attribute, &DerivedAttribute::redeclared);
-        if (found != link->derivedAttributes.end()) {
-            return &*found;
+    void add(const Select& select) {
+        if (!entered.insert(&select).second) {
+            return;
+        }
+        for (const TypeRef& member : select.members) {
+            if (const auto* nested = std::get_if<const Select*>(&member)) {
+                add(**nested);
+            } else if (seen.insert(spell(member)).second) {
+                found.push_back(member);
+            }
         }
     }
-    return nullptr;
-}
+};
 
 std::vector<RecordField> recordFields(const Entity& entity) {
+    std::unordered_map<const ExplicitAttribute*, const DerivedAttribute*> redeclarations; // the nearest ones
+    for (const Entity* link : entity.chain) {
+        for (const DerivedAttribute& attribute : link->derivedAttributes) {
+            redeclarations.emplace(attribute.redeclared, &attribute);
+        }
+    }
     std::vector<RecordField> fields;
     for (auto link = entity.chain.rbegin(); link != entity.chain.rend(); ++link) {
         for (const ExplicitAttribute& attribute : (*link)->explicitAttributes) {
-            fields.push_back({&attribute, redeclaration(entity, attribute)});
+            const auto found = redeclarations.find(&attribute);
+            fields.push_back({&attribute, found == redeclarations.end() ? nullptr : found->second});
         }
     }
     return fields;
@@ -49,8 +57,7 @@ void deriveTypeFacts(Schema& schema) {
         type.underlying = followTo(type.type);
     }
     for (auto& select : schema.selects) {
-        std::unordered_set<std::string> seen;
-        addAlternatives(select, select.alternatives, seen);
+        Alternatives{select.alternatives}.add(select);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "facts/Cursor.h"
 
 #include <functional>
+#include <string>
 
 namespace kpifcgen::facts {
 
@@ -42,7 +43,10 @@ SimpleType readSimpleType(Cursor& cursor, SimpleKind kind) {
     return type;
 }
 
-syntax::Type readType(Cursor& cursor) {
+/// Spellings of aggregates hold those of their elements: what is nested without end would cost without measure.
+constexpr int kMostNested = 32;
+
+syntax::Type readType(Cursor& cursor, int nested = 0) {
     const Token& token = cursor.peek();
     if (const auto kind = simpleKind(token.text)) {
         cursor.word("a type");
@@ -50,6 +54,9 @@ syntax::Type readType(Cursor& cursor) {
     }
     if (const auto kind = aggregateKind(token.text)) {
         syntax::Aggregation aggregation{.at = token.at, .kind = *kind, .bounds = {}, .unique = false, .element = {}};
+        if (nested == kMostNested) {
+            throw LineError{{token.at, "aggregates are nested more than " + std::to_string(kMostNested) + " deep"}};
+        }
         cursor.word("a type");
         aggregation.bounds = readBounds(cursor);
         if (*kind == AggregateKind::Array && !aggregation.bounds.high) {
@@ -57,7 +64,7 @@ syntax::Type readType(Cursor& cursor) {
         }
         cursor.expect("of", "'of'");
         aggregation.unique = cursor.accept("unique");
-        aggregation.element = readType(cursor);
+        aggregation.element = readType(cursor, nested + 1);
         return std::make_shared<const syntax::Aggregation>(std::move(aggregation));
     }
     return cursor.name("a type");

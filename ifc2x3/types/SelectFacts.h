@@ -73,12 +73,14 @@ constexpr KpIfcSelectDescriptors describeSelect() {
 }
 template <class S>
 constexpr KpIfcSetElementDescriptors describeSetElement() {
-    return {describeSelect<S>(), KpIfcDescriptorSlot(createArrayDescriptor<S>),
+    return {{KpIfcDescriptorSlot(createValueDescriptor<S>), KpIfcDescriptorSlot(createPointerDescriptor<S>)},
+            KpIfcDescriptorSlot(createArrayDescriptor<S>),
             KpIfcDescriptorSlot(createSetDescriptor<S>)};
 }
 template <class S>
 constexpr KpIfcListElementDescriptors describeListElement() {
-    return {describeSelect<S>(), KpIfcDescriptorSlot(createArrayDescriptor<S>),
+    return {{KpIfcDescriptorSlot(createValueDescriptor<S>), KpIfcDescriptorSlot(createPointerDescriptor<S>)},
+            KpIfcDescriptorSlot(createArrayDescriptor<S>),
             KpIfcDescriptorSlot(createListDescriptor<S>)};
 }
 

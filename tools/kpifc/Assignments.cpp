@@ -153,13 +153,17 @@ static void apply(const Assignment& assignment, const StepConversion& conversion
     forgetSource(assignment);
 }
 
-void applyAll(const std::vector<Assignment>& assignments, const KpIfcModel& model) {
+std::vector<std::string> applyAll(const std::vector<Assignment>& assignments, const KpIfcModel& model) {
     const StepConversion conversion(model);
-    std::vector<std::string> notes; // told only when nothing was refused
+    std::vector<std::string> notes;
     for (const Assignment& assignment : assignments) {
         apply(assignment, conversion);
         noteDepartures(assignment, notes);
     }
+    return notes;
+}
+
+void tellAll(const std::vector<std::string>& notes) {
     for (const std::string& note : notes) {
         tell("kpifc: " + note);
     }

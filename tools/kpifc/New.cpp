@@ -69,7 +69,7 @@ ExitCode createInstance(const NewArguments& arguments) {
     for (const std::string& text : arguments.assignments) {
         assignments.push_back(parseAssignment(label + '.' + text, targets));
     }
-    applyAll(assignments, model);
+    tellAll(applyAll(assignments, model));
     if (const std::vector<std::string> names = missing(instance); !names.empty()) {
         tell(fmt::format("kpifc: {} {} has no value yet that it must have: {}", label,
                          instance.getInstanceType()->displayName(), fmt::join(names, ", ")));

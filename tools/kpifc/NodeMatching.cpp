@@ -154,7 +154,7 @@ void NodeMatching::matchEqual(const NodeGroups& targets) {
     }
     NodeGroups open = targets;
     dropMatched(open);
-    matchInOrder(open, [this](int side, Node node) { return key(side, node); });
+    matchInOrder(open, [this](std::size_t side, Node node) { return key(side, node); });
 }
 
 void NodeMatching::matchChanged(const NodeGroups& targets, bool isSet) {
@@ -190,7 +190,7 @@ void NodeMatching::matchChanged(const NodeGroups& targets, bool isSet) {
 
 void NodeMatching::matchUnowned() {
     NodeGroups group;
-    for (const int side : {0, 1}) {
+    for (const std::size_t side : {0u, 1u}) {
         for (Node node = 0; node < m_sides[side].nodes.size(); ++node) {
             if (isOpen(side, node) && !m_sides[side].content.isReferredTo[node]) {
                 group[side].push_back(node);

@@ -35,14 +35,14 @@ public:
     NodeMatching(const ModelNodes& a, const ModelNodes& b);
 
     /// The counterpart of a node of the first or second model (0, 1); kNone where it has none.
-    Node counterpart(int side, Node node) const { return m_sides[side].counterparts[node]; }
+    Node counterpart(std::size_t side, Node node) const { return m_sides[side].counterparts[node]; }
     /// True where neither matched nodes nor what they refer to need comparing.
     bool haveSameContent(Node a, Node b) const {
         return !m_sides[0].identities[a] && m_sides[0].content.keys[a] == m_sides[1].content.keys[b];
     }
     /// Keys of the nodes of a side, equal across sides where nodes are the same: matched, or without counterpart but of
     /// one content.
-    const std::vector<std::uint64_t>& keys(int side) const { return m_sides[side].keys; }
+    const std::vector<std::uint64_t>& keys(std::size_t side) const { return m_sides[side].keys; }
 
 private:
     struct Side {
@@ -58,8 +58,8 @@ private:
         Node b;
     };
 
-    std::uint64_t key(int side, Node node) const { return m_sides[side].keys[node]; }
-    bool isOpen(int side, Node node) const { return m_sides[side].counterparts[node] == ModelNodes::kNone; }
+    std::uint64_t key(std::size_t side, Node node) const { return m_sides[side].keys[node]; }
+    bool isOpen(std::size_t side, Node node) const { return m_sides[side].counterparts[node] == ModelNodes::kNone; }
     void match(Node a, Node b);
 
     void matchIdentities();
@@ -82,11 +82,11 @@ private:
     void matchAllButOne(NodeGroups& group);
     void matchByReferences(NodeGroups& group);
     void matchByName(NodeGroups& group);
-    std::vector<std::uint64_t> referencesBelow(int side, Node node) const;
-    bool areEqual(int side, const std::vector<Node>& nodes) const;
+    std::vector<std::uint64_t> referencesBelow(std::size_t side, Node node) const;
+    bool areEqual(std::size_t side, const std::vector<Node>& nodes) const;
     void dropMatched(NodeGroups& group) const;
-    std::uint64_t kindOf(int side, Node node) const;
-    std::uint64_t labelOf(int side, Node node) const;
+    std::uint64_t kindOf(std::size_t side, Node node) const;
+    std::uint64_t labelOf(std::size_t side, Node node) const;
 
     std::array<Side, 2> m_sides;
     std::vector<Pair> m_equalQueue;   ///< matched ones: what of their references is equal is to be matched
@@ -98,7 +98,7 @@ private:
 template <class KeyOf>
 void NodeMatching::matchUnique(NodeGroups& group, KeyOf keyOf) {
     std::unordered_map<std::uint64_t, NodeGroups> buckets;
-    for (const int side : {0, 1}) {
+    for (const std::size_t side : {0u, 1u}) {
         for (const Node node : group[side]) {
             buckets[keyOf(side, node)][side].push_back(node);
         }
@@ -109,7 +109,7 @@ void NodeMatching::matchUnique(NodeGroups& group, KeyOf keyOf) {
         const bool isClear = (bucket[0].size() >= bucket[1].size() && areEqual(0, bucket[0])) ||
                              (bucket[1].size() >= bucket[0].size() && areEqual(1, bucket[1]));
         if (isClear && bucket[0].size() + bucket[1].size() > 2) {
-            matchInOrder(bucket, [this](int side, Node one) { return m_sides[side].nodes.name(one); });
+            matchInOrder(bucket, [this](std::size_t side, Node one) { return m_sides[side].nodes.name(one); });
         }
         for (std::size_t i = 0; isClear && i < std::min(bucket[0].size(), bucket[1].size()); ++i) {
             match(bucket[0][i], bucket[1][i]);

@@ -22,10 +22,10 @@ void NodeMatching::matchClosest(NodeGroups group) {
     matchAllButOne(group);
     matchByReferences(group);
     matchByName(group);
-    matchInOrder(group, [this](int side, Node node) { return labelOf(side, node); });
+    matchInOrder(group, [this](std::size_t side, Node node) { return labelOf(side, node); });
 }
 
-bool NodeMatching::areEqual(int side, const std::vector<Node>& nodes) const {
+bool NodeMatching::areEqual(std::size_t side, const std::vector<Node>& nodes) const {
     return std::all_of(nodes.begin(), nodes.end(),
                        [&](Node node) { return key(side, node) == key(side, nodes.front()); });
 }
@@ -35,7 +35,7 @@ void NodeMatching::matchAllButOne(NodeGroups& group) {
     using Keys = std::vector<std::uint64_t>;
     std::unordered_map<Node, Keys> keys[2];
     std::size_t mostFields = 0;
-    for (const int side : {0, 1}) {
+    for (const std::size_t side : {0u, 1u}) {
         const ModelNodes& nodes = m_sides[side].nodes;
         ValueForm form(nodes, m_sides[side].keys);
         for (const Node node : group[side]) {
@@ -57,7 +57,7 @@ void NodeMatching::matchAllButOne(NodeGroups& group) {
         }
     }
     for (std::size_t field = 0; field < mostFields && !group[0].empty() && !group[1].empty(); ++field) {
-        matchUnique(group, [&](int side, Node node) {
+        matchUnique(group, [&](std::size_t side, Node node) {
             const Keys& own = keys[side].at(node);
             // One of its own where there is nothing to go by.
             return field < own.size() && own[field] ? own[field] : mixed(2 * std::uint64_t{node} + (side ? 1 : 0));
@@ -67,7 +67,7 @@ void NodeMatching::matchAllButOne(NodeGroups& group) {
 
 /// Keys of what a node refers to, and of what this refers to where it has no counterpart either; not all of a large
 /// subtree.
-std::vector<std::uint64_t> NodeMatching::referencesBelow(int side, Node node) const {
+std::vector<std::uint64_t> NodeMatching::referencesBelow(std::size_t side, Node node) const {
     constexpr std::size_t kMost = 64;
     const ModelNodes& nodes = m_sides[side].nodes;
     std::vector<Node> found{node};
@@ -98,7 +98,7 @@ void NodeMatching::matchByReferences(NodeGroups& group) {
     }
     std::unordered_map<std::uint64_t, NodeGroups> having; // by places in the groups
     std::array<std::vector<std::uint64_t>, 2> labels;
-    for (const int side : {0, 1}) {
+    for (const std::size_t side : {0u, 1u}) {
         for (Node place = 0; place < group[side].size(); ++place) {
             labels[side].push_back(labelOf(side, group[side][place]));
             for (const std::uint64_t below : referencesBelow(side, group[side][place])) {
@@ -137,14 +137,14 @@ void NodeMatching::matchByReferences(NodeGroups& group) {
 }
 
 void NodeMatching::matchByName(NodeGroups& group) {
-    matchUnique(group, [this](int side, Node node) {
+    matchUnique(group, [this](std::size_t side, Node node) {
         return hashOf(std::to_string(m_sides[side].nodes.name(node)), kindOf(side, node));
     });
 }
 
 /// Each once, matched ones left out.
 void NodeMatching::dropMatched(NodeGroups& group) const {
-    for (const int side : {0, 1}) {
+    for (const std::size_t side : {0u, 1u}) {
         std::vector<Node>& nodes = group[side];
         std::erase_if(nodes, [this, side](Node node) { return !isOpen(side, node); });
         std::unordered_set<Node> seen;
@@ -155,14 +155,14 @@ void NodeMatching::dropMatched(NodeGroups& group) const {
 }
 
 /// Equal for nodes that may be versions of each other: of one entity, and with one GlobalId or none.
-std::uint64_t NodeMatching::kindOf(int side, Node node) const {
+std::uint64_t NodeMatching::kindOf(std::size_t side, Node node) const {
     const ModelNodes& nodes = m_sides[side].nodes;
     const KpIfcEntityType* type = nodes.type(node);
     return hashOf(nodes.globalId(node), hashOf(type ? type->name() : "", nodes.isText(node)));
 }
 
 /// The same, and their attribute Name, if there is one, says the same.
-std::uint64_t NodeMatching::labelOf(int side, Node node) const {
+std::uint64_t NodeMatching::labelOf(std::size_t side, Node node) const {
     const ModelNodes& nodes = m_sides[side].nodes;
     const std::size_t field = nodes.findField(node, "Name");
     if (field == nodes.fieldCount(node)) {

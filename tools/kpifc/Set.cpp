@@ -28,7 +28,7 @@ ExitCode set(const SetArguments& arguments) {
     for (const std::string& text : arguments.assignments) {
         assignments.push_back(parseAssignment(text, targets));
     }
-    applyAll(assignments, *file.model());
+    tellAll(applyAll(assignments, *file.model()));
     return save(file, arguments.input, arguments.saving, counted(assignments.size(), "attribute") + " set");
 }
 

@@ -80,9 +80,10 @@ struct AggrAccess {
 
     static void rearrange(KpIfcAggr& field) { static_cast<Family&>(field).rearrange(); }
 
-    static const KpIfcSelect& selectAt(const KpIfcAggr& field,
-                                       std::size_t index) requires std::is_base_of_v<KpIfcSelect, T> {
-        return static_cast<const Family&>(field)[index];
+    /// Of selects only; a template so that instantiating the class for other elements leaves it out.
+    template <class Selects = Family>
+    static const KpIfcSelect& selectAt(const KpIfcAggr& field, std::size_t index) {
+        return static_cast<const Selects&>(field)[index];
     }
 
     static void get(KpIfcAggr& field, KpIfcVariant& value) { value.set(static_cast<Family*>(&field)); }
@@ -201,7 +202,7 @@ constexpr KpIfcAggrFacts aggregateFacts() {
                          .put = Access::put,
                          .copy = Access::copy,
                          .keepOnly = Access::keepOnly};
-    if constexpr (element == KpIfcElementKind::select) facts.selectAt = Access::selectAt;
+    if constexpr (element == KpIfcElementKind::select) facts.selectAt = Access::template selectAt<>;
     return facts;
 }
 

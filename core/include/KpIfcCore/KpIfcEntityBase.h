@@ -45,7 +45,7 @@ public:
     //    not kReadWrite throws 180 where something is changed; nothing has changed then. Without a model all is
     //    allowed;
     //  - own and inherited explicit attributes are known, redeclared ones as the supertype's; inverse ones to getAttr()
-    //    only; derived ones not at all;
+    //    only, as sets that must not be changed; derived ones not at all;
     //  - nothing is checked but the type of the value: not bounds, not the entity of an instance that is referred to.
 
     /// Makes `value` what the attribute holds, unset markers included, without a copy of what lives in the instance:

@@ -1,0 +1,7 @@
+#include "Harness.h"
+#include "Models.h"
+
+/// A whole file.
+void fuzzTarget(std::string_view bytes) {
+    requireRoundTrip(bytes);
+}

@@ -1,0 +1,38 @@
+#include "Harness.h"
+#include "Models.h"
+
+using namespace KP_SDAI;
+
+/// What the reader holds at a time. Where it holds other amounts, the target still holds but shows less.
+#ifdef KP_WINDOW_REACH
+static constexpr std::size_t kWindow = 2 * KP_WINDOW_REACH;
+#else
+static constexpr std::size_t kWindow = 512 * 1024;
+#endif
+
+/// A data section whose first two bytes say where the border of what the reader holds at a time falls: it reads alike
+/// wherever that is.
+void fuzzTarget(std::string_view bytes) {
+    keepModule();
+    Decisions decisions(bytes);
+    const std::size_t before = decisions.below(65535);
+    const std::string_view records = decisions.rest();
+    if (records.size() > kWindow / 2) {
+        return;
+    }
+    const std::string plain = framed(records);
+    KpIfcFile file;
+    if (file.openMemory(plain.data(), plain.size()) != KP::eOk) {
+        return;
+    }
+    const std::size_t head = framed("").find("DATA;\n") + 6;
+    const std::string moved =
+        framed(std::string(kWindow - head - before % (records.size() + 2), '\n') + std::string(records));
+    KpIfcFile cut;
+    require(cut.openMemory(moved.data(), moved.size()) == KP::eOk, "what reads unmoved reads moved");
+    requireSame(written(cut, true), written(file, true), "a file reads alike wherever a border cuts it");
+    for (const KpIfcSeverity severity : {KpIfcSeverity::warning, KpIfcSeverity::error}) {
+        require(cut.report().count(severity) == file.report().count(severity), "the same is found");
+    }
+    require(written(cut, false) == moved, "what nobody changed stays");
+}
