@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <span>
 #include <string>
+#include <unordered_set>
 
 namespace KP_SDAI {
 
@@ -32,6 +33,14 @@ struct Record {
 };
 constexpr Record kRecords[] = {{"FILE_DESCRIPTION", kDescription}, {"FILE_NAME", kName}, {"FILE_SCHEMA", kSchema}};
 
+/// True for records that may follow the standard's three: those of later editions, and user-defined ones.
+bool isFurtherRecord(std::string_view keyword) {
+    constexpr std::string_view kFurther[] = {"FILE_POPULATION", "SCHEMA_POPULATION", "SECTION_LANGUAGE",
+                                             "SECTION_CONTEXT"};
+    return keyword.starts_with('!') ||
+           std::find(std::begin(kFurther), std::end(kFurther), keyword) != std::end(kFurther);
+}
+
 class Check {
 public:
     Check(const KpIfcHeader& header, KpIfcReport& report, std::span<const std::uint64_t> offsets)
@@ -44,11 +53,13 @@ private:
              KpIfcSeverity severity = KpIfcSeverity::warning);
     /// Turns to a record; null where there is none.
     const KpIfcHeaderRecord* turnTo(const char* keyword);
+    bool isRecord(std::size_t index) const;
     void records();
     void fields(const Record& record, const std::vector<KpStepValue>& parameters);
     void field(const Field& field, const KpStepValue& value);
     void text(const Field& field, const KpStepValue& value, const char* expected);
     void forms(std::string_view schemaName);
+    void identifiers(std::string_view schemaName);
 
     const KpIfcHeader& m_header;
     KpIfcReport& m_report;
@@ -98,29 +109,39 @@ void Check::run(std::string_view schemaName) {
     records();
     for (const Record& record : kRecords) {
         const KpIfcHeaderRecord* const found = turnTo(record.keyword);
-        if (found && !found->parameters.empty()) fields(record, found->parameters);
+        if (found && isRecord(m_place)) fields(record, found->parameters);
     }
     forms(schemaName);
 }
 
+/// False for text that is no record.
+bool Check::isRecord(std::size_t index) const {
+    if (!m_header.records()[index].parameters.empty()) return true;
+    KpStepValue value;
+    return KpStepValue::read(m_header.source(index), value) && value.kind == Kind::typed;
+}
+
 void Check::records() {
     std::size_t last = 0;
+    bool isBehindOthers = false;
     for (std::size_t i = 0; i < m_header.records().size(); ++i) {
         const KpIfcHeaderRecord& record = m_header.records()[i];
         m_keyword = record.keyword;
         m_place = i;
-        if (record.parameters.empty()) { // text that is no record has none
-            KpStepValue value;
-            const std::string source = m_header.source(i);
-            if (!KpStepValue::read(source, value) || value.kind != Kind::typed)
-                add("", '\'' + source.substr(0, 60) + '\'', "a header record");
-        }
+        const bool isOne = isRecord(i);
+        if (!isOne) add("", '\'' + m_header.source(i).substr(0, 60) + '\'', "a header record");
         const auto* const standard = std::find_if(std::begin(kRecords), std::end(kRecords),
                                                   [&](const Record& one) { return record.keyword == one.keyword; });
-        if (standard == std::end(kRecords)) continue;
+        if (standard == std::end(kRecords)) {
+            if (isOne && !isFurtherRecord(record.keyword)) add("", "this record", "one that the standard knows");
+            isBehindOthers |= isOne;
+            continue;
+        }
         const auto place = static_cast<std::size_t>(standard - kRecords);
         if (&record != m_header.find(record.keyword))
             add("", "a second record of the name", "one");
+        else if (isBehindOthers)
+            add("", "it behind records that come last", "it before those");
         else if (place < last)
             add("", std::string("it behind ") + kRecords[last].keyword, "it before that");
         last = std::max(last, place);
@@ -164,10 +185,21 @@ void Check::forms(std::string_view schemaName) {
     if (const KpStepValue* time = textAt("FILE_NAME", 1);
         time && !time->text.empty() && !isTimeStamp(time->text)) // empty: nothing to say
         add("time_stamp", excerptOf(*time), "date and time (ISO 8601), as in '2026-01-02T03:04:05'");
+    identifiers(schemaName);
+}
+
+void Check::identifiers(std::string_view schemaName) {
     turnTo("FILE_SCHEMA");
     const std::vector<std::string> schemas = m_header.schemaIdentifiers();
     if (schemas.size() > 1) add("schema_identifiers", countOf(schemas.size(), "schema"), "one");
-    if (!schemas.empty() && schemaNameOf(schemas.front()) != schemaName)
+    std::unordered_set<std::string> known;
+    for (const std::string& schema : schemas) {
+        const std::string found = excerptOf(KpStepValue::string(schema));
+        if (!isSchemaIdentifier(schema)) add("schema_identifiers", found, "the name of a schema in upper case");
+        if (!known.insert(schema).second) add("schema_identifiers", found + " twice", "different schemas");
+    }
+    const bool isName = !schemas.empty() && isSchemaIdentifier(schemas.front());
+    if (isName && schemaNameOf(schemas.front()) != schemaName)
         add("schema_identifiers", excerptOf(KpStepValue::string(schemas.front())),
             '\'' + std::string(schemaName) + '\'', KpIfcSeverity::note);
 }

@@ -1,5 +1,7 @@
 #include "check/HeaderForms.h"
 
+#include <algorithm>
+
 namespace KP_SDAI {
 
 namespace {
@@ -77,6 +79,16 @@ std::string_view schemaNameOf(std::string_view identifier) {
     std::string_view name = identifier.substr(0, identifier.find('{'));
     while (name.ends_with(' ')) name.remove_suffix(1);
     return name;
+}
+
+bool isSchemaIdentifier(std::string_view text) {
+    const std::string_view name = schemaNameOf(text);
+    const bool isName = !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'A' && c <= 'Z') || isDigit(c) || c == '_';
+    });
+    const std::size_t brace = text.find('{');
+    return isName &&
+           (brace == std::string_view::npos ? text.size() == name.size() : text.find('}', brace) + 1 == text.size());
 }
 
 } // namespace KP_SDAI

@@ -15,4 +15,7 @@ bool isTimeStamp(std::string_view text);
 /// The schema's name in an identifier, without the object identifier behind it: "IFC2X3" for "IFC2X3 { 1 0 10303 }".
 std::string_view schemaNameOf(std::string_view identifier);
 
+/// A name in upper case, maybe with an object identifier in braces behind it.
+bool isSchemaIdentifier(std::string_view text);
+
 } // namespace KP_SDAI

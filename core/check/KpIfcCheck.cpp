@@ -93,6 +93,8 @@ void ModelCheck::checkFields(KpIfcEntityBase& instance, const CheckedEntity& ent
 bool isToldAnew(KpIfcFinding finding, KpIfcSeverity severity) {
     switch (finding) {
     case KpIfcFinding::header:
+    case KpIfcFinding::globalId:
+    case KpIfcFinding::notUnique:
     case KpIfcFinding::wrongReference:
     case KpIfcFinding::abstractEntity: return true;
     case KpIfcFinding::wrongValue: return severity == KpIfcSeverity::note;

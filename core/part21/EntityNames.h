@@ -19,12 +19,10 @@ public:
             m_table[at] = {entry.name, static_cast<KpIfcEntityType*>(entry.object.get())};
         }
     }
-    /// Null where no entity has that keyword; keywords in upper case are the fast ones.
-    KpIfcEntityType* find(std::string_view keyword, const KpIfcSchema& schema) const {
+    /// Null where no entity has that keyword, in upper case as the standard wants it.
+    KpIfcEntityType* find(std::string_view keyword) const {
         for (std::size_t at = hash(keyword); m_table[at].type; at = (at + 1) & (kSize - 1))
             if (m_table[at].name == keyword) return m_table[at].type;
-        for (const char c : keyword)
-            if (c >= 'a' && c <= 'z') return schema.findEntity(keyword);
         return nullptr;
     }
 

@@ -28,6 +28,21 @@ std::string FileReader::quotedHere(const char* end) const {
     return quoted({m_place, static_cast<std::size_t>(end - m_place)});
 }
 
+void FileReader::checkCase(const std::string& keyword) {
+    if (std::memcmp(m_place, keyword.data(), keyword.size()) != 0)
+        report(KpIfcFinding::spelling, KpIfcSeverity::warning,
+               {std::string(m_place, keyword.size()), keyword, kReadAllTheSame});
+}
+
+void FileReader::checkAlone(const char* end) {
+    const std::string keyword = keywordOf(m_place);
+    checkCase(keyword);
+    const char* const behind = lexer::skipBlanks(m_place + keyword.size(), end);
+    if (behind != end - 1)
+        report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
+               {quoted({behind, static_cast<std::size_t>(end - behind)}), "';' behind " + keyword, "left out"});
+}
+
 bool FileReader::skipBlanks() {
     for (;;) {
         m_place = lexer::skipBlanks(m_place, m_window.end());
@@ -57,7 +72,7 @@ bool FileReader::readHeader(std::string& schema) {
         return false;
     }
     if (m_window.end() - m_place >= 3 && std::memcmp(m_place, "\xEF\xBB\xBF", 3) == 0) {
-        report(KpIfcFinding::sectionStructure, KpIfcSeverity::note,
+        report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
                {"a byte order mark", "ISO-10303-21; at the start of the file", "read over"});
         m_place += 3;
     }
@@ -70,6 +85,7 @@ bool FileReader::readHeader(std::string& schema) {
         m_error = "ends before its header section";
         return false;
     }
+    checkAlone(end);
     m_place = end;
     m_layout.headerEnd = offset();
     bool inHeader = false;
@@ -82,12 +98,14 @@ bool FileReader::readHeader(std::string& schema) {
             break;
         }
         if (keyword == "ENDSEC") {
+            checkAlone(end);
             m_layout.headerEnd = offset();
             m_place = end;
             break;
         }
         if (keyword == "HEADER" && !inHeader) {
             inHeader = true;
+            checkAlone(end);
         } else if (m_layout.header.push_back(offset()); !readHeaderRecord(end)) {
             m_header.append({keyword, {}}, std::string(m_place, end - 1));
         }
@@ -95,6 +113,7 @@ bool FileReader::readHeader(std::string& schema) {
         m_layout.headerEnd = offset();
     }
     m_layout.headerRecords = m_header.records();
+    m_dataSections = DataSections(m_header);
     schema = m_header.text("FILE_SCHEMA", 0);
     if (schema.empty()) {
         m_error = "names no schema: expected FILE_SCHEMA(('IFC2X3')) in its header section";
@@ -108,11 +127,43 @@ bool FileReader::readHeaderRecord(const char* end) {
     KpIfcHeaderRecord record{keywordOf(m_place), {}};
     p = lexer::skipBlanks(p, end);
     if (record.keyword.empty() || *p != '(') return false;
-    p = readStepValues(p + 1, end, record.parameters);
+    unsigned issues = 0;
+    p = readStepValues(p + 1, end, record.parameters, issues);
     if (!p) return false;
     if (*lexer::skipBlanks(p, end) != ';') return false;
+    checkCase(record.keyword);
+    if (issues) reportTexts(record.keyword, issues);
     m_header.append(std::move(record), std::string(m_place, p));
     return true;
+}
+
+/// Reports what decoding the texts of a header record met (KpStepText::Issue).
+void FileReader::reportTexts(const std::string& keyword, unsigned issues) {
+    using namespace KpStepText;
+    constexpr unsigned kHarmless = kRawUtf8 | kLineEnd;
+    struct Kind {
+        unsigned flag;
+        const char* found;
+        const char* expected;
+    };
+    static constexpr Kind kKinds[] = {
+        {kRawUtf8, "UTF-8 in a text", "characters beyond ASCII by \\X2\\"},
+        {kRawLatin1, "bytes in a text that are no UTF-8", "characters beyond ASCII by \\X2\\"},
+        {kBadDirective, "a reverse solidus in a text that opens no directive", "two of them"},
+        {kBadCodePoint, "a code point that does not exist", "one up to 10FFFF that is no surrogate"},
+        {kLineEnd, "a tab or line end in a text", "it encoded by \\X2\\"},
+        {kControl, "a control character in a text", "it encoded by \\X2\\"},
+        {kLowerHex, "hexadecimal digits in lower case in a text", "upper case"},
+        {kEmptyRun, "a run of no characters in a text", "one at least"},
+        {kSurrogates, "a surrogate pair in a text", "the character by \\X4\\"}};
+    for (const Kind& kind : kKinds) {
+        if (!(issues & kind.flag)) continue;
+        KpIfcReportEntry entry =
+            findingAt(KpIfcFinding::textEncoding, kind.flag & kHarmless ? KpIfcSeverity::note : KpIfcSeverity::warning,
+                      offset(), {kind.found, kind.expected, kReadAllTheSame});
+        entry.entity = keyword;
+        m_report.add(std::move(entry));
+    }
 }
 
 std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
@@ -137,6 +188,10 @@ std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
                 report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
                        {"an instance", "DATA; before it", "read as if it stood there"});
             } else if (next == ';' || next == '(') {
+                checkCase(keyword);
+                if (const std::string wrong = m_dataSections.next(opening); !wrong.empty())
+                    report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
+                           {quotedHere(end), wrong, kReadAllTheSame});
                 m_place = end;
             } else {
                 report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
@@ -166,6 +221,7 @@ std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
             }
         } else if (keyword == "END-ISO-10303-21") {
             if (!m_layout.hasDataSection) m_layout.dataEnd = offset();
+            checkAlone(end);
             m_place = end;
             opaqueFrom = offset();
             readTrailing();
@@ -177,6 +233,9 @@ std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
     records.finish(progress);
     const std::uint64_t size = m_window.readToEnd();
     m_layout.noteOpaque(opaqueFrom, size);
+    if (m_window.firstZero() != Window::kNoZero)
+        m_report.add(findingAt(KpIfcFinding::textEncoding, KpIfcSeverity::warning, m_window.firstZero(),
+                               {"a zero byte, the first in the file", "none: what stood there may be lost"}));
     locateFindings(progress);
     return size;
 }
@@ -197,14 +256,40 @@ void FileReader::readOtherSection(const char* end) {
         reportKept("section " + keyword);
     else
         report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, {quotedHere(end), "a section", "kept as text"});
+    if (known) {
+        const bool isTwice =
+            std::find(m_otherSections.begin(), m_otherSections.end(), keyword) != m_otherSections.end();
+        const bool isLate = m_layout.hasDataSection || (keyword == "ANCHOR" && !m_otherSections.empty());
+        if (isTwice || isLate)
+            report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
+                   {"section " + keyword + " here", "one in the order ANCHOR, REFERENCE, DATA", kReadAllTheSame});
+        if (!isTwice) m_otherSections.push_back(keyword);
+        checkAlone(end);
+    }
     std::string text = statement(end);
     const std::uint64_t begin = offset();
     m_place = end;
-    while (known && nextStatement(end)) {
-        const bool last = keywordOf(m_place) == "ENDSEC";
+    bool ended = !known;
+    SectionItems items(keyword);
+    while (!ended && nextStatement(end)) {
+        const std::string next = keywordOf(m_place);
+        if (next == "DATA" || next == "ANCHOR" || next == "REFERENCE" || next == "END-ISO-10303-21") break;
+        ended = next == "ENDSEC";
+        if (ended)
+            checkAlone(end);
+        else if (!items.next({m_place, static_cast<std::size_t>(end - m_place)}))
+            report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
+                   {quotedHere(end), keyword == "ANCHOR" ? "<name>=value;" : "#name=<resource>;", "kept as text"});
         text += '\n' + statement(end);
         m_place = end;
-        if (last) break;
+    }
+    if (items.isWithin())
+        report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
+               {"the end of section " + keyword, "'>' of a name before it", "kept as text"});
+    if (!ended) {
+        report(KpIfcFinding::sectionStructure, KpIfcSeverity::warning,
+               {"the end of section " + keyword, "ENDSEC; before it", "read as if it stood there"});
+        text += "\nENDSEC;";
     }
     m_layout.noteOpaque(begin, offset());
     (m_frame.dataOpening.empty() ? m_frame.beforeData : m_frame.behindData) += text + '\n';
@@ -212,16 +297,20 @@ void FileReader::readOtherSection(const char* end) {
 
 /// What follows the end mark: signatures are kept, all else is no part of the file.
 void FileReader::readTrailing() {
-    if (!skipBlanks()) return;
-    if (keywordOf(m_place) == "SIGNATURE") {
+    const char* end = nullptr;
+    while (skipBlanks() && keywordOf(m_place) == "SIGNATURE" && nextStatement(end)) {
         reportKept("a signature");
-        const char* end = nullptr;
-        while (nextStatement(end)) {
-            m_frame.behindEnd += statement(end) + '\n';
-            m_place = end;
-        }
-        return;
+        const std::uint64_t begin = offset();
+        // An early semicolon ends the statement, not the section.
+        std::string text = statement(end);
+        while (!text.ends_with("ENDSEC;") && (m_place = end, nextStatement(end))) text += '\n' + statement(end);
+        if (!isSignature(text))
+            m_report.add(findingAt(KpIfcFinding::sectionStructure, KpIfcSeverity::warning, begin,
+                                   {quoted(text), "BASE64 up to ENDSEC;", "kept as text"}));
+        m_frame.behindEnd += text + '\n';
+        m_place = end ? end : m_window.end();
     }
+    if (!skipBlanks() && m_place == m_window.end()) return;
     report(KpIfcFinding::trailingText, KpIfcSeverity::warning,
            {quotedHere(m_window.end()) + " behind END-ISO-10303-21;", "the end of the file", "no part of the model"});
     while (m_window.refill(m_place = m_window.end())) {
@@ -237,14 +326,16 @@ void FileReader::locateFindings(ProgressMeter& progress) {
     progress.beginBytes(KpIfcStage::locating, m_source.fileSize());
     std::vector<char> buffer(Window::kReach);
     std::uint64_t offset = 0;
+    char lineEnd = '\n';
     std::uint64_t line = 1;
     std::uint64_t lineStart = 0;
     auto next = entries.begin();
     for (std::size_t got; next != entries.end() && (got = m_source.read(buffer.data(), buffer.size())) != 0;) {
         const char* p = buffer.data();
+        if (offset == 0 && !std::memchr(p, '\n', got)) lineEnd = '\r'; // lines that end in carriage returns only
         for (; next != entries.end() && next->offset < offset + got; ++next) {
             const char* const place = buffer.data() + (next->offset - offset);
-            while (const void* found = std::memchr(p, '\n', static_cast<std::size_t>(place - p))) {
+            while (const void* found = std::memchr(p, lineEnd, static_cast<std::size_t>(place - p))) {
                 p = static_cast<const char*>(found) + 1;
                 ++line;
                 lineStart = offset + static_cast<std::uint64_t>(p - buffer.data());
@@ -254,7 +345,7 @@ void FileReader::locateFindings(ProgressMeter& progress) {
             next->column = next->offset - lineStart + 1;
         }
         const char* const behind = buffer.data() + got;
-        while (const void* found = std::memchr(p, '\n', static_cast<std::size_t>(behind - p))) {
+        while (const void* found = std::memchr(p, lineEnd, static_cast<std::size_t>(behind - p))) {
             p = static_cast<const char*>(found) + 1;
             ++line;
             lineStart = offset + static_cast<std::uint64_t>(p - buffer.data());

@@ -7,10 +7,12 @@
 #include "part21/FileFrame.h"
 #include "part21/Findings.h"
 #include "part21/ProgressMeter.h"
+#include "part21/Sections.h"
 #include "part21/Window.h"
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace KP_SDAI {
 
@@ -36,6 +38,11 @@ private:
     bool skipBlanks();
     bool readHeaderRecord(const char* end);
     void readOtherSection(const char* end);
+    void reportTexts(const std::string& keyword, unsigned issues);
+    /// Reports the keyword of a statement where it is not in upper case.
+    void checkCase(const std::string& keyword);
+    /// Reports where a statement is more than its keyword.
+    void checkAlone(const char* end);
     void readTrailing();
     void locateFindings(ProgressMeter& progress);
     std::string statement(const char* end) const;
@@ -52,6 +59,8 @@ private:
     KpIfcHeader& m_header;
     FileFrame& m_frame;
     KpIfcReport& m_report;
+    DataSections m_dataSections{KpIfcHeader()}; ///< from the end of the header section on
+    std::vector<std::string> m_otherSections;   ///< keywords of those that came so far
     std::string m_error;
 };
 

@@ -1,4 +1,6 @@
 #include <KpIfcCore/Consts.h>
+#include <KpIfcCore/KpIfcGUID.h>
+#include <KpIfcCore/KpIfcGlobalIds.h>
 #include <KpIfcCore/KpSpfFilerBase.h>
 #include <KpIfcCore/KpTextCase.h>
 
@@ -35,7 +37,12 @@ KP::ErrorStatus KpSpfFilerBase::rdLimitedString(char* buffer, int length, bool, 
     const std::size_t taken = text.size() < size ? text.size() : size;
     std::memcpy(buffer, text.data(), taken);
     std::memset(buffer + taken, 0, size + 1 - taken);
-    if (text.size() == size && text.find('\0') == std::string_view::npos) return KP::eOk;
+    if (text.size() == size && text.find('\0') == std::string_view::npos) {
+        if (length == KpIfcGUID::kLength && !isGlobalId(text))
+            issue(KpIfcFinding::globalId, KpIfcSeverity::warning, false,
+                  "22 of the characters 0-9A-Za-z_$, the first one of 0-3");
+        return KP::eOk;
+    }
     issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, true, "a text of the right length");
     return KP::eInvalidInput;
 }

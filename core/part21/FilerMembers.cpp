@@ -3,6 +3,9 @@
 
 using namespace KP_SDAI;
 
+// The standard knows "$" in arrays of optional elements only, which IFC does not have; members hold it all the same.
+static constexpr const char kNoUnsetMember[] = "no '$' in an aggregate";
+
 KpSpfFilerBase::AggregateStart KpSpfFilerBase::beginAggregate(bool optional, bool separator) {
     if (!beginField(separator)) return AggregateStart::none;
     if (*m_cur == '(') {
@@ -47,14 +50,18 @@ KP::ErrorStatus KpSpfFilerBase::rdPrimitive(double& value, bool separator) {
     if (!beginMember(separator)) return KP::eInvalidInput;
     if (readReal(value) && value != Consts::KpRealUnset) return KP::eOk;
     value = Consts::KpRealUnset;
-    return atUnset() ? KP::eOk : wrongValue("a number");
+    if (!atUnset()) return wrongValue("a number");
+    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    return KP::eOk;
 }
 
 KP::ErrorStatus KpSpfFilerBase::rdPrimitive(int& value, bool separator) {
     if (!beginMember(separator)) return KP::eInvalidInput;
     if (readInt(value) && value != Consts::KpIntUnset) return KP::eOk;
     value = Consts::KpIntUnset;
-    return atUnset() ? KP::eOk : wrongValue("an integer");
+    if (!atUnset()) return wrongValue("an integer");
+    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    return KP::eOk;
 }
 
 KP::ErrorStatus KpSpfFilerBase::rdPrimitive(KpAnsiString& value, bool separator) {
@@ -66,7 +73,9 @@ KP::ErrorStatus KpSpfFilerBase::rdPrimitive(KpAnsiString& value, bool separator)
         return KP::eOk;
     }
     value = KpAnsiString::unset();
-    return atUnset() ? KP::eOk : wrongValue("a text");
+    if (!atUnset()) return wrongValue("a text");
+    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    return KP::eOk;
 }
 
 KP::ErrorStatus KpSpfFilerBase::rdBinary(KpAnsiString& value, bool separator) {
@@ -77,18 +86,23 @@ KP::ErrorStatus KpSpfFilerBase::rdBinary(KpAnsiString& value, bool separator) {
         return KP::eOk;
     }
     value = KpAnsiString::unset();
-    return atUnset() ? KP::eOk : wrongValue("a binary");
+    if (!atUnset()) return wrongValue("a binary");
+    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    return KP::eOk;
 }
 
 KP::ErrorStatus KpSpfFilerBase::rdPrimitive(KpDbObjectId& value, bool separator) {
     if (!beginMember(separator)) return KP::eInvalidInput;
     if (readReference(value)) return KP::eOk;
     value.setNull();
-    return atUnset() ? KP::eOk : wrongValue("a reference");
+    if (!atUnset()) return wrongValue("a reference");
+    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    return KP::eOk;
 }
 
 KP::ErrorStatus KpSpfFilerBase::rdPrimitive(KpIfcSelect& value, bool separator) {
     if (!beginMember(separator)) return KP::eInvalidInput;
     value.nullify();
+    if (*m_cur == '$') issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
     return readSelect(value) ? KP::eOk : KP::eInvalidInput;
 }

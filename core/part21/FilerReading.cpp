@@ -75,6 +75,8 @@ bool KpSpfFilerBase::endField(const char* expected) {
 
 void KpSpfFilerBase::issue(KpIfcFinding finding, KpIfcSeverity severity, bool keep, const char* expected) {
     if (m_broken) return;
+    if (!keep && !m_issues.empty() && m_issues.back().expected == expected && m_issues.back().field == m_field - 1)
+        return;
     m_issues.push_back({finding, severity, keep, m_field - 1, m_fieldStart, m_cur, expected});
 }
 
@@ -99,6 +101,9 @@ bool KpSpfFilerBase::skipParameter() {
 /// The parameter cannot be held by its member: its text is kept, reading goes on behind it.
 KP::ErrorStatus KpSpfFilerBase::wrongValue(const char* expected, KpIfcFinding finding) {
     m_fieldFailed = true;
+    while (!m_issues.empty() && m_issues.back().finding == KpIfcFinding::spelling &&
+           m_issues.back().field == m_field - 1)
+        m_issues.pop_back(); // there is worse to say
     if (!m_broken && skipParameter()) issue(finding, KpIfcSeverity::warning, true, expected);
     return KP::eInvalidInput;
 }

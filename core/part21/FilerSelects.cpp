@@ -1,7 +1,9 @@
 #include <KpIfcCore/Consts.h>
 #include <KpIfcCore/KpSpfFilerBase.h>
 
+#include "part21/FieldIssue.h"
 #include "part21/Lexer.h"
+#include "part21/Spelling.h"
 
 using namespace KP_SDAI;
 
@@ -51,6 +53,8 @@ bool KpSpfFilerBase::readTyped(KpIfcSelect& value) {
         return false;
     }
     skipBlanks();
+    if (hasLowerCase(name.constStr()))
+        issue(KpIfcFinding::spelling, KpIfcSeverity::warning, false, "the name of a type in upper case");
     m_nested = true;
     const bool read = readTypedValue(value, name);
     m_nested = false;
@@ -74,7 +78,11 @@ bool KpSpfFilerBase::readTypedValue(KpIfcSelect& value, const KpAnsiString& name
     switch (value.valueKind()) {
     case kTypeReal: {
         double number = 0;
+        const char* const begin = m_cur;
+        const std::size_t issues = m_issues.size();
         if (!readReal(number) || number == Consts::KpRealUnset) return false;
+        if (m_issues.size() > issues && isNumberType(name.constStr()) && lexer::isInteger(begin, m_cur))
+            m_issues.pop_back(); // NUMBER takes integers, too
         value.storeDouble(number);
         return true;
     }

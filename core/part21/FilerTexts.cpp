@@ -14,6 +14,10 @@ namespace {
 constexpr std::size_t kCacheSize = 1 << 14;
 constexpr std::size_t kLongestShared = 48;
 
+constexpr const char kEncoded[] = "it encoded by \\X2\\";
+constexpr const char kPartOfText[] = "taken as a part of the text";
+constexpr const char kUnderstood[] = "taken as what it stands for";
+
 std::size_t hashOf(std::string_view text) {
     std::uint64_t hash = text.size() * 0x9E3779B97F4A7C15u;
     const char* p = text.data();
@@ -65,9 +69,17 @@ bool KpSpfFilerBase::readText(std::string_view& text) {
     if (issues & KpStepText::kBadCodePoint)
         textIssue(KpIfcSeverity::warning, m_data.utf8, "a code point that does not exist",
                   "one up to 10FFFF that is no surrogate", kTextKept);
+    if (issues & KpStepText::kLineEnd)
+        textIssue(KpIfcSeverity::note, false, "a tab or line end in a text", kEncoded, kPartOfText);
     if (issues & KpStepText::kControl)
-        textIssue(KpIfcSeverity::note, false, "a control character or line end in a text", "it encoded by \\X2\\",
-                  "taken as a part of the text");
+        textIssue(KpIfcSeverity::warning, false, "a control character in a text", kEncoded, kPartOfText);
+    if (issues & KpStepText::kLowerHex)
+        textIssue(KpIfcSeverity::warning, false, "hexadecimal digits in lower case in a text", "upper case",
+                  kUnderstood);
+    if (issues & KpStepText::kEmptyRun)
+        textIssue(KpIfcSeverity::warning, false, "a run of no characters in a text", "one at least", kUnderstood);
+    if (issues & KpStepText::kSurrogates)
+        textIssue(KpIfcSeverity::warning, false, "a surrogate pair in a text", "the character by \\X4\\", kUnderstood);
     return true;
 }
 

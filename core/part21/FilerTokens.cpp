@@ -1,7 +1,9 @@
+#include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include "model/ModelData.h"
 #include "part21/Lexer.h"
+#include "part21/Spelling.h"
 
 #include <charconv>
 
@@ -11,6 +13,15 @@ using namespace KP_SDAI;
 
 static constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                           1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// True where the current field is declared by a type over NUMBER, which takes integers, too; the dictionary knows
+/// these types as ones over REAL.
+static bool takesIntegers(const KpIfcEntityBase& instance, std::uint32_t field) {
+    const KpIfcEntityType* const type = instance.getInstanceType();
+    if (field >= type->recordFields().size()) return false;
+    const KpIfcAttributeDefinition* const attribute = type->findAttribute(type->recordFields()[field]->name);
+    return attribute && isNumberType(attribute->typeText());
+}
 
 /// A number; integers are numbers too. The common short decimal is converted exactly without the general algorithm.
 bool KpSpfFilerBase::readReal(double& value) {
@@ -23,22 +34,27 @@ bool KpSpfFilerBase::readReal(double& value) {
     while (lexer::isDigit(*p)) mantissa = mantissa * 10 + static_cast<unsigned>(*p++ - '0');
     std::ptrdiff_t count = p - digits;
     std::ptrdiff_t fraction = 0;
+    bool hasForm = true;
     if (*p == '.') {
         const char* const point = ++p;
         while (lexer::isDigit(*p)) mantissa = mantissa * 10 + static_cast<unsigned>(*p++ - '0');
         fraction = p - point;
         count += fraction;
+    } else if (m_nested || *p == 'E' || *p == 'e' || !takesIntegers(*m_instance, m_field - 1)) {
+        hasForm = false;
     }
     if (count <= 19 && *p != 'E' && *p != 'e' && fraction <= 22 && mantissa <= (std::uint64_t{1} << 53)) {
         const double exact = static_cast<double>(mantissa) / kPowersOfTen[fraction];
         value = negative ? -exact : exact;
         m_cur = p;
+        if (!hasForm) issue(KpIfcFinding::spelling, KpIfcSeverity::warning, false, kRealForm);
         return true;
     }
     const std::from_chars_result result = std::from_chars(digits, m_end, value);
     if (result.ec != std::errc()) return false;
     if (negative) value = -value;
     m_cur = result.ptr;
+    if (*p == 'e' || !hasForm) issue(KpIfcFinding::spelling, KpIfcSeverity::warning, false, kRealForm);
     return true;
 }
 
@@ -72,6 +88,9 @@ bool KpSpfFilerBase::readBinaryText(std::string_view& text) {
     if (*p != '"') return false;
     text = {m_cur + 1, static_cast<std::size_t>(p - m_cur - 1)};
     m_cur = p + 1;
+    if (!isBinary(text))
+        issue(KpIfcFinding::spelling, KpIfcSeverity::warning, false,
+              "the number of unused bits (0 to 3), then hexadecimal digits in upper case");
     return true;
 }
 
@@ -82,5 +101,6 @@ bool KpSpfFilerBase::readDotted(std::string_view& literal) {
     if (end == begin || *end != '.') return false;
     literal = {begin, static_cast<std::size_t>(end - begin)};
     m_cur = end + 1;
+    if (hasLowerCase(literal)) issue(KpIfcFinding::spelling, KpIfcSeverity::warning, false, "a literal in upper case");
     return true;
 }

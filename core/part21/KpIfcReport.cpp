@@ -10,9 +10,9 @@ const char* findingName(KpIfcFinding finding) {
         "attribute-count",    "wrong-value",     "unknown-literal",   "wrong-alternative",
         "dangling-reference", "wrong-reference", "not-kept",          "abstract-entity",
         "text-encoding",      "instance-name",   "section-structure", "truncated",
-        "trailing-text",      "header",          "not-finite",        "missing-value",
-        "aggregate-size",     "repeated-member", "too-long",          "inverse-count",
-        "not-unique",         "global-id"};
+        "trailing-text",      "header",          "not-finite",        "spelling",
+        "global-id",          "not-unique",      "missing-value",     "aggregate-size",
+        "repeated-member",    "too-long",        "inverse-count"};
     static_assert(std::size(kNames) == static_cast<std::size_t>(KpIfcFinding::count_));
     return kNames[static_cast<std::size_t>(finding)];
 }

@@ -1,6 +1,7 @@
 #include <KpIfcCore/KpStepText.h>
 
 #include "part21/CodePages.h"
+#include "part21/Spelling.h"
 
 #include <charconv>
 #include <cstdint>
@@ -86,6 +87,8 @@ std::size_t runLength(std::string_view text, std::size_t digits) {
 /// Decodes a well-formed run of code units of `digits` digits, its \X0\ included.
 void decodeRun(std::string_view run, std::size_t digits, std::string& out, unsigned& issues) {
     run.remove_suffix(4);
+    if (run.empty()) issues |= kEmptyRun;
+    if (hasLowerCase(run)) issues |= kLowerHex;
     std::uint32_t high = 0; // the first half of a surrogate pair, waiting for the second
     const auto replace = [&] {
         appendUtf8(out, 0xFFFD);
@@ -96,6 +99,7 @@ void decodeRun(std::string_view run, std::size_t digits, std::string& out, unsig
         hexNumber(run, digits, unit);
         if (high && unit >= 0xDC00 && unit < 0xE000) {
             appendUtf8(out, 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00));
+            issues |= kSurrogates;
             high = 0;
             continue;
         }
@@ -146,7 +150,10 @@ void decode(std::string_view encoded, std::string& out, unsigned& issues) {
                 appendUtf8(out, byte);
             ++i;
         } else if (byte != '\\') {
-            if (byte < 0x20) issues |= kControl;
+            if (byte == '\t' || byte == '\n' || byte == '\r')
+                issues |= kLineEnd;
+            else if (byte < 0x20 || byte == 0x7F)
+                issues |= kControl;
             out += rest[0];
             ++i;
         } else if (rest.substr(0, 2) == "\\\\") {
@@ -164,6 +171,7 @@ void decode(std::string_view encoded, std::string& out, unsigned& issues) {
                 page = rest[2];
             } else if (rest[2] == '\\') {
                 hexNumber(rest.substr(3), 2, value);
+                if (hasLowerCase(rest.substr(3, 2))) issues |= kLowerHex;
                 appendUtf8(out, value);
             } else {
                 decodeRun(rest.substr(4, length - 4), rest[2] == '2' ? 4 : 8, out, issues);

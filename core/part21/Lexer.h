@@ -41,6 +41,13 @@ inline bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+/// True where [p, end) spells an integer.
+inline bool isInteger(const char* p, const char* end) {
+    if (*p == '+' || *p == '-') ++p;
+    while (p < end && isDigit(*p)) ++p;
+    return p == end;
+}
+
 inline bool endsParameter(char c) {
     return c == ',' || c == ')';
 }

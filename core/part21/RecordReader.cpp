@@ -5,6 +5,7 @@
 #include "part21/Lexer.h"
 #include "part21/RecordWriter.h"
 #include "part21/ReferenceText.h"
+#include "part21/Spelling.h"
 
 #include <KpIfcCore/KpIfcEntityType.h>
 
@@ -89,6 +90,9 @@ bool RecordReader::readSection(const char*& place) {
             isFrame ? lexer::recordEnd(begin, m_window.end()) : damagedRecordEnd(begin, m_window.end());
         if (!end && m_window.refill(place)) continue;
         if (!end) return false;
+        if (isFrame && hasLowerCase({begin, static_cast<std::size_t>(lexer::keywordEnd(begin) - begin)}))
+            m_report.add(findingAt(KpIfcFinding::spelling, KpIfcSeverity::warning, m_window.offsetOf(begin),
+                                   {"the end of a section", "ENDSEC; in upper case", kReadAllTheSame}));
         if (*begin == '#') {
             keepRecord(begin, end, failure);
         } else if (isStatement(begin, end, "ENDSEC")) {
@@ -165,7 +169,9 @@ bool RecordReader::readRecord(const char*& place, Failure& failure) {
     p = lexer::keywordEnd(p);
     if (p == keyword) return fail(p, "the name of an entity");
     const std::string_view entity(keyword, static_cast<std::size_t>(p - keyword));
-    const KpIfcEntityType* type = m_names.find(entity, m_data.schema());
+    const KpIfcEntityType* type = m_names.find(entity);
+    m_isMisspelled = !type && hasLowerCase(entity);
+    if (m_isMisspelled) type = m_data.schema().findEntity(entity);
     if (!type) {
         failure.entity = entity;
         failure.finding = KpIfcFinding::unknownEntity;
@@ -264,6 +270,8 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
     }
     m_data.bind(slot, instance);
     if (!type.counterparts().empty()) m_referring.push_back(instance);
+    m_globalIds.note(*instance, m_filer.m_recordOffset);
+    if (m_isMisspelled) report(KpIfcFinding::spelling, {"the name of an entity", "it in upper case", kReadAllTheSame});
     if (type.isAbstract())
         report(KpIfcFinding::abstractEntity,
                {"an instance of an abstract entity", "one of its subtypes", kReadAllTheSame});
@@ -343,6 +351,7 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
 
 void RecordReader::finish(ProgressMeter& progress) {
     LateReferences(m_data, m_report).look(m_filer.m_pending, progress);
+    m_globalIds.look(m_report);
     m_filer.m_pending.clear();
     m_data.table.sortSparse();
     enterInverses(progress);

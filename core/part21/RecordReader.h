@@ -6,6 +6,7 @@
 #include "model/ModelData.h"
 #include "part21/EntityNames.h"
 #include "part21/Findings.h"
+#include "part21/GlobalIdCheck.h"
 #include "part21/ProgressMeter.h"
 #include "part21/Window.h"
 
@@ -57,8 +58,10 @@ private:
     KpIfcReport& m_report;
     EntityNames m_names;
     KpSpfFilerBase m_filer;
+    GlobalIdCheck m_globalIds;
     std::vector<KpIfcEntityBase*> m_referring; ///< instances that inverse attributes are about
     bool m_tooManyParameters = false;
+    bool m_isMisspelled = false; ///< the keyword of the record that is being read is not in upper case
     std::uint64_t m_sectionEnd = 0;
     const char* m_end = nullptr;     ///< how far the record that is being read may look
     std::uint64_t m_openComment = 0; ///< a comment before this offset did not end before it

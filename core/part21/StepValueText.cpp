@@ -8,16 +8,16 @@ namespace {
 
 constexpr int kDeepest = 100;
 
-const char* readValues(const char* p, const char* end, std::vector<KpStepValue>& values, int depth);
+const char* readValues(const char* p, const char* end, std::vector<KpStepValue>& values, int depth, unsigned& issues);
 
-const char* readValue(const char* p, const char* end, KpStepValue& value, int depth) {
+const char* readValue(const char* p, const char* end, KpStepValue& value, int depth, unsigned& issues) {
     using Kind = KpStepValue::Kind;
     const char* const begin = p;
     if (*p == '\'') {
         p = KpStepText::stringEnd(p + 1, end);
         if (!p) return nullptr;
         value.kind = Kind::string;
-        value.text = KpStepText::decode({begin + 1, static_cast<std::size_t>(p - begin - 2)});
+        KpStepText::decode({begin + 1, static_cast<std::size_t>(p - begin - 2)}, value.text, issues);
         return p;
     }
     if (*p == '$' || *p == '*') {
@@ -26,14 +26,14 @@ const char* readValue(const char* p, const char* end, KpStepValue& value, int de
     }
     if (*p == '(') {
         value.kind = Kind::list;
-        return depth < kDeepest ? readValues(p + 1, end, value.items, depth + 1) : nullptr;
+        return depth < kDeepest ? readValues(p + 1, end, value.items, depth + 1, issues) : nullptr;
     }
     if (lexer::isKeywordStart(*p)) {
         p = lexer::keywordEnd(p);
         value.kind = Kind::typed;
         value.text.assign(begin, p);
         p = lexer::skipBlanks(p, end);
-        return *p == '(' && depth < kDeepest ? readValues(p + 1, end, value.items, depth + 1) : nullptr;
+        return *p == '(' && depth < kDeepest ? readValues(p + 1, end, value.items, depth + 1, issues) : nullptr;
     }
     if (*p == '.' || *p == '"') {
         const char quote = *p;
@@ -51,11 +51,11 @@ const char* readValue(const char* p, const char* end, KpStepValue& value, int de
     return p;
 }
 
-const char* readValues(const char* p, const char* end, std::vector<KpStepValue>& values, int depth) {
+const char* readValues(const char* p, const char* end, std::vector<KpStepValue>& values, int depth, unsigned& issues) {
     p = lexer::skipBlanks(p, end);
     if (*p == ')') return p + 1;
     for (;;) {
-        p = readValue(p, end, values.emplace_back(), depth);
+        p = readValue(p, end, values.emplace_back(), depth, issues);
         if (!p) return nullptr;
         p = lexer::skipBlanks(p, end);
         if (*p == ')') return p + 1;
@@ -66,8 +66,8 @@ const char* readValues(const char* p, const char* end, std::vector<KpStepValue>&
 
 } // namespace
 
-const char* readStepValues(const char* p, const char* end, std::vector<KpStepValue>& values) {
-    return readValues(p, end, values, 0);
+const char* readStepValues(const char* p, const char* end, std::vector<KpStepValue>& values, unsigned& textIssues) {
+    return readValues(p, end, values, 0, textIssues);
 }
 
 static void writeStepValue(const KpStepValue& value, std::string& out) {
@@ -106,7 +106,8 @@ bool KpStepValue::read(std::string_view text, KpStepValue& value) {
     const std::string ended(text); // a zero stands behind it
     const char* const end = ended.c_str() + ended.size();
     value = {};
-    const char* const p = readValue(lexer::skipBlanks(ended.c_str(), end), end, value, 0);
+    unsigned issues = 0;
+    const char* const p = readValue(lexer::skipBlanks(ended.c_str(), end), end, value, 0, issues);
     return p && lexer::skipBlanks(p, end) == end;
 }
 

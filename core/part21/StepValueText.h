@@ -8,7 +8,8 @@ namespace KP_SDAI {
 
 /// Reads the parameters of a record without a schema, from behind its '(' at `p` to its ')'. Returns the place behind
 /// that; null where the text is not well formed.
-const char* readStepValues(const char* p, const char* end, std::vector<KpStepValue>& values);
+/// Adds to `textIssues` what decoding texts met (KpStepText::Issue).
+const char* readStepValues(const char* p, const char* end, std::vector<KpStepValue>& values, unsigned& textIssues);
 
 /// Writes values, separated by commas, as files have them.
 void writeStepValues(const std::vector<KpStepValue>& values, std::string& out);

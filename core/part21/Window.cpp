@@ -16,6 +16,8 @@ bool Window::refill(const char*& place) {
         m_buffer.resize((m_buffer.size() < kSize ? kSize : m_buffer.size() * 2) + kZeros);
     const std::size_t got = m_source.read(m_buffer.data() + kept, m_buffer.size() - kZeros - kept);
     m_length = kept + got;
+    if (const void* zero = m_firstZero == kNoZero ? std::memchr(m_buffer.data() + kept, 0, got) : nullptr)
+        m_firstZero = offsetOf(static_cast<const char*>(zero));
     std::memset(m_buffer.data() + m_length, 0, kZeros);
     m_ended = got == 0;
     place = m_buffer.data();

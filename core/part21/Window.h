@@ -27,6 +27,9 @@ public:
     /// Reads what is left; returns the size of the source.
     std::uint64_t readToEnd();
     SourceLayout& layout() const { return m_layout; }
+    /// Offset of the first zero byte that was read; kNoZero where there was none.
+    std::uint64_t firstZero() const { return m_firstZero; }
+    static constexpr std::uint64_t kNoZero = UINT64_MAX;
     /// True once a refill has found the end of the source: all that is left stands in the window.
     bool hasEnded() const { return m_ended; }
     /// So many bytes behind any place, at least, can be had by a refill.
@@ -44,6 +47,7 @@ private:
     std::vector<char> m_buffer = std::vector<char>(kZeros);
     std::size_t m_length = 0;
     std::uint64_t m_offset = 0;
+    std::uint64_t m_firstZero = kNoZero;
     bool m_ended = false;
 };
 

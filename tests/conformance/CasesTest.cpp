@@ -10,6 +10,7 @@
 #include <cctype>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 
 namespace fs = std::filesystem;
 using namespace KP_SDAI;
@@ -32,8 +33,27 @@ std::vector<fs::path> cases() {
     return found;
 }
 
+/// Cases whose expectations say what should be, but is not yet, with the reasons: lines "GROUP/NAME REASON".
+std::map<std::string, std::string> knownFailures() {
+    std::map<std::string, std::string> found;
+    std::ifstream file(kCases.parent_path() / "known_failures.txt");
+    EXPECT_TRUE(file.is_open());
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty() && line[0] != '#') {
+            const std::size_t space = line.find(' ');
+            EXPECT_NE(space, std::string::npos) << line << ": has no reason";
+            EXPECT_TRUE(found.emplace(line.substr(0, space), line.substr(space)).second) << line << ": stands twice";
+        }
+    }
+    return found;
+}
+
+std::string relativeName(const fs::path& path) {
+    return fs::relative(path, kCases).replace_extension().generic_string();
+}
+
 std::string caseName(const testing::TestParamInfo<fs::path>& info) {
-    std::string name = fs::relative(info.param, kCases).replace_extension().string();
+    std::string name = relativeName(info.param);
     std::replace_if(
         name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
     return name;
@@ -79,6 +99,14 @@ TEST_P(CasesTest, ReadsAndWrites) {
     const bool isOpen = open(file, content, expected.textsEncoded);
     const std::vector<std::string> lines = Expectation::linesOf(file, isOpen);
     const std::string output = isOpen ? saved(file) : std::string();
+    static const std::map<std::string, std::string> failures = knownFailures();
+    if (failures.count(relativeName(GetParam()))) {
+        const bool refusedAlike =
+            file.error().empty() == expected.error.empty() && file.error().find(expected.error) != std::string::npos;
+        EXPECT_FALSE(refusedAlike && lines == expected.lines && (!isOpen || output == expectedOutput()))
+            << "is as it should be: take it off known_failures.txt";
+        return;
+    }
     if (std::getenv("KP_RECORD_CASES")) {
         record(expected, lines, file.error(), output);
         return;
@@ -116,6 +144,12 @@ TEST_P(CasesTest, StaysAsItIs) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, CasesTest, testing::ValuesIn(cases()), caseName);
+
+TEST(Cases, KnownFailuresAreCases) {
+    for (const auto& [name, reason] : knownFailures()) {
+        EXPECT_TRUE(fs::exists(kCases / (name + ".ifc"))) << name << " is no case";
+    }
+}
 
 TEST(Cases, HaveNoLeftovers) {
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(kCases)) {

@@ -38,14 +38,15 @@ enum class KpIfcFinding : std::uint8_t {
     trailingText,      ///< text behind the end mark; not part of the file
     header,            ///< a header record that is missing or not as the standard wants it
     notFinite,         ///< a number that files cannot express; written as unset
+    spelling,          ///< something that is understood, but spelled otherwise than the standard wants it
+    globalId,          ///< a GlobalId that is not of the form of one
+    notUnique,         ///< values that another instance has, too, against a rule of uniqueness; reading: GlobalIds only
     // Those that only checking gives (KpIfcCheck.h).
     missingValue,   ///< no value where the schema wants one
     aggregateSize,  ///< an aggregate with fewer or more elements than its bounds allow
     repeatedMember, ///< an element that stands twice where the schema wants different ones
     tooLong,        ///< a value that is longer than its type allows
     inverseCount,   ///< fewer or more referrers than an inverse attribute allows
-    notUnique,      ///< values that another instance has, too, against a rule of uniqueness
-    globalId,       ///< a GlobalId that is not of the form of one
     count_
 };
 

@@ -18,7 +18,11 @@ enum Issue : unsigned {
     kRawLatin1 = 2,    ///< bytes above 127 that are not; taken as ISO 8859-1
     kBadDirective = 4, ///< a reverse solidus that opens no directive, or one cut short; kept as text
     kBadCodePoint = 8, ///< half of a surrogate pair, or beyond U+10FFFF; replaced by U+FFFD
-    kControl = 16      ///< control characters inside the text, such as line ends; kept
+    kControl = 16,     ///< control characters inside the text other than tabs and line ends; kept
+    kLineEnd = 32,     ///< tabs and line ends inside the text; kept
+    kLowerHex = 64,    ///< hexadecimal digits in lower case
+    kEmptyRun = 128,   ///< \X2\ or \X4\ with nothing behind it
+    kSurrogates = 256  ///< a surrogate pair, read as the character that it stands for
 };
 
 /// The UTF-8 text of what stands between the apostrophes of a string. Doubled apostrophes and solidi and the directives

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <KpIfcCore/KpIfcEntityBase.h>
+#include <KpIfcCore/KpIfcReport.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace KP_SDAI {
+
+/// Finds GlobalIds that stand twice in a file.
+class GlobalIdCheck {
+public:
+    /// Notes an instance that was read from `offset`, if it has a GlobalId.
+    void note(KpIfcEntityBase& instance, std::uint64_t offset);
+    /// Reports all but the first of each GlobalId, and forgets what was noted. Instances that are no longer the ones of
+    /// their names do not count.
+    void look(KpIfcReport& report);
+
+private:
+    struct Noted {
+        KpIfcEntityBase* instance;
+        std::uint64_t offset;
+    };
+    std::vector<Noted> m_noted;
+};
+
+} // namespace KP_SDAI
