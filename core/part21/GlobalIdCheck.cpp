@@ -14,19 +14,19 @@ namespace KP_SDAI {
 namespace {
 
 /// The attribute that holds the GlobalId: the first of all entities that have one. Null where the entity has none.
-const KpIfcAttributeFacts* globalIdOf(const KpIfcEntityBase& instance) {
-    const auto& fields = instance.getInstanceType()->recordFields();
+const KpIfcAttributeFacts* globalIdOf(const KpIfcEntityType& type) {
+    const auto& fields = type.recordFields();
     return !fields.empty() && fields[0]->kind == KpIfcFieldKind::guid ? fields[0] : nullptr;
 }
 
 std::string_view textOf(KpIfcEntityBase& instance) {
-    return (instance.*globalIdOf(instance)->member.guid).constStr();
+    return (instance.*globalIdOf(*instance.getInstanceType())->member.guid).constStr();
 }
 
 } // namespace
 
-void GlobalIdCheck::note(KpIfcEntityBase& instance, std::uint64_t offset) {
-    const KpIfcAttributeFacts* const row = globalIdOf(instance);
+void GlobalIdCheck::note(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::uint64_t offset) {
+    const KpIfcAttributeFacts* const row = globalIdOf(type);
     if (row && !(instance.*row->member.guid).isUnset()) m_noted.push_back({&instance, offset});
 }
 

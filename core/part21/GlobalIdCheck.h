@@ -12,7 +12,7 @@ namespace KP_SDAI {
 class GlobalIdCheck {
 public:
     /// Notes an instance that was read from `offset`, if it has a GlobalId.
-    void note(KpIfcEntityBase& instance, std::uint64_t offset);
+    void note(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::uint64_t offset);
     /// Reports all but the first of each GlobalId, and forgets what was noted. Instances that are no longer the ones of
     /// their names do not count.
     void look(KpIfcReport& report);

@@ -270,7 +270,7 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
     }
     m_data.bind(slot, instance);
     if (!type.counterparts().empty()) m_referring.push_back(instance);
-    m_globalIds.note(*instance, m_filer.m_recordOffset);
+    m_globalIds.note(type, *instance, m_filer.m_recordOffset);
     if (m_isMisspelled) report(KpIfcFinding::spelling, {"the name of an entity", "it in upper case", kReadAllTheSame});
     if (type.isAbstract())
         report(KpIfcFinding::abstractEntity,
