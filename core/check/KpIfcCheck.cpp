@@ -94,6 +94,7 @@ bool isToldAnew(KpIfcFinding finding, KpIfcSeverity severity) {
     switch (finding) {
     case KpIfcFinding::header:
     case KpIfcFinding::globalId:
+    case KpIfcFinding::missingValue:
     case KpIfcFinding::notUnique:
     case KpIfcFinding::wrongReference:
     case KpIfcFinding::abstractEntity: return true;

@@ -51,7 +51,7 @@ KP::ErrorStatus KpSpfFilerBase::rdPrimitive(double& value, bool separator) {
     if (readReal(value) && value != Consts::KpRealUnset) return KP::eOk;
     value = Consts::KpRealUnset;
     if (!atUnset()) return wrongValue("a number");
-    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    issue(KpIfcFinding::missingValue, KpIfcSeverity::warning, false, kNoUnsetMember);
     return KP::eOk;
 }
 
@@ -60,7 +60,7 @@ KP::ErrorStatus KpSpfFilerBase::rdPrimitive(int& value, bool separator) {
     if (readInt(value) && value != Consts::KpIntUnset) return KP::eOk;
     value = Consts::KpIntUnset;
     if (!atUnset()) return wrongValue("an integer");
-    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    issue(KpIfcFinding::missingValue, KpIfcSeverity::warning, false, kNoUnsetMember);
     return KP::eOk;
 }
 
@@ -74,7 +74,7 @@ KP::ErrorStatus KpSpfFilerBase::rdPrimitive(KpAnsiString& value, bool separator)
     }
     value = KpAnsiString::unset();
     if (!atUnset()) return wrongValue("a text");
-    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    issue(KpIfcFinding::missingValue, KpIfcSeverity::warning, false, kNoUnsetMember);
     return KP::eOk;
 }
 
@@ -87,7 +87,7 @@ KP::ErrorStatus KpSpfFilerBase::rdBinary(KpAnsiString& value, bool separator) {
     }
     value = KpAnsiString::unset();
     if (!atUnset()) return wrongValue("a binary");
-    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    issue(KpIfcFinding::missingValue, KpIfcSeverity::warning, false, kNoUnsetMember);
     return KP::eOk;
 }
 
@@ -96,13 +96,13 @@ KP::ErrorStatus KpSpfFilerBase::rdPrimitive(KpDbObjectId& value, bool separator)
     if (readReference(value)) return KP::eOk;
     value.setNull();
     if (!atUnset()) return wrongValue("a reference");
-    issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    issue(KpIfcFinding::missingValue, KpIfcSeverity::warning, false, kNoUnsetMember);
     return KP::eOk;
 }
 
 KP::ErrorStatus KpSpfFilerBase::rdPrimitive(KpIfcSelect& value, bool separator) {
     if (!beginMember(separator)) return KP::eInvalidInput;
     value.nullify();
-    if (*m_cur == '$') issue(KpIfcFinding::wrongValue, KpIfcSeverity::warning, false, kNoUnsetMember);
+    if (*m_cur == '$') issue(KpIfcFinding::missingValue, KpIfcSeverity::warning, false, kNoUnsetMember);
     return readSelect(value) ? KP::eOk : KP::eInvalidInput;
 }

@@ -200,7 +200,7 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
     const std::size_t pending = m_filer.m_pending.size();
     m_filer.m_issues.clear();
     m_filer.m_instance = instance;
-    m_filer.m_cur = place;
+    m_filer.m_cur = m_filer.m_fieldStart = place;
     m_filer.m_end = m_end;
     m_filer.m_field = 0;
     m_filer.m_broken = m_filer.m_missing = m_filer.m_ownsHeap = false;

