@@ -140,6 +140,7 @@ bool RecordReader::readRecord(const char*& place, Failure& failure) {
     failure.name = 0;
     failure.entity.clear();
     failure.found.clear();
+    failure.isAllowed = false;
 
     const char* p = place + 1;
     const char* const digits = p;
@@ -177,6 +178,12 @@ bool RecordReader::readRecord(const char*& place, Failure& failure) {
         failure.finding = KpIfcFinding::unknownEntity;
         failure.severity = KpIfcSeverity::warning;
         failure.found = excerpt(entity);
+        if (entity.starts_with('!')) { // clause 11: by agreement between sender and receiver
+            failure.severity = KpIfcSeverity::note;
+            failure.isAllowed = true;
+            failure.found += ", a user-defined entity";
+            return fail(keyword, "");
+        }
         return fail(keyword, "an entity of schema " + std::string(m_data.schema().name()));
     }
     p = lexer::skipBlanks(p, end);
@@ -330,6 +337,7 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     KpIfcReportEntry entry = findingAt(failure.finding, failure.severity, m_window.offsetOf(failure.place),
                                        {failure.found, failure.expected, "the record is kept as text"});
     entry.instanceName = failure.name;
+    entry.isAllowed = failure.isAllowed;
     entry.entity = excerpt(failure.entity);
     m_report.add(std::move(entry));
     std::string text(begin, end);

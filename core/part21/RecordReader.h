@@ -42,6 +42,7 @@ private:
         const char* place = nullptr;
         std::uint64_t name = 0;
         std::string entity;
+        bool isAllowed = false; ///< unusual, but as the standard wants it
     };
 
     bool readRecordWithin(const char*& place, Failure& failure);
