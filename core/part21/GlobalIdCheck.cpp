@@ -5,7 +5,10 @@
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcGUID.h>
 
-#include <algorithm>
+#define XXH_INLINE_ALL
+#include <xxhash.h>
+
+#include <bit>
 #include <string>
 #include <string_view>
 
@@ -27,32 +30,36 @@ std::string_view textOf(KpIfcEntityBase& instance) {
 
 void GlobalIdCheck::note(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::uint64_t offset) {
     const KpIfcAttributeFacts* const row = globalIdOf(type);
-    if (row && !(instance.*row->member.guid).isUnset()) m_noted.push_back({&instance, offset});
+    if (!row) return;
+    const std::string_view id = (instance.*row->member.guid).constStr();
+    if (!id.empty()) m_noted.push_back({&instance, offset, XXH3_64bits(id.data(), id.size())});
+}
+
+const GlobalIdCheck::Noted* GlobalIdCheck::firstOf(const Noted& one, std::vector<const Noted*>& table) const {
+    const auto counts = [](const Noted& noted) { return noted.instance->objectId().openObject() == noted.instance; };
+    for (std::size_t at = one.hash & (table.size() - 1);; at = (at + 1) & (table.size() - 1)) {
+        const Noted*& first = table[at];
+        if (!first) {
+            first = &one;
+            return nullptr;
+        }
+        if (first->hash != one.hash || textOf(*first->instance) != textOf(*one.instance)) continue;
+        if (!counts(one)) return nullptr;
+        if (counts(*first)) return first;
+        first = &one;
+        return nullptr;
+    }
 }
 
 void GlobalIdCheck::look(KpIfcReport& report) {
-    std::erase_if(m_noted, [](const Noted& one) {
-        return one.instance->objectId().openObject() != one.instance || textOf(*one.instance).empty();
-    });
-    const auto comesBefore = [](const Noted& a, const Noted& b) {
-        const int order = textOf(*a.instance).compare(textOf(*b.instance));
-        return order != 0 ? order < 0 : a.offset < b.offset;
-    };
-    std::sort(m_noted.begin(), m_noted.end(), comesBefore);
-    std::vector<std::pair<const Noted*, const Noted*>> twins; // with the first of the same GlobalId
-    const Noted* first = nullptr;
+    // A table that is at most half full; what is compared lies in it, so that no instance is touched but twins.
+    std::vector<const Noted*> table(std::bit_ceil(2 * m_noted.size() + 1));
     for (const Noted& one : m_noted) {
-        if (first && textOf(*first->instance) == textOf(*one.instance))
-            twins.emplace_back(&one, first);
-        else
-            first = &one;
+        if (const Noted* const first = firstOf(one, table))
+            report.add(findingOn(*one.instance, 0, KpIfcFinding::notUnique, KpIfcSeverity::warning, one.offset,
+                                 {'\'' + std::string(textOf(*one.instance)) + '\'',
+                                  "another GlobalId than that of " + labelOf(first->instance->objectId())}));
     }
-    std::sort(twins.begin(), twins.end(),
-              [](const auto& a, const auto& b) { return a.first->offset < b.first->offset; });
-    for (const auto& [one, other] : twins)
-        report.add(findingOn(*one->instance, 0, KpIfcFinding::notUnique, KpIfcSeverity::warning, one->offset,
-                             {'\'' + std::string(textOf(*one->instance)) + '\'',
-                              "another GlobalId than that of " + labelOf(other->instance->objectId())}));
     m_noted = {};
 }
 

@@ -21,7 +21,11 @@ private:
     struct Noted {
         KpIfcEntityBase* instance;
         std::uint64_t offset;
+        std::uint64_t hash; ///< of the GlobalId
     };
+    /// The first that is noted with the GlobalId of `one`; null, and noted as the first from now on, where none is.
+    const Noted* firstOf(const Noted& one, std::vector<const Noted*>& table) const;
+
     std::vector<Noted> m_noted;
 };
 
