@@ -30,7 +30,7 @@ std::string_view textOf(KpIfcEntityBase& instance) {
 
 void GlobalIdCheck::note(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::uint64_t offset) {
     const KpIfcAttributeFacts* const row = globalIdOf(type);
-    if (!row) return;
+    if (!row || (instance.*row->member.guid).isUnset()) return;
     const std::string_view id = (instance.*row->member.guid).constStr();
     if (!id.empty()) m_noted.push_back({&instance, offset, XXH3_64bits(id.data(), id.size())});
 }
