@@ -1,5 +1,6 @@
 #include <KpIfcCore/KpIfcGlobalIds.h>
 
+#include <array>
 #include <cstdint>
 #include <random>
 
@@ -43,6 +44,12 @@ constexpr bool isHyphenAt(std::size_t position) {
     return position == 8 || position == 13 || position == 18 || position == 23;
 }
 
+constexpr std::array<bool, 256> kIsDigit = [] {
+    std::array<bool, 256> isDigit{};
+    for (const char c : std::string_view(kDigits, 64)) isDigit[static_cast<unsigned char>(c)] = true;
+    return isDigit;
+}();
+
 } // namespace
 
 KpIfcGUID newGlobalId() {
@@ -54,9 +61,9 @@ KpIfcGUID newGlobalId() {
 
 bool isGlobalId(std::string_view text) {
     if (text.size() != KpIfcGUID::kLength || text[0] < '0' || text[0] > '3') return false;
-    for (const char c : text)
-        if (valueOf(c, std::string_view(kDigits, 64)) == 64) return false;
-    return true;
+    bool isOne = true; // reading asks this of every instance that has one
+    for (const char c : text) isOne &= kIsDigit[static_cast<unsigned char>(c)];
+    return isOne;
 }
 
 std::string uuidOfGlobalId(std::string_view globalId) {
