@@ -333,7 +333,9 @@ KpIfcReportEntry RecordReader::entryOf(const KpSpfFilerBase::FieldIssue& issue, 
 }
 
 void RecordReader::keepRecord(const char* begin, const char* end, Failure& failure) {
-    if (failure.found.empty()) failure.found = quoted({failure.place, static_cast<std::size_t>(end - failure.place)});
+    if (failure.found.empty()) // parsing may have gone on into what is taken for the next record
+        failure.found = failure.place < end ? quoted({failure.place, static_cast<std::size_t>(end - failure.place)})
+                                            : std::string("the end of the record");
     KpIfcReportEntry entry = findingAt(failure.finding, failure.severity, m_window.offsetOf(failure.place),
                                        {failure.found, failure.expected, "the record is kept as text"});
     entry.instanceName = failure.name;
