@@ -3,6 +3,7 @@
 #include "part21/Lexer.h"
 #include "part21/RecordReader.h"
 #include "part21/StepValueText.h"
+#include "part21/TextIssues.h"
 
 #include <algorithm>
 #include <cstring>
@@ -139,28 +140,10 @@ bool FileReader::readHeaderRecord(const char* end) {
 
 /// Reports what decoding the texts of a header record met (KpStepText::Issue).
 void FileReader::reportTexts(const std::string& keyword, unsigned issues) {
-    using namespace KpStepText;
-    constexpr unsigned kHarmless = kRawUtf8 | kLineEnd;
-    struct Kind {
-        unsigned flag;
-        const char* found;
-        const char* expected;
-    };
-    static constexpr Kind kKinds[] = {
-        {kRawUtf8, "UTF-8 in a text", "characters beyond ASCII by \\X2\\"},
-        {kRawLatin1, "bytes in a text that are no UTF-8", "characters beyond ASCII by \\X2\\"},
-        {kBadDirective, "a reverse solidus in a text that opens no directive", "two of them"},
-        {kBadCodePoint, "a code point that does not exist", "one up to 10FFFF that is no surrogate"},
-        {kLineEnd, "a tab or line end in a text", "it encoded by \\X2\\"},
-        {kControl, "a control character in a text", "it encoded by \\X2\\"},
-        {kLowerHex, "hexadecimal digits in lower case in a text", "upper case"},
-        {kEmptyRun, "a run of no characters in a text", "one at least"},
-        {kSurrogates, "a surrogate pair in a text", "the character by \\X4\\"}};
-    for (const Kind& kind : kKinds) {
+    for (const TextIssue& kind : kTextIssues) {
         if (!(issues & kind.flag)) continue;
         KpIfcReportEntry entry =
-            findingAt(KpIfcFinding::textEncoding, kind.flag & kHarmless ? KpIfcSeverity::note : KpIfcSeverity::warning,
-                      offset(), {kind.found, kind.expected, kReadAllTheSame});
+            findingAt(KpIfcFinding::textEncoding, kind.severity, offset(), {kind.found, kind.expected, kind.done});
         entry.entity = keyword;
         m_report.add(std::move(entry));
     }

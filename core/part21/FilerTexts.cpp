@@ -2,7 +2,7 @@
 #include <KpIfcCore/KpStepText.h>
 
 #include "model/ModelData.h"
-#include "part21/Findings.h"
+#include "part21/TextIssues.h"
 
 #include <cstring>
 
@@ -13,10 +13,6 @@ namespace {
 // Short texts recur; equal ones share one place. A direct-mapped cache finds nearly all of them at no growing cost.
 constexpr std::size_t kCacheSize = 1 << 14;
 constexpr std::size_t kLongestShared = 48;
-
-constexpr const char kEncoded[] = "it encoded by \\X2\\";
-constexpr const char kPartOfText[] = "taken as a part of the text";
-constexpr const char kUnderstood[] = "taken as what it stands for";
 
 std::size_t hashOf(std::string_view text) {
     std::uint64_t hash = text.size() * 0x9E3779B97F4A7C15u;
@@ -58,28 +54,13 @@ bool KpSpfFilerBase::readText(std::string_view& text) {
     unsigned issues = KpStepText::kNone;
     KpStepText::decode(encoded, m_decoded, issues);
     text = m_data.utf8 ? std::string_view(m_decoded) : encoded;
-    if (issues & KpStepText::kRawUtf8)
-        textIssue(KpIfcSeverity::note, false, "UTF-8 in a text", "characters beyond ASCII by \\X2\\", "taken as such");
-    if (issues & KpStepText::kRawLatin1)
-        textIssue(KpIfcSeverity::warning, false, "bytes in a text that are no UTF-8",
-                  "characters beyond ASCII by \\X2\\", "taken as ISO 8859-1");
-    if (issues & KpStepText::kBadDirective)
-        textIssue(KpIfcSeverity::warning, !m_data.utf8 && !KpStepText::isEncoded(encoded),
-                  "a reverse solidus in a text that opens no directive", "two of them", "taken as it is");
-    if (issues & KpStepText::kBadCodePoint)
-        textIssue(KpIfcSeverity::warning, m_data.utf8, "a code point that does not exist",
-                  "one up to 10FFFF that is no surrogate", kTextKept);
-    if (issues & KpStepText::kLineEnd)
-        textIssue(KpIfcSeverity::note, false, "a tab or line end in a text", kEncoded, kPartOfText);
-    if (issues & KpStepText::kControl)
-        textIssue(KpIfcSeverity::warning, false, "a control character in a text", kEncoded, kPartOfText);
-    if (issues & KpStepText::kLowerHex)
-        textIssue(KpIfcSeverity::warning, false, "hexadecimal digits in lower case in a text", "upper case",
-                  kUnderstood);
-    if (issues & KpStepText::kEmptyRun)
-        textIssue(KpIfcSeverity::warning, false, "a run of no characters in a text", "one at least", kUnderstood);
-    if (issues & KpStepText::kSurrogates)
-        textIssue(KpIfcSeverity::warning, false, "a surrogate pair in a text", "the character by \\X4\\", kUnderstood);
+    if (!issues) return true;
+    // What the member could not be written as again.
+    const unsigned kept = m_data.utf8                       ? KpStepText::kBadCodePoint
+                          : !KpStepText::isEncoded(encoded) ? KpStepText::kBadDirective
+                                                            : KpStepText::kNone;
+    for (const TextIssue& kind : kTextIssues)
+        if (issues & kind.flag) textIssue(kind.severity, (kept & kind.flag) != 0, kind.found, kind.expected, kind.done);
     return true;
 }
 
