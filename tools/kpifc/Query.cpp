@@ -74,8 +74,7 @@ Heading headingOf(const QueryArguments& arguments, const std::vector<Path>& colu
 /// Misspelt names of properties are no errors, for anything can be one; but they find nothing.
 void tellMissing(const std::string& path, const std::vector<ValueReader::Missing>& missing, const Types& types) {
     for (const auto& [step, known] : missing) {
-        std::vector<std::string> near =
-            suggestions({known.begin(), known.end()}, step->set == "*" ? step->name : step->set + '.' + step->name);
+        std::vector<std::string> near = suggestions({known.begin(), known.end()}, step->set + '.' + step->name);
         if (near.empty()) {
             near = suggestions(attributeNames(types), step->set);
         }
@@ -156,20 +155,12 @@ ExitCode find(const QueryArguments& arguments) {
     Output output;
     Search search(arguments, output);
     std::size_t found = 0;
-    bool hasFailed = false;
-    for (const std::string& path : arguments.paths) {
-        try {
-            found += search.count(path);
-        } catch (const Failure& failure) {
-            if (arguments.paths.size() == 1) {
-                throw;
-            }
-            tell(fmt::format("kpifc: {}", failure.what()));
-            hasFailed = true;
-        }
-    }
+    const ExitCode code = forEachFile(arguments.paths, [&](const std::string& path) {
+        found += search.count(path);
+        return kFine;
+    });
     search.end();
-    return hasFailed ? kFailed : found ? kFine : kNothingFound;
+    return code == kFine && found == 0 ? kNothingFound : code;
 }
 
 } // namespace

@@ -200,9 +200,12 @@ void Grammar::attributeOrProperty(Step& step, ParsedPath& parsed) {
     m_lexer.take();
     const Attributes found = name.kind == Kind::name ? attributesOf(parsed.types, name.text) : Attributes();
     if (!found.empty()) {
-        if (std::all_of(found.begin(), found.end(), [](const KpIfcAttributeDefinition* attribute) {
-                return attribute->kind() == KpIfcAttributeKind::derivedAttribute;
-            })) {
+        const auto isDerived = [&types = parsed.types](const KpIfcAttributeDefinition* attribute) {
+            return attribute->kind() == KpIfcAttributeKind::derivedAttribute ||
+                   std::all_of(types.begin(), types.end(),
+                               [=](const TypeTest& type) { return type.entity->redeclarationOf(*attribute); });
+        };
+        if (std::all_of(found.begin(), found.end(), isDerived)) {
             fail(name.at, fmt::format("{} is derived: models hold no value of it", found.front()->displayName()));
         }
         step.kind = Step::Kind::attribute;

@@ -127,7 +127,7 @@ void ValueReader::property(const KpIfcEntityBase& instance, const Step& step, Va
     std::set<std::string>* const known = isMissing ? &m_known[&step] : nullptr;
     for (const KpIfcPropertyValue& property : m_properties) {
         if (known && known->size() < kMostKnown) {
-            known->insert(property.set + '.' + property.name);
+            known->insert((step.set == "*" ? step.set : property.set) + '.' + property.name);
         }
         if ((step.set == "*" || isNamed(property.set, step.set)) && isNamed(property.name, step.name)) {
             m_found.insert(&step);
