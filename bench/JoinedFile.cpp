@@ -106,8 +106,8 @@ private:
             return place.begin + place.length;
         }
         // Where the first attribute of a record looks like a GlobalId it is taken for one.
-        const bool isFirst = m_text[at] == '\'' && at >= 2 && m_text[at - 1] == '(' && m_text[at - 2] != '(' &&
-                             m_text[at - 2] != ',';
+        const bool isFirst =
+            m_text[at] == '\'' && at >= 2 && m_text[at - 1] == '(' && m_text[at - 2] != '(' && m_text[at - 2] != ',';
         if (isFirst && isGlobalId(std::string_view(m_text).substr(at + 1, end - at - 2))) {
             m_places.push_back({at + 1, kGlobalIdLength, 0});
         }

@@ -5,7 +5,8 @@
 #include <cstdlib>
 #include <exception>
 
-// kpifc_bench_join MEGABYTES TARGET [FILE...]: makes a large file of the given ones, else of the samples that are found.
+// kpifc_bench_join MEGABYTES TARGET [FILE...]: makes a large file of the given ones, else of the samples that are
+// found.
 int main(int argc, char** argv) {
     const double megabytes = argc < 3 ? 0 : std::atof(argv[1]);
     if (megabytes <= 0) {
