@@ -21,9 +21,9 @@
 #include <malloc.h>
 #endif
 
-// kpifc_bench_counts WORKLOAD: does one piece of work, the same everywhere, on a model of fixed content, in the function
-// kpMeasured, by which callgrind finds what to count. Prints what can be counted without it as a JSON object: of how
-// many instances or values the work was, how often it asked for memory, how many bytes it left in use.
+// kpifc_bench_counts WORKLOAD: does one piece of work, the same everywhere, on a model of fixed content, in the
+// function kpMeasured, by which callgrind finds what to count. Prints what can be counted without it as a JSON object:
+// of how many instances or values the work was, how often it asked for memory, how many bytes it left in use.
 
 using namespace KP_SDAI;
 
