@@ -165,8 +165,8 @@ public:
             ++m_count;
         }
     }
-    /// Replaces the elements by copies of values that are in order and may be this aggregate's own. Where memory runs out
-    /// nothing has changed.
+    /// Replaces the elements by copies of values that are in order and may be this aggregate's own. Where memory runs
+    /// out nothing has changed.
     void replaceByCopies(const T* values, std::size_t count) {
         if constexpr (std::is_trivially_copyable_v<T>) {
             const std::less<const T*> before;
