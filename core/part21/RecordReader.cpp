@@ -123,7 +123,10 @@ bool RecordReader::readSection(const char*& place) {
 bool RecordReader::readRecordWithin(const char*& place, Failure& failure) {
     m_end = m_window.end();
     if (m_window.offsetOf(place) < m_openComment)
-        if (const char* line = nextRecordLine(place + 1, m_end)) m_end = line;
+        if (const char* line = nextRecordLine(place + 1, m_end)) {
+            while (*line == ' ' || *line == '\t') ++line;
+            m_end = line;
+        }
     return readRecord(place, failure);
 }
 
@@ -238,7 +241,7 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
         const char* const close = m_filer.m_cur;
         const char* p = lexer::skipBlanks(close + 1, m_filer.m_end);
         const bool ends = *p == ';';
-        if (ends || *p == '#' || isStatement(p, m_filer.m_end, "ENDSEC")) {
+        if (ends || *p == '#' || isStatement(p, m_window.end(), "ENDSEC")) {
             bind(type, slot, instance, {begin, static_cast<std::size_t>(close - begin)});
             if (!ends) {
                 m_report.add(findingOn(*instance, KeptField::kWholeRecord, KpIfcFinding::unreadableRecord,
@@ -344,7 +347,9 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     m_report.add(std::move(entry));
     std::string text(begin, end);
     while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.pop_back();
-    text += lexer::missingEnd(text.data(), text.data() + text.size());
+    // More than once where a text ends in "\\S\\", which makes a letter of the first apostrophe.
+    for (const char* missing = ";"; *missing; text += missing)
+        missing = lexer::missingEnd(text.data(), text.data() + text.size());
     KpIfcSlot* slot = failure.name ? m_data.table.slot(failure.name) : nullptr;
     const bool isFirst = slot && slot->word == 0;
     m_window.layout().noteOpaque(m_window.offsetOf(begin), m_window.offsetOf(end), failure.name);
