@@ -32,6 +32,8 @@ public:
     /// What can only be done when everything is read: references to instances that came later or not at all.
     void finish(ProgressMeter& progress);
 
+    class FieldReader; ///< of the fields of a record
+
 private:
     /// Why a record could not be bound.
     struct Failure {
