@@ -164,6 +164,10 @@ TEST_F(QueryTest, Finds) {
 /// Where, what was found, what was expected.
 TEST_F(QueryTest, TellsWhatIsWrong) {
     const std::string deep = "IfcWall[" + std::string(5000, '(') + "Name" + std::string(5000, ')') + "]";
+    std::string counts = "IfcWall[";
+    for (int i = 0; i < 50'000; ++i) {
+        counts += "count(";
+    }
     const std::string denied = "IfcWall[" + std::string(40'000, '!');
     static const std::pair<std::string, const char*> kCases[] = {
         {"", "at column 1: found the end, expected an entity"},
@@ -191,6 +195,10 @@ TEST_F(QueryTest, TellsWhatIsWrong) {
         {"IfcWall[is IfcDor]", "at column 12: IFC2X3 has no entity IfcDor; did you mean IfcDoor"},
         {"#99", "there is no instance #99"},
         {"#99999999999999999999999", "found no instance name"},
+        {"IfcWall[Name ~ \"(a?){99999}\"]", "at column 16: this pattern is too large"},
+        {"IfcWall[Name ~ \"" + std::string(100'000, '(') + "\"]", "this pattern is too large"},
+        {"IfcWall[Name ~ \"(a)\\1\"]", "expected a regular expression"},
+        {counts, "this is nested too deeply"},
         {deep, "this is nested too deeply"},
         {denied, "at column 9: found !"},
     };
@@ -201,10 +209,18 @@ TEST_F(QueryTest, TellsWhatIsWrong) {
               "\n  IfcWall[Nmae]\n          ^"); // under the place
 }
 
-TEST_F(QueryTest, LongTextsDoNotEndThePatterns) {
-    const std::string text(300'000, 'x');
-    m_file = openedRecords("#1=IFCMATERIAL('" + text + "');");
-    EXPECT_EQ(found("IfcMaterial[Name ~ \"^(x|y)*x$\"]"), "1");
+TEST_F(QueryTest, NeitherLongTextsNorLargePatternsEndTheStack) {
+    const auto isFound = [this](std::size_t length, const std::string& pattern) {
+        m_file = openedRecords("#1=IFCMATERIAL('" + std::string(length, 'x') + "');");
+        return found("IfcMaterial[Name ~ \"" + pattern + "\"i]") == "1";
+    };
+    EXPECT_TRUE(isFound(300'000, "^(X|y)*X$"));
+    std::string large = "^(";
+    for (int i = 0; i < 330; ++i) {
+        large += "x?";
+    }
+    EXPECT_TRUE(isFound(10, large + "){29}$"));
+    EXPECT_TRUE(isFound(10, std::string(490, '(') + 'x' + std::string(490, ')')));
 }
 
 class QueryCommandTest : public testing::Test {

@@ -108,7 +108,10 @@ void Grammar::pattern(Condition& test) {
     const Token text = m_lexer.take();
     try {
         test.pattern = std::make_shared<Pattern>(text.text, text.ignoresCase);
-    } catch (const std::regex_error&) {
+    } catch (const std::regex_error& error) {
+        if (error.code() == std::regex_constants::error_space) {
+            fail(text.at, "this pattern is too large");
+        }
         fail(text.at, fmt::format("found {}, expected a regular expression", printable(text.text)));
     }
 }

@@ -11,25 +11,6 @@ using namespace KP_SDAI;
 
 namespace kpifc::query {
 
-Pattern::Pattern(const std::string& text, bool ignoresCase) {
-    if (!ignoresCase && text.find_first_of("\\^$.|?*+()[]{}") == std::string::npos) {
-        m_part = text;
-        return;
-    }
-    auto flags = std::regex::ECMAScript | std::regex::optimize;
-    if (ignoresCase) {
-        flags |= std::regex::icase;
-    }
-#ifdef __GLIBCXX__
-    flags |= std::regex_constants::__polynomial; // the other way recurses for every character of a text
-#endif
-    m_regex = std::make_unique<std::regex>(text, flags);
-}
-
-bool Pattern::isIn(const std::string& text) const {
-    return m_regex ? std::regex_search(text, *m_regex) : text.find(m_part) != std::string::npos;
-}
-
 namespace {
 
 bool equalWord(const Value& value, const std::string& word) {

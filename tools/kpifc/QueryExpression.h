@@ -35,7 +35,10 @@ struct TypeTest {
 /// A regular expression, or a text that is to occur in another one.
 class Pattern {
 public:
-    /// Throws std::regex_error.
+    static constexpr std::size_t kLongest = 1000;  ///< characters
+    static constexpr std::size_t kLargest = 20000; ///< characters with repetitions written out
+
+    /// Throws std::regex_error, also with error_space for one that is too large.
     Pattern(const std::string& text, bool ignoresCase);
     bool isIn(const std::string& text) const;
 

@@ -66,7 +66,7 @@ std::vector<Path> Grammar::paths(const Types& types) {
     return paths;
 }
 
-// selection = ( type | "#15" | GlobalId ) filter* { "/" step filter* }
+// selection = ( type | "#15" | GlobalId ) { filter } { "/" step }
 void Grammar::selection(ParsedQuery& parsed) {
     Selection selection;
     Types types;
@@ -131,8 +131,9 @@ Types Grammar::typesOf(const TypeTest& type) const {
     return type.entity ? Types{type} : anyType(m_schema);
 }
 
-// path = "count" "(" path ")" | step filter* { "." step filter* }
+// path = "count" "(" path ")" | step { "." step }
 ParsedPath Grammar::path(const Types& types) {
+    const Depth depth(*this);
     const std::size_t start = token().at;
     ParsedPath parsed{{}, types, {}};
     const Token first = token();
@@ -163,7 +164,7 @@ std::string Grammar::textSince(std::size_t start) const {
     return std::string(read.substr(0, read.find_last_not_of(" \t\r\n") + 1));
 }
 
-// step = ( NAME | set "." property | "^" type | "@id" | "@type" ) filter*
+// step = ( ATTRIBUTE | set "." PROPERTY | "^" type | "@id" | "@type" ) { filter }
 void Grammar::step(ParsedPath& parsed) {
     const Depth depth(*this);
     Step step{};
