@@ -47,6 +47,7 @@ private:
         bool isAllowed = false; ///< unusual, but as the standard wants it
     };
 
+    bool mayGoOn(const char* begin, const char* end);
     bool readRecordWithin(const char*& place, Failure& failure);
     bool readRecord(const char*& place, Failure& failure);
     bool readFields(const KpIfcEntityType& type, KpIfcSlot* slot, const char*& place, Failure& failure);
