@@ -20,6 +20,7 @@ Command helpCommand();
 Command infoCommand();
 Command newCommand();
 Command propsCommand();
+Command queryCommand();
 Command schemaCommand();
 Command setCommand();
 Command showCommand();

@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 using namespace KP_SDAI;
 
 namespace kpifc {
@@ -57,6 +59,22 @@ ExitCode exitCode(const KpIfcReport& report) {
         return kFailed;
     }
     return report.isClean() ? kFine : kProblems;
+}
+
+ExitCode forEachFile(const std::vector<std::string>& paths, const std::function<ExitCode(const std::string&)>& work) {
+    ExitCode highest = kFine;
+    for (const std::string& path : paths) {
+        try {
+            highest = std::max(highest, work(path));
+        } catch (const Failure& failure) {
+            if (paths.size() == 1) {
+                throw;
+            }
+            tell(fmt::format("kpifc: {}", failure.what()));
+            highest = kFailed;
+        }
+    }
+    return highest;
 }
 
 std::string grouped(std::uint64_t count) {
