@@ -27,9 +27,9 @@ int main(int argc, char** argv) {
         KpIfcVariant value;
         KcString former;
         if (instance->testAttr(attribute) && instance->getAttr(attribute, value)) value.toString(former);
-        // Values convert to the type of the attribute: texts to literals of enumerations, say.
-        if (!instance->putAttr(attribute, text)) {
-            std::cerr << '#' << instance->instanceName() << ": " << attribute << " takes no text\n";
+        // Values convert to the type of the attribute. A text that is no literal of an enumeration unsets it.
+        if (!instance->putAttr(attribute, text) || !instance->testAttr(attribute)) {
+            std::cerr << '#' << instance->instanceName() << ": " << attribute << " cannot be " << text << '\n';
             return 2;
         }
         std::cout << '#' << instance->instanceName() << " was '" << former.utf8Ptr() << "'\n";

@@ -36,7 +36,8 @@ TEST(Examples, SayWhatIsWrongAndWriteNothing) {
     const WorkFolder folder;
     for (const std::string call :
          {"first_steps none.ifc out.ifc", "walls none.ifc", "walls", "edit none.ifc out.ifc IfcWall Name a",
-          "edit small.ifc out.ifc IfcWall OwnerHistory a", "properties none.ifc IfcWall", "host none.so none.ifc"}) {
+          "edit small.ifc out.ifc IfcSlab PredefinedType a", "edit small.ifc out.ifc IfcWall OwnerHistory a",
+          "properties none.ifc IfcWall", "host none.so none.ifc"}) {
         const std::string copy = "cp " + kHouse + " small.ifc; ";
         const Outcome outcome = folder.run(withExamples(copy + call));
         EXPECT_EQ(outcome.exitCode, 2) << call;
