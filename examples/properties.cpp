@@ -27,8 +27,8 @@ int main(int argc, char** argv) {
         for (const KpIfcPropertyValue& value : sets.of(*object)) {
             KcString text;
             if (!value.value.toString(text)) continue; // has none
-            std::cout << std::setw(6) << '#' + std::to_string(object->instanceName()) << std::setw(18) << value.set
-                      << std::setw(22) << value.name << text.utf8Ptr();
+            std::cout << std::setw(5) << '#' + std::to_string(object->instanceName()) << ' ' << std::setw(17)
+                      << value.set << ' ' << std::setw(21) << value.name << ' ' << text.utf8Ptr();
             if (!value.measure.symbol.empty()) std::cout << ' ' << value.measure.symbol;
             std::cout << (value.fromType ? "  (of its type)\n" : "\n");
         }
