@@ -8,6 +8,7 @@
 #include <KpIfcCore/KpIfcOrderedAggrImp.h>
 #include <KpIfcCore/KpIfcSetAggr.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -64,6 +65,7 @@ bool RecordReader::FieldReader::read(const KpIfcAttributeFacts& row) {
     case KpIfcFieldKind::reference: return readReference(row, p);
     case KpIfcFieldKind::aggregate: return readAggregate(row, p);
     case KpIfcFieldKind::real: return readReal(m_instance.*row.member.real, p);
+    case KpIfcFieldKind::enumeration: return readEnumeration(row, p);
     case KpIfcFieldKind::boolean: return readBoolean(m_instance.*row.member.boolean, p);
     case KpIfcFieldKind::string: return readText(m_instance.*row.member.string, p);
     case KpIfcFieldKind::guid: return readGlobalId(m_instance.*row.member.guid, p);
@@ -114,6 +116,27 @@ bool RecordReader::FieldReader::readReal(double& value, const char* p) {
         if (!end) return false;
         value = number;
     }
+    take(p, end);
+    return true;
+}
+
+bool RecordReader::FieldReader::readEnumeration(const KpIfcAttributeFacts& row, const char* p) {
+    const KpIfcEnumFacts& facts = *row.enumeration;
+    const char* end = p + 1;
+    int code = facts.count;
+    if (*p == '.') {
+        const char* const literal = end;
+        end = scan::keywordEnd(literal);
+        const auto length = static_cast<std::size_t>(end - literal);
+        if (*end++ != '.') return false;
+        const auto isIt = [&](const char* one) { return std::strncmp(one, literal, length) == 0 && one[length] == 0; };
+        code = static_cast<int>(std::find_if(facts.literals, facts.literals + facts.count, isIt) - facts.literals);
+        if (code == facts.count) return false;
+    } else if (*p != '$') {
+        return false;
+    }
+    if (!endsParameter(*end)) return false;
+    std::memcpy(row.member.enumeration(m_instance), &code, sizeof code);
     take(p, end);
     return true;
 }

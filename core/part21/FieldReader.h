@@ -20,6 +20,7 @@ public:
 private:
     bool readReference(const KpIfcAttributeFacts& row, const char* p);
     bool readReal(double& value, const char* p);
+    bool readEnumeration(const KpIfcAttributeFacts& row, const char* p);
     bool readBoolean(KpIfcBoolean& value, const char* p);
     bool readText(KpAnsiString& value, const char* p);
     bool readGlobalId(KpIfcGUID& value, const char* p);
