@@ -82,10 +82,11 @@ void RecordReader::FieldReader::take(const char* begin, const char* end) {
     m_filer.m_cur = end;
 }
 
-inline void RecordReader::FieldReader::check(const KpDbObjectId& reference, const KpIfcEntityType* declared) {
-    const KpIfcEntityBase* const instance = reference.openObject();
-    if (instance && instance->getInstanceType() == declared) return;
-    m_filer.checkReference(reference, declared);
+inline bool RecordReader::FieldReader::isKnown(std::uint64_t name, const KpIfcEntityType* declared) const {
+    const std::uint16_t known = m_filer.m_known.types->of(name);
+    if (known == 0) return false;
+    const KpIfcEntityType* const type = m_filer.m_known.names->at(known - std::size_t{1});
+    return type == declared || type->isKindOf(declared);
 }
 
 bool RecordReader::FieldReader::readReference(const KpIfcAttributeFacts& row, const char* p) {
@@ -101,7 +102,7 @@ bool RecordReader::FieldReader::readReference(const KpIfcAttributeFacts& row, co
     if (*p != '#' || !(end = scan::name(end, name)) || name == 0 || !endsParameter(*end)) return false;
     handle = KpDbObjectId(m_filer.m_data.table.slot(name));
     take(p, end);
-    check(handle, *row.target);
+    if (!isKnown(name, *row.target)) m_filer.checkReference(handle, *row.target);
     return true;
 }
 
@@ -199,10 +200,12 @@ bool RecordReader::FieldReader::readReferences(const KpIfcAttributeFacts& row, K
                                                const char* const begin) {
     std::vector<KpDbObjectId>& members = m_filer.members<KpDbObjectId>();
     const char* p = begin;
+    bool areKnown = true;
     do {
         std::uint64_t name;
         if (p[1] != '#' || !(p = scan::name(p + 2, name)) || name == 0) return false;
         members.emplace_back(m_filer.m_data.table.slot(name));
+        areKnown = areKnown && isKnown(name, *row.target);
     } while (*p == ',');
     if (*p++ != ')' || !endsParameter(*p)) return false;
     take(begin, p);
@@ -211,8 +214,9 @@ bool RecordReader::FieldReader::readReferences(const KpIfcAttributeFacts& row, K
         static_cast<KpIfcPositionedAggr<KpDbObjectId>&>(aggregate).load(arena, members.data(), members.size());
     else if (!static_cast<KpIfcSetAggr<KpDbObjectId>&>(aggregate).load(arena, members.data(), members.size()))
         m_filer.repeatedMembers();
+    if (areKnown) return true;
     for (const KpDbObjectId& member : static_cast<const KpIfcAggrElements<KpDbObjectId>&>(*aggregate.implementation()))
-        check(member, *row.target);
+        m_filer.checkReference(member, *row.target);
     return true;
 }
 

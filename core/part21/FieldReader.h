@@ -29,7 +29,8 @@ private:
     bool readReferences(const KpIfcAttributeFacts& row, KpIfcAggr& aggregate, const char* p);
     bool readReals(KpIfcAggr& aggregate, const char* p);
     void take(const char* begin, const char* end);
-    void check(const KpDbObjectId& reference, const KpIfcEntityType* declared);
+    /// True where a name is known to be an instance's of that entity.
+    bool isKnown(std::uint64_t name, const KpIfcEntityType* declared) const;
 
     KpIfcEntityBase& m_instance;
     KpSpfFilerBase& m_filer;

@@ -40,7 +40,7 @@ void KpSpfFilerBase::putName(std::uint64_t name) {
     const std::uint64_t hundreds = halves * 10486 >> 20 & 0x7F'0000'007F; // 10486 / 2^20 is a hundredth
     const std::uint64_t pairs = hundreds + ((halves - 100 * hundreds) << 16);
     const std::uint64_t tens = pairs * 103 >> 10 & 0x000F'000F'000F'000F; // 103 / 2^10 is a tenth
-    const std::uint64_t digits = tens + ((pairs - 10 * tens) << 8); // the first one in the lowest byte
+    const std::uint64_t digits = tens + ((pairs - 10 * tens) << 8);       // the first one in the lowest byte
     const int zeros = std::countr_zero(digits) / 8;
     const std::uint64_t text = (digits | 0x3030303030303030u) >> (8 * zeros);
     std::memcpy(to + 1, &text, sizeof text);

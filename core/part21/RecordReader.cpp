@@ -67,7 +67,9 @@ struct UnboundInstance {
 } // namespace
 
 RecordReader::RecordReader(ModelData& data, Window& window, KpIfcReport& report)
-    : m_data(data), m_window(window), m_report(report), m_names(data.schema()), m_filer(data) {}
+    : m_data(data), m_window(window), m_report(report), m_names(data.schema()), m_filer(data) {
+    m_filer.m_known = {&m_types, &m_names};
+}
 
 bool RecordReader::readSection(const char*& place) {
     Failure failure;
@@ -175,7 +177,8 @@ bool RecordReader::readRecord(const char*& place, Failure& failure) {
     p = scan::keywordEnd(p);
     if (p == keyword) return fail(p, "the name of an entity");
     const std::string_view entity(keyword, static_cast<std::size_t>(p - keyword));
-    const KpIfcEntityType* type = m_names.find(entity);
+    const std::size_t index = m_names.indexOf(entity);
+    const KpIfcEntityType* type = m_names.at(index);
     m_isMisspelled = !type && hasLowerCase(entity);
     if (m_isMisspelled) type = m_data.schema().findEntity(entity);
     if (!type) {
@@ -203,6 +206,7 @@ bool RecordReader::readRecord(const char*& place, Failure& failure) {
         return false;
     }
     m_window.layout().noteName(name);
+    m_types.note(name, m_isMisspelled ? std::uint16_t{0} : static_cast<std::uint16_t>(index + 1));
     place = behind;
     return true;
 }
@@ -365,6 +369,7 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
 }
 
 void RecordReader::finish(ProgressMeter& progress) {
+    m_types.clear();
     LateReferences(m_data, m_report).look(m_filer.m_pending, progress);
     m_globalIds.look(m_report);
     m_filer.m_pending.clear();

@@ -7,6 +7,7 @@
 #include "part21/EntityNames.h"
 #include "part21/Findings.h"
 #include "part21/GlobalIdCheck.h"
+#include "part21/KnownTypes.h"
 #include "part21/ProgressMeter.h"
 #include "part21/Window.h"
 
@@ -60,6 +61,7 @@ private:
     Window& m_window;
     KpIfcReport& m_report;
     EntityNames m_names;
+    KnownTypes m_types; ///< places in m_names, plus one
     KpSpfFilerBase m_filer;
     GlobalIdCheck m_globalIds;
     std::vector<KpIfcEntityBase*> m_referring; ///< instances that inverse attributes are about

@@ -11,7 +11,7 @@ struct KpArena::Block {
 
 namespace {
 constexpr std::size_t kFirstBlock = 16 * 1024;
-constexpr std::size_t kLargestBlock = 1024 * 1024;
+constexpr std::size_t kLargestBlock = 256 * 1024; // finds room where other tables have grown out of theirs
 constexpr std::size_t kHeader = 16;
 } // namespace
 

@@ -15,6 +15,8 @@
 #include <vector>
 
 namespace KP_SDAI {
+class EntityNames;
+class KnownTypes;
 class KpArena;
 class KpIfcEntityBase;
 class KpIfcEntityType;
@@ -213,6 +215,13 @@ private:
     std::size_t m_written = 0;
     bool m_notFinite = false;
     std::string m_encoded;
+
+    /// Entities of instances that have been read, for reading.
+    struct Known {
+        const KP_SDAI::KnownTypes* types = nullptr;
+        const KP_SDAI::EntityNames* names = nullptr;
+    };
+    Known m_known;
 };
 
 /// Skips parameters that an instance does not keep.
