@@ -83,10 +83,8 @@ void RecordReader::FieldReader::take(const char* begin, const char* end) {
 }
 
 inline bool RecordReader::FieldReader::isKnown(std::uint64_t name, const KpIfcEntityType* declared) const {
-    const std::uint16_t known = m_filer.m_known.types->of(name);
-    if (known == 0) return false;
-    const KpIfcEntityType* const type = m_filer.m_known.names->at(known - std::size_t{1});
-    return type == declared || type->isKindOf(declared);
+    const KpIfcEntityType* const type = m_filer.m_known->of(name);
+    return type && (type == declared || type->isKindOf(declared));
 }
 
 bool RecordReader::FieldReader::readReference(const KpIfcAttributeFacts& row, const char* p) {

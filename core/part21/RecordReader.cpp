@@ -84,7 +84,7 @@ struct UnboundInstance {
 
 RecordReader::RecordReader(ModelData& data, Window& window, KpIfcReport& report)
     : m_data(data), m_window(window), m_report(report), m_names(data.schema()), m_filer(data) {
-    m_filer.m_known = {&m_types, &m_names};
+    m_filer.m_known = &m_types;
 }
 
 bool RecordReader::readSection(const char*& place) {
@@ -234,7 +234,7 @@ bool RecordReader::readRecord(const char*& place, Failure& failure) {
         return false;
     }
     m_window.layout().noteName(name);
-    m_types.note(name, m_isMisspelled ? std::uint16_t{0} : static_cast<std::uint16_t>(index + 1));
+    m_types.note(name, index, m_isMisspelled ? nullptr : type);
     place = behind;
     return true;
 }

@@ -61,7 +61,7 @@ private:
     Window& m_window;
     KpIfcReport& m_report;
     EntityNames m_names;
-    KnownTypes m_types; ///< places in m_names, plus one
+    KnownTypes m_types;
     KpSpfFilerBase m_filer;
     GlobalIdCheck m_globalIds;
     std::vector<KpIfcEntityBase*> m_referring; ///< instances that inverse attributes are about

@@ -15,7 +15,6 @@
 #include <vector>
 
 namespace KP_SDAI {
-class EntityNames;
 class KnownTypes;
 class KpArena;
 class KpIfcEntityBase;
@@ -216,12 +215,7 @@ private:
     bool m_notFinite = false;
     std::string m_encoded;
 
-    /// Entities of instances that have been read, for reading.
-    struct Known {
-        const KP_SDAI::KnownTypes* types = nullptr;
-        const KP_SDAI::EntityNames* names = nullptr;
-    };
-    Known m_known;
+    const KP_SDAI::KnownTypes* m_known = nullptr; ///< of what has been read; for reading
 };
 
 /// Skips parameters that an instance does not keep.
