@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace KP_SDAI {
 
@@ -40,7 +41,7 @@ void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
     if (m_explicitOrder) m_order.emplace_back(slot);
     if (name > highestName) highestName = name;
     ++instanceCount;
-    table.noteInstance();
+    table.noteInstances(1);
 }
 
 void ModelData::noteNamesIn(const std::string& text) {
@@ -68,7 +69,62 @@ KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
     return &record;
 }
 
+void ModelData::take(ReadInstances& read) {
+    const bool isInOrder = read.isAscending && (read.order.empty() || read.firstName > highestName);
+    if (!m_explicitOrder && !isInOrder) {
+        m_explicitOrder = m_lacksOrderedStart = true; // other threads may have filled slots: the start is added later
+    }
+    if (m_explicitOrder) {
+        if (!m_positions.empty())
+            for (std::size_t i = 0; i < read.order.size(); ++i)
+                if (KpIfcSlot* const slot = read.order[i].slot()) m_positions[slot] = m_order.size() + i;
+        m_order.insert(m_order.end(), read.order.begin(), read.order.end());
+    }
+    for (const KeptRecord& record : read.kept) noteNamesIn(record.text);
+    m_kept.splice(m_kept.end(), read.kept);
+    m_toDestroy.insert(m_toDestroy.end(), read.toDestroy.begin(), read.toDestroy.end());
+    read.toDestroy.clear();
+    for (auto& [instance, field] : read.keptFields) keepField(*instance, std::move(field));
+    read.keptFields.clear();
+    if (read.highestName > highestName) highestName = read.highestName;
+    instanceCount += read.count;
+    keptCount += read.keptCount;
+    table.noteInstances(read.count);
+    read.order.clear();
+    read.isAscending = true;
+    read.firstName = read.highestName = 0;
+    read.count = read.keptCount = 0;
+}
+
+void ModelData::completeOrder() {
+    if (!m_lacksOrderedStart) return;
+    // What stands before m_order is what else the slots hold, by name.
+    std::vector<OrderEntry> order;
+    {
+        std::vector<std::uintptr_t> words;
+        words.reserve(m_order.size());
+        for (const OrderEntry& entry : m_order)
+            words.push_back(entry.slot() ? std::exchange(entry.slot()->word, 0) : 0);
+        const auto restore = [&] {
+            for (std::size_t i = 0; i < words.size(); ++i)
+                if (words[i]) m_order[i].slot()->word = words[i];
+        };
+        try {
+            table.sortSparse();
+            order = orderByName();
+        } catch (...) {
+            restore();
+            throw;
+        }
+        restore();
+    }
+    order.insert(order.end(), m_order.begin(), m_order.end());
+    m_order = std::move(order);
+    m_lacksOrderedStart = false;
+}
+
 void ModelData::demote(KpIfcSlot* slot, std::string text) {
+    completeOrder();
     if (!m_explicitOrder) makeOrderExplicit();
     if (m_positions.empty())
         for (std::size_t i = 0; i < m_order.size(); ++i)
@@ -239,10 +295,15 @@ std::vector<OrderEntry> ModelData::normalOrder() const {
 
 void ModelData::makeOrderExplicit() {
     table.sortSparse();
-    m_order.clear();
-    m_order.reserve(instanceCount + 1);
-    for (KpIfcEntityBase* instance : model.instances()) m_order.emplace_back(instance->objectId().slot());
+    m_order = orderByName();
     m_explicitOrder = true;
+}
+
+std::vector<OrderEntry> ModelData::orderByName() const {
+    std::vector<OrderEntry> order;
+    order.reserve(instanceCount + 1);
+    for (KpIfcEntityBase* instance : model.instances()) order.emplace_back(instance->objectId().slot());
+    return order;
 }
 
 } // namespace KP_SDAI

@@ -4,6 +4,7 @@
 
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcSelect.h>
+#include <KpIfcCore/KpSpfFilerBase.h>
 
 namespace KP_SDAI {
 
@@ -49,14 +50,17 @@ void visitSelects(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Vis
 
 } // namespace
 
-void LateReferences::look(const std::vector<KpSpfFilerBase::PendingField>& fields, ProgressMeter& progress) {
-    progress.beginItems(KpIfcStage::linking, fields.size());
-    for (const KpSpfFilerBase::PendingField& pending : fields) {
-        progress.step();
-        // A record that was displaced by a later one of its name is text by now.
-        if (pending.instance->objectId().openObject() != pending.instance) continue;
-        lookAt(*pending.instance, static_cast<std::uint32_t>(pending.offsetAndField & 0xFFFF),
-               pending.offsetAndField >> 16);
+void LateReferences::look(const std::vector<std::vector<PendingField>>& parts, ProgressMeter& progress) {
+    std::size_t count = 0;
+    for (const std::vector<PendingField>& fields : parts) count += fields.size();
+    progress.beginItems(KpIfcStage::linking, count);
+    for (const std::vector<PendingField>& fields : parts) {
+        for (const PendingField& pending : fields) {
+            progress.step();
+            // A record that was displaced by a later one of its name is text by now.
+            KpIfcEntityBase& instance = pending.instance();
+            if (instance.objectId().openObject() == &instance) lookAt(instance, pending.field(), pending.offset());
+        }
     }
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <KpIfcCore/KpIfcReport.h>
-#include <KpIfcCore/KpSpfFilerBase.h>
 
 #include "model/ModelData.h"
+#include "part21/PendingField.h"
 #include "part21/ProgressMeter.h"
 
 #include <vector>
@@ -16,7 +16,7 @@ class LateReferences {
 public:
     LateReferences(ModelData& data, KpIfcReport& report) : m_data(data), m_report(report) {}
 
-    void look(const std::vector<KpSpfFilerBase::PendingField>& fields, ProgressMeter& progress);
+    void look(const std::vector<std::vector<PendingField>>& parts, ProgressMeter& progress);
 
 private:
     void lookAt(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset);
