@@ -15,8 +15,8 @@ inline std::uintptr_t wordWhileReading(KpIfcSlot& slot) {
 /// Fills an empty slot; false where it is not empty.
 inline bool fillWhileReading(KpIfcSlot& slot, std::uintptr_t word) {
     std::uintptr_t none = 0;
-    return std::atomic_ref(slot.word)
-        .compare_exchange_strong(none, word, std::memory_order_release, std::memory_order_relaxed);
+    return std::atomic_ref(slot.word).compare_exchange_strong(none, word, std::memory_order_release,
+                                                              std::memory_order_relaxed);
 }
 
 } // namespace KP_SDAI

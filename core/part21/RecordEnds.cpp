@@ -35,7 +35,8 @@ const char* damagedRecordEnd(const char* begin, const char* end) {
 
 bool isStatement(const char* begin, const char* end, std::string_view keyword) {
     return end - begin >= static_cast<std::ptrdiff_t>(keyword.size()) &&
-           equalNoCase(begin, keyword.size(), std::string(keyword).c_str()) && !lexer::isKeywordPart(begin[keyword.size()]);
+           equalNoCase(begin, keyword.size(), std::string(keyword).c_str()) &&
+           !lexer::isKeywordPart(begin[keyword.size()]);
 }
 
 } // namespace KP_SDAI

@@ -3,9 +3,11 @@
 #include "part21/LateReferences.h"
 #include "part21/Lexer.h"
 #include "part21/RecordEnds.h"
+#include "part21/ShareOut.h"
 #include "part21/Spelling.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace KP_SDAI {
@@ -13,7 +15,8 @@ namespace KP_SDAI {
 SectionReader::SectionReader(ModelData& data, PartSource& source, Window& window, SourceLayout& layout,
                              KpIfcReport& report, const Threading& threading)
     : m_data(data), m_source(source), m_window(window), m_layout(layout), m_report(report), m_threading(threading),
-      m_names(data.schema()), m_reader(data, data.arena, m_names, threading.threads == 1), m_read(report.listedPerKind()) {
+      m_names(data.schema()), m_reader(data, data.arena, m_names, threading.threads == 1),
+      m_read(report.listedPerKind()) {
     m_reader.readInto(m_read);
 }
 
@@ -50,8 +53,8 @@ bool SectionReader::readSection(const char*& place) {
             (!m_window.hasEnded() || m_window.end() - begin > Window::kReach))
             throw ReadAgain();
         const bool isEnd = endsSection(begin, m_window.end());
-        const char* const end = *begin == ';' || isEnd ? lexer::recordEnd(begin, m_window.end())
-                                                       : damagedRecordEnd(begin, m_window.end());
+        const char* const end =
+            *begin == ';' || isEnd ? lexer::recordEnd(begin, m_window.end()) : damagedRecordEnd(begin, m_window.end());
         if (!end && refill(place)) continue;
         if (!end) {
             take(m_read);
@@ -134,7 +137,7 @@ void SectionReader::finish(ProgressMeter& progress) {
     m_parts.reset();
     m_data.table.sortSparse();
     m_data.completeOrder();
-    LateReferences(m_data, m_report).look(m_pending, progress);
+    LateReferences(m_data, m_report).look(m_pending, m_threading, progress);
     m_pending = {};
     m_globalIds.look(m_report);
     enterInverses(progress);
@@ -154,10 +157,15 @@ void SectionReader::enterInverses(ProgressMeter& progress) {
     };
     if (!std::is_sorted(referring.begin(), referring.end(), byName))
         std::sort(referring.begin(), referring.end(), byName);
-    for (KpIfcEntityBase* instance : referring) {
-        if (instance->objectId().openObject() == instance) instance->setInverseCounterParts();
-        progress.step();
-    }
+    const unsigned shares = m_threading.threadsFor(referring.size());
+    std::vector<KpArena*> arenas{&m_data.arena};
+    while (arenas.size() < shares) arenas.push_back(&m_data.addArena());
+    shareOut(shares, [&](unsigned share, const std::atomic<bool>& isStopped) {
+        Inverses::fill(referring, share, shares, *arenas[share], [&] {
+            if (share == 0) progress.step();
+            return !isStopped;
+        });
+    });
 }
 
 } // namespace KP_SDAI

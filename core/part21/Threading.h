@@ -17,6 +17,9 @@ struct Threading {
     /// Whether a source of a size, 0 where that is not known, may be read by several.
     bool isOfUse(std::uint64_t size) const { return threads > 1 && (size == 0 || size >= smallest); }
 
+    /// With how many to work on what has been read.
+    unsigned threadsFor(std::size_t items) const { return items < smallest / 64 ? 1 : threads; }
+
     unsigned threads; ///< at most, the caller's included
     std::size_t partSize;
     std::uint64_t smallest; ///< bytes for which a thread is started

@@ -61,10 +61,10 @@ std::string point(std::size_t name) {
 std::string related(std::size_t i) {
     const std::string wall = nameOf(3 * i);
     const std::string next = nameOf(3 * i + 3);
-    return wall + "=IFCWALL('" + std::to_string(1000000000 + i % 50) + "',$,'wall',$,$," + nameOf(3 * i + 1) + ",$,$);\n" +
-           nameOf(3 * i + 1) + "=IFCLOCALPLACEMENT(" + (i % 4 ? nameOf(3 * i - 2) : "$") + ',' + next + ");\n" +
-           nameOf(3 * i + 2) + "=IFCRELAGGREGATES('" + std::to_string(i) + "',$,$,$," + wall + ",(" + next + ',' + wall +
-           ',' + nameOf(i) + "));\n";
+    return wall + "=IFCWALL('" + std::to_string(1000000000 + i % 50) + "',$,'wall',$,$," + nameOf(3 * i + 1) +
+           ",$,$);\n" + nameOf(3 * i + 1) + "=IFCLOCALPLACEMENT(" + (i % 4 ? nameOf(3 * i - 2) : "$") + ',' + next +
+           ");\n" + nameOf(3 * i + 2) + "=IFCRELAGGREGATES('" + std::to_string(i) + "',$,$,$," + wall + ",(" + next +
+           ',' + wall + ',' + nameOf(i) + "));\n";
 }
 
 struct Made {
@@ -85,26 +85,40 @@ const std::string kLong(300'000, 'x');
 INSTANTIATE_TEST_SUITE_P(
     , MadeFiles,
     testing::Values(
-        Made{"InOrder", many(3000, point)}, Made{"Backwards", many(3000, [](std::size_t i) { return point(9000 - i); })},
+        Made{"InOrder", many(3000, point)},
+        Made{"Backwards", many(3000, [](std::size_t i) { return point(9000 - i); })},
         Made{"References", many(1500, related)},
         Made{"OutOfOrderOnce", many(2000, [](std::size_t i) { return point(i == 1500 ? 9999 : i); })},
         Made{"Interleaved", many(3000, [](std::size_t i) { return point(i % 2 ? i : 9000 - i); })},
         Made{"Scattered", many(3000, [](std::size_t i) { return point(i * 2'654'435'761 % 4'000'000'007); })},
-        Made{"KeptRecords", many(2000, [](std::size_t i) { return i % 3 ? point(i) : nameOf(i) + "=IFCNOTHING('a;b');\n"; })},
-        Made{"KeptFields", many(2000, [](std::size_t i) { return nameOf(i) + "=IFCPOLYLINE((" + nameOf(i + 5) + ",7));\n"; })},
+        Made{"KeptRecords",
+             many(2000, [](std::size_t i) { return i % 3 ? point(i) : nameOf(i) + "=IFCNOTHING('a;b');\n"; })},
+        Made{"KeptFields",
+             many(2000, [](std::size_t i) { return nameOf(i) + "=IFCPOLYLINE((" + nameOf(i + 5) + ",7));\n"; })},
         Made{"Damaged", many(1500, [](std::size_t i) { return i % 7 ? point(i) : nameOf(i) + "=IFCWALL('\n"; })},
         Made{"NoSemicolons", many(1500, [](std::size_t i) { return nameOf(i) + "=IFCCARTESIANPOINT((0.))\n"; })},
         Made{"OneLine", many(3000, [](std::size_t i) { return nameOf(i) + "=IFCCARTESIANPOINT((0.));"; })},
         Made{"OneName", many(2000, [](std::size_t) { return point(7); })},
         Made{"OneNameFarApart", point(1) + many(2000, [](std::size_t i) { return point(i + 9); }) + point(1)},
-        Made{"RecordsInTexts", many(800, [](std::size_t i) { return nameOf(i) + "=IFCPERSON('a;\n#7=IFCWALL();\n',$,$,$,$,$,$,$);\n"; })},
+        Made{"RecordsInTexts",
+             many(800, [](std::size_t i) { return nameOf(i) + "=IFCPERSON('a;\n#7=IFCWALL();\n',$,$,$,$,$,$,$);\n"; })},
         Made{"RecordsInComments", many(800, [](std::size_t i) { return "/*;\n" + point(i) + "*/" + point(2000 + i); })},
-        Made{"ReferencesToCommentedRecords", "#1=IFCPOLYLINE((#5,#900));\n" + many(800, [](std::size_t i) { return "/*;\n" + point(i) + "*/" + point(2000 + i); })},
-        Made{"OpenComment", many(500, point) + "#900=IFCWALL(/*\n" + many(500, [](std::size_t i) { return point(i + 1000); })},
-        Made{"OpenText", many(500, point) + "#900=IFCWALL('\n" + many(500, [](std::size_t i) { return point(i + 1000); })},
-        Made{"FarEnds", many(3000, point) + "#9001=IFCPERSON('" + kLong + "\n#9002=IFCWALL();\n" + kLong + "',$,$,$,$,$,$,$);\n/*" + kLong + kLong + "*/" + many(3000, [](std::size_t i) { return point(i + 10'000); }) + "#9003=IFCNOTHING('" + kLong + "');\n"},
-        Made{"Sections", many(1000, point) + "ENDSEC;\nDATA;\n" + many(1000, [](std::size_t i) { return point(i + 2000); }) + "ENDSEC;\n" + many(1000, [](std::size_t i) { return point(i + 4000); })},
-        Made{"BehindTheEnd", many(1000, point) + "ENDSEC;\nEND-ISO-10303-21;\n" + many(1000, [](std::size_t i) { return point(i + 2000); })}),
+        Made{"ReferencesToCommentedRecords",
+             "#1=IFCPOLYLINE((#5,#900));\n" +
+                 many(800, [](std::size_t i) { return "/*;\n" + point(i) + "*/" + point(2000 + i); })},
+        Made{"OpenComment",
+             many(500, point) + "#900=IFCWALL(/*\n" + many(500, [](std::size_t i) { return point(i + 1000); })},
+        Made{"OpenText",
+             many(500, point) + "#900=IFCWALL('\n" + many(500, [](std::size_t i) { return point(i + 1000); })},
+        Made{"FarEnds", many(3000, point) + "#9001=IFCPERSON('" + kLong + "\n#9002=IFCWALL();\n" + kLong +
+                            "',$,$,$,$,$,$,$);\n/*" + kLong + kLong + "*/" +
+                            many(3000, [](std::size_t i) { return point(i + 10'000); }) + "#9003=IFCNOTHING('" + kLong +
+                            "');\n"},
+        Made{"Sections", many(1000, point) + "ENDSEC;\nDATA;\n" +
+                             many(1000, [](std::size_t i) { return point(i + 2000); }) + "ENDSEC;\n" +
+                             many(1000, [](std::size_t i) { return point(i + 4000); })},
+        Made{"BehindTheEnd", many(1000, point) + "ENDSEC;\nEND-ISO-10303-21;\n" +
+                                 many(1000, [](std::size_t i) { return point(i + 2000); })}),
     [](const testing::TestParamInfo<Made>& made) { return std::string(made.param.name); });
 
 /// The caller's thread alone hears of progress; what its function throws comes to it; no thread is left to read on.
@@ -121,7 +135,9 @@ TEST(ReadingThreads, ProgressIsToldToTheCaller) {
             if (last >= stopAt) throw std::length_error("stop");
             return true;
         });
-        const auto open = [&] { return file.openMemory(content.data(), content.size(), "x", {.threads = 3, .partSize = 1000}); };
+        const auto open = [&] {
+            return file.openMemory(content.data(), content.size(), "x", {.threads = 3, .partSize = 1000});
+        };
         if (stopAt > content.size())
             EXPECT_EQ(open(), KP::eOk);
         else
