@@ -198,7 +198,8 @@ std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
                 std::string tail(m_place, m_window.end());
                 while (!tail.empty() && static_cast<unsigned char>(tail.back()) <= ' ') tail.pop_back();
                 // What is left of a record has no end of its own: a comment keeps it apart from what is written next.
-                if (!tail.empty() && tail.find("*/") == std::string::npos) records.keep("/* cut off: " + tail + " */");
+                for (std::size_t at = 0; (at = tail.find("*/", at)) != std::string::npos;) tail.insert(++at, 1, ' ');
+                if (!tail.empty()) records.keep("/* cut off: " + tail + " */");
                 break;
             }
         } else if (keyword == "END-ISO-10303-21") {
@@ -315,22 +316,23 @@ void FileReader::locateFindings(ProgressMeter& progress) {
     for (std::size_t got; next != entries.end() && (got = m_source.read(buffer.data(), buffer.size())) != 0;) {
         const char* p = buffer.data();
         if (offset == 0 && !std::memchr(p, '\n', got)) lineEnd = '\r'; // lines that end in carriage returns only
-        const auto passLines = [&](const char* end) {
-            const auto count = static_cast<std::uint64_t>(std::count(p, end, lineEnd));
-            p = end;
-            if (count == 0) return;
-            line += count;
-            while (end[-1] != lineEnd) --end;
-            lineStart = offset + static_cast<std::uint64_t>(end - buffer.data());
-        };
         for (; next != entries.end() && next->offset < offset + got; ++next) {
             const char* const place = buffer.data() + (next->offset - offset);
-            passLines(place);
+            while (const void* found = std::memchr(p, lineEnd, static_cast<std::size_t>(place - p))) {
+                p = static_cast<const char*>(found) + 1;
+                ++line;
+                lineStart = offset + static_cast<std::uint64_t>(p - buffer.data());
+            }
+            p = place;
             next->line = line;
             next->column = next->offset - lineStart + 1;
         }
         const char* const behind = buffer.data() + got;
-        passLines(behind);
+        while (const void* found = std::memchr(p, lineEnd, static_cast<std::size_t>(behind - p))) {
+            p = static_cast<const char*>(found) + 1;
+            ++line;
+            lineStart = offset + static_cast<std::uint64_t>(p - buffer.data());
+        }
         offset += got;
     }
     for (; next != entries.end(); ++next) {

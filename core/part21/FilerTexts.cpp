@@ -4,6 +4,7 @@
 #include "model/ModelData.h"
 #include "model/ReadingMemory.h"
 #include "part21/FieldIssue.h"
+#include "part21/Scan.h"
 #include "part21/TextIssues.h"
 
 #include <cstring>
@@ -38,9 +39,7 @@ std::size_t hashOf(std::string_view text) {
 bool KpSpfFilerBase::readText(std::string_view& text) {
     if (*m_cur != '\'') return false;
     const char* const begin = m_cur + 1;
-    const char* p = begin;
-    while (static_cast<unsigned char>(*p) >= ' ' && static_cast<unsigned char>(*p) < 0x7F && *p != '\'' && *p != '\\')
-        ++p;
+    const char* const p = scan::plainEnd(begin);
     if (*p == '\'' && p[1] != '\'') {
         text = {begin, static_cast<std::size_t>(p - begin)};
         m_cur = p + 1;

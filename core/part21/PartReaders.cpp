@@ -17,7 +17,7 @@ void readRecords(RecordReader& reader, Part& part) {
     const char* const sight = part.begin() + part.seen;
     const auto seesEnough = [&](const char* place) { return part.isLast && sight - place <= Window::kReach; };
     reader.readInto(part.read);
-    reader.readFrom(part.begin(), part.offset);
+    reader.readFrom(part.begin(), sight, part.offset);
     RecordReader::Failure failure;
     const char* place = part.begin();
     for (;;) {
@@ -28,10 +28,12 @@ void readRecords(RecordReader& reader, Part& part) {
             if (place - begin > Window::kReach && nextRecordLine(begin + 1, place)) throw ReadAgain();
             continue;
         }
-        const bool isOpen = lexer::isComment(begin) || (*begin == '#' && RecordReader::dependsOnSight(failure, begin));
+        if (endsSection(begin, sight)) break;
         const char* const end = *begin == ';' ? begin + 1 : damagedRecordEnd(begin, sight);
-        if (endsSection(begin, sight) || (seesEnough(begin) && (isOpen || !end))) break;
-        if (isOpen || !end) throw ReadAgain();
+        if (!end || openComment(begin, end) || (*begin == '#' && RecordReader::dependsOnSight(failure, begin))) {
+            if (seesEnough(begin)) break;
+            throw ReadAgain();
+        }
         reader.passOver(begin, end, failure);
         place = end;
     }

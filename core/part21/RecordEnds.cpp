@@ -33,6 +33,21 @@ const char* damagedRecordEnd(const char* begin, const char* end) {
     }
 }
 
+const char* openComment(const char* p, const char* end) {
+    while (p && p < end) {
+        if (*p == '\'') {
+            p = KpStepText::stringEnd(p + 1, end);
+        } else if (lexer::isComment(p)) {
+            const char* const behind = lexer::commentEnd(p, end);
+            if (!behind) return p;
+            p = behind;
+        } else {
+            ++p;
+        }
+    }
+    return nullptr;
+}
+
 bool isStatement(const char* begin, const char* end, std::string_view keyword) {
     return end - begin >= static_cast<std::ptrdiff_t>(keyword.size()) &&
            equalNoCase(begin, keyword.size(), std::string(keyword).c_str()) &&

@@ -14,6 +14,9 @@ const char* nextRecordLine(const char* p, const char* end);
 /// `end`. Looks as far as it must, so that many damaged records cost no more than their length.
 const char* damagedRecordEnd(const char* begin, const char* end);
 
+/// The comment that begins in [p, end) and does not end there; null where there is none.
+const char* openComment(const char* p, const char* end);
+
 /// True where a statement of that keyword begins.
 bool isStatement(const char* begin, const char* end, std::string_view keyword);
 /// True for what ends a data section, understood or not.

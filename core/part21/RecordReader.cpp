@@ -139,7 +139,7 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
         const char* const close = m_filer.m_cur;
         const char* p = lexer::skipBlanks(close + 1, m_filer.m_end);
         const bool ends = *p == ';';
-        if (ends || *p == '#' || isStatement(p, m_filer.m_end, "ENDSEC")) {
+        if (ends || *p == '#' || isStatement(p, m_sight, "ENDSEC")) {
             bind(type, slot, instance, {begin, static_cast<std::size_t>(close - begin)});
             if (!ends) {
                 m_into->report.add(findingOn(*instance, KeptField::kWholeRecord, KpIfcFinding::unreadableRecord,
@@ -275,7 +275,9 @@ void RecordReader::keep(const char* begin, const char* end, Failure& failure) {
     m_into->report.add(std::move(entry));
     std::string text(begin, end);
     while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.pop_back();
-    text += lexer::missingEnd(text.data(), text.data() + text.size());
+    // More than once where a text ends in "\\S\\", which makes a letter of the first apostrophe.
+    for (const char* missing = ";"; *missing; text += missing)
+        missing = lexer::missingEnd(text.data(), text.data() + text.size());
     ReadInstances& instances = m_into->instances;
     KeptRecord& record = instances.keep(std::move(text), failure.name);
     ++instances.keptCount; // also where it has no name

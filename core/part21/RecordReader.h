@@ -19,6 +19,8 @@ namespace KP_SDAI {
 /// its own thread and from its own stretch of the source.
 class RecordReader {
 public:
+    class FieldReader; ///< of the fields of a record
+
     /// Why a record could not be bound.
     struct Failure {
         KpIfcFinding finding = KpIfcFinding::unreadableRecord;
@@ -41,9 +43,10 @@ public:
         m_into = &into;
         m_filer.m_pending = &into.pending;
     }
-    /// What is read stands in memory from `begin` on, where that place is `offset` of the source.
-    void readFrom(const char* begin, std::uint64_t offset) {
+    /// What is read stands in memory from `begin` to `sight`; the first is `offset` of the source.
+    void readFrom(const char* begin, const char* sight, std::uint64_t offset) {
         m_begin = begin;
+        m_sight = sight;
         m_offset = offset;
     }
 
@@ -74,6 +77,7 @@ private:
     KpSpfFilerBase m_filer;
     ReadRecords* m_into = nullptr;
     const char* m_begin = nullptr;
+    const char* m_sight = nullptr;
     std::uint64_t m_offset = 0;
     bool m_tooManyParameters = false;
     bool m_isMisspelled = false; ///< the keyword of the record that is being read is not in upper case

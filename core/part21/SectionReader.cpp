@@ -32,7 +32,7 @@ bool SectionReader::readSection(const char*& place) {
         m_parts = std::make_unique<PartReaders>(m_data, m_source, m_names, m_threading, m_report.listedPerKind());
     }
     RecordReader::Failure failure;
-    m_reader.readFrom(m_window.begin(), m_window.offsetOf(m_window.begin()));
+    m_reader.readFrom(m_window.begin(), m_window.end(), m_window.offsetOf(m_window.begin()));
     for (;;) {
         place = lexer::skipBlanks(place, m_window.end());
         if (place == m_window.end() || lexer::isComment(place)) {
@@ -46,7 +46,6 @@ bool SectionReader::readSection(const char*& place) {
             refill(place); // what fails close to the end of the window may be whole behind it
             continue;
         }
-        if (*place == '#' && lexer::isComment(failure.place)) m_openComment = m_window.offsetOf(m_window.end());
 
         const char* const begin = place;
         if (m_parts && *begin == '#' && RecordReader::dependsOnSight(failure, begin) &&
@@ -59,6 +58,16 @@ bool SectionReader::readSection(const char*& place) {
         if (!end) {
             take(m_read);
             return false;
+        }
+        if (!isEnd && *begin != ';' && m_window.offsetOf(begin) >= m_openComment) {
+            if (const char* const comment = openComment(begin, end)) {
+                const char* const behind = lexer::commentEnd(comment, m_window.end());
+                if (!behind && !m_window.hasEnded()) {
+                    refill(place); // however far behind a comment ends, it may be whole
+                    continue;
+                }
+                m_openComment = m_window.offsetOf(behind ? behind : m_window.end());
+            }
         }
         if (!isEnd) {
             m_reader.passOver(begin, end, failure);
@@ -79,20 +88,23 @@ bool SectionReader::readSection(const char*& place) {
     }
 }
 
-/// Reads one record, looking for the ends of its texts and comments within the window. Where a comment was found that
-/// does not end there, later ones do not either: they are looked for within their own record only, so that many of them
-/// cost no more than their length.
+/// Reads one record, looking for the ends of its texts and comments within the window. Where a record was cut because
+/// its comment goes on over what looks like the next ones, comments before the end of that one are looked for within
+/// their own record only, so that many of them cost no more than their length.
 bool SectionReader::readRecordWithin(const char*& place, RecordReader::Failure& failure) {
     const char* end = m_window.end();
     if (m_window.offsetOf(place) < m_openComment)
-        if (const char* line = nextRecordLine(place + 1, end)) end = line;
+        if (const char* line = nextRecordLine(place + 1, end)) {
+            while (*line == ' ' || *line == '\t') ++line;
+            end = line;
+        }
     return m_reader.read(place, end, failure);
 }
 
 bool SectionReader::refill(const char*& place) {
     take(m_read);
     const bool isMore = m_window.refill(place);
-    m_reader.readFrom(m_window.begin(), m_window.offsetOf(m_window.begin()));
+    m_reader.readFrom(m_window.begin(), m_window.end(), m_window.offsetOf(m_window.begin()));
     return isMore;
 }
 
@@ -111,7 +123,7 @@ bool SectionReader::readParts(const char*& place) {
         if (m_window.begin() != m_window.end()) break;
     }
     m_reader.readInto(m_read);
-    m_reader.readFrom(m_window.begin(), m_window.offsetOf(m_window.begin()));
+    m_reader.readFrom(m_window.begin(), m_window.end(), m_window.offsetOf(m_window.begin()));
     if (isAny) place = m_window.begin();
     return m_window.begin() != m_window.end() && isAny;
 }

@@ -59,7 +59,7 @@ private:
     GlobalIdCheck m_globalIds;
     std::unique_ptr<PartReaders> m_parts; ///< made when first needed
     std::uint64_t m_sectionEnd = 0;
-    std::uint64_t m_openComment = 0; ///< a comment before this offset did not end before it
+    std::uint64_t m_openComment = 0; ///< to here goes a comment that a record was cut from
 };
 
 } // namespace KP_SDAI

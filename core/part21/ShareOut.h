@@ -9,9 +9,9 @@
 
 namespace KP_SDAI {
 
-/// Runs `work(share, isStopped)` once for each of `shares` shares, share 0 in the caller's thread, the others in threads
-/// of their own where those can be had. Returns when all are done. Where one throws, `isStopped` becomes true, so that
-/// the others can end early, and what the first of them threw comes to the caller.
+/// Runs `work(share, isStopped)` once for each of `shares` shares, share 0 in the caller's thread, the others in
+/// threads of their own where those can be had. Returns when all are done. Where one throws, `isStopped` becomes true,
+/// so that the others can end early, and what the first of them threw comes to the caller.
 template <class Work>
 void shareOut(unsigned shares, Work work) {
     std::atomic<bool> isStopped{false};

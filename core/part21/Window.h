@@ -1,5 +1,6 @@
 #pragma once
 
+#include "part21/Scan.h"
 #include "part21/SourceLayout.h"
 
 #include <cstddef>
@@ -39,7 +40,7 @@ public:
     }
     static constexpr std::uint64_t kNoZero = UINT64_MAX;
     /// So many zeros, at least, stand behind what is parsed.
-    static constexpr std::size_t kZeros = 8;
+    static constexpr std::size_t kZeros = scan::kReach;
     /// True once a refill has found the end of the source: all that is left stands in the window.
     bool hasEnded() const { return m_ended; }
     /// So many bytes behind any place, at least, can be had by a refill.
