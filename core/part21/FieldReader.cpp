@@ -1,5 +1,6 @@
 #include "part21/FieldReader.h"
 
+#include "model/ReadingMemory.h"
 #include "part21/Scan.h"
 
 #include <KpIfcCore/Consts.h>
@@ -83,7 +84,7 @@ void RecordReader::FieldReader::take(const char* begin, const char* end) {
 }
 
 inline bool RecordReader::FieldReader::isKnown(std::uint64_t name, const KpIfcEntityType* declared) const {
-    const KpIfcEntityType* const type = m_filer.m_known->of(name);
+    const KpIfcEntityType* const type = m_filer.m_memory->types.of(name);
     return type && (type == declared || type->isKindOf(declared));
 }
 
@@ -98,7 +99,7 @@ bool RecordReader::FieldReader::readReference(const KpIfcAttributeFacts& row, co
     }
     std::uint64_t name;
     if (*p != '#' || !(end = scan::name(end, name)) || name == 0 || !endsParameter(*end)) return false;
-    handle = KpDbObjectId(m_filer.m_data.table.slot(name));
+    handle = KpDbObjectId(m_filer.m_data.table.slot(name, m_filer.m_memory->slots));
     take(p, end);
     if (!isKnown(name, *row.target)) m_filer.checkReference(handle, *row.target);
     return true;
@@ -202,12 +203,12 @@ bool RecordReader::FieldReader::readReferences(const KpIfcAttributeFacts& row, K
     do {
         std::uint64_t name;
         if (p[1] != '#' || !(p = scan::name(p + 2, name)) || name == 0) return false;
-        members.emplace_back(m_filer.m_data.table.slot(name));
+        members.emplace_back(m_filer.m_data.table.slot(name, m_filer.m_memory->slots));
         areKnown = areKnown && isKnown(name, *row.target);
     } while (*p == ',');
     if (*p++ != ')' || !endsParameter(*p)) return false;
     take(begin, p);
-    KpArena& arena = m_filer.m_data.arena;
+    KpArena& arena = m_filer.m_memory->arena;
     if (!row.aggregate->isSet)
         static_cast<KpIfcPositionedAggr<KpDbObjectId>&>(aggregate).load(arena, members.data(), members.size());
     else if (!static_cast<KpIfcSetAggr<KpDbObjectId>&>(aggregate).load(arena, members.data(), members.size()))
@@ -228,7 +229,7 @@ bool RecordReader::FieldReader::readReals(KpIfcAggr& aggregate, const char* cons
     } while (*p == ',');
     if (*p++ != ')' || !endsParameter(*p)) return false;
     take(begin, p);
-    static_cast<KpIfcPositionedAggr<double>&>(aggregate).load(m_filer.m_data.arena, members.data(), members.size());
+    static_cast<KpIfcPositionedAggr<double>&>(aggregate).load(m_filer.m_memory->arena, members.data(), members.size());
     return true;
 }
 

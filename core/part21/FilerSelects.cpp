@@ -1,6 +1,7 @@
 #include <KpIfcCore/Consts.h>
 #include <KpIfcCore/KpSpfFilerBase.h>
 
+#include "model/SlotWord.h"
 #include "part21/FieldIssue.h"
 #include "part21/Lexer.h"
 #include "part21/Scan.h"
@@ -23,13 +24,8 @@ bool KpSpfFilerBase::readSelect(KpIfcSelect& value) {
             return false;
         }
         value.setHandleOnLoad(handle);
-        if (handle.openObject()) {
-            if (!value.setHandleD(handle))
-                issue(KpIfcFinding::wrongReference, KpIfcSeverity::warning, false,
-                      "an instance of one of the alternatives");
-        } else if (!handle.isDefined()) {
-            deferField();
-        }
+        const std::uintptr_t word = wordWhileReading(*handle.slot());
+        if (!(word & KpIfcSlot::kKeptRecord) && !(word && value.setHandleD(handle))) deferField();
         return true;
     }
     if (atUnset()) return true;

@@ -2,6 +2,8 @@
 #include <KpIfcCore/KpStepText.h>
 
 #include "model/ModelData.h"
+#include "model/ReadingMemory.h"
+#include "part21/FieldIssue.h"
 #include "part21/Scan.h"
 #include "part21/TextIssues.h"
 
@@ -45,7 +47,7 @@ bool KpSpfFilerBase::readText(std::string_view& text) {
     }
     const char* const behind = KpStepText::stringEnd(p, m_end);
     if (!behind) {
-        broken("the closing apostrophe of a text");
+        broken(kTextEnd);
         return false;
     }
     const std::string_view encoded(begin, static_cast<std::size_t>(behind - 1 - begin));
@@ -69,7 +71,7 @@ void KpSpfFilerBase::store(KpAnsiString& value, std::string_view text) {
         return;
     }
     if (text.size() > kLongestShared) {
-        value.refer(KpAnsiString::place(m_data.arena, text));
+        value.refer(KpAnsiString::place(m_memory->arena, text));
         return;
     }
     if (m_sharedTexts.empty()) m_sharedTexts.resize(kCacheSize);
@@ -79,6 +81,6 @@ void KpSpfFilerBase::store(KpAnsiString& value, std::string_view text) {
         if (header->length == text.size() && std::memcmp(cached, text.data(), text.size()) == 0)
             return value.refer(cached);
     }
-    cached = KpAnsiString::place(m_data.arena, text);
+    cached = KpAnsiString::place(m_memory->arena, text);
     value.refer(cached);
 }

@@ -2,6 +2,7 @@
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include "model/ModelData.h"
+#include "model/ReadingMemory.h"
 #include "part21/Lexer.h"
 #include "part21/Scan.h"
 #include "part21/Spelling.h"
@@ -77,7 +78,7 @@ bool KpSpfFilerBase::readReference(KpDbObjectId& value) {
     while (lexer::isDigit(*p)) name = name * 10 + static_cast<unsigned>(*p++ - '0');
     if (p - digits > 18 && std::from_chars(digits, p, name).ec != std::errc()) return false;
     if (name == 0) return false;
-    value = KpDbObjectId(m_data.table.slot(name));
+    value = KpDbObjectId(m_data.table.slot(name, m_memory->slots));
     m_cur = p;
     return true;
 }

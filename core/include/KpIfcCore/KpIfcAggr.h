@@ -188,9 +188,7 @@ public:
         while (m_count > count) items[--m_count].~T();
     }
     KpIfcAggrImp* clone() const override {
-        // One without elements is made to be filled; so many take no more memory than a header with a pointer.
-        constexpr std::size_t kFirst = sizeof(T) <= 8 ? 3 : 1;
-        Disposer copy{this->create(nullptr, m_count ? m_count : kFirst)};
+        Disposer copy{this->create(nullptr, m_count)};
         for (const T& element : *this) static_cast<KpIfcAggrElements*>(copy.imp)->place(element);
         return copy.release();
     }
