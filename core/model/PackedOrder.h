@@ -53,7 +53,7 @@ private:
 
     std::vector<std::uint8_t> m_bytes;
     Mark m_end;
-    std::unordered_map<std::size_t, KeptRecord*> m_replaced;  ///< by place
+    std::unordered_map<std::size_t, KeptRecord*> m_replaced; ///< by place
     std::unordered_map<KpIfcSlot*, std::size_t> m_positions; ///< of instances; filled when one is to be replaced
 };
 
