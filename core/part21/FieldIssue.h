@@ -2,11 +2,6 @@
 
 #include <KpIfcCore/KpSpfFilerBase.h>
 
-namespace KP_SDAI {
-/// What is expected where a text does not end in sight.
-inline constexpr char kTextEnd[] = "the closing apostrophe of a text";
-} // namespace KP_SDAI
-
 /// A finding about a field of the record that is being read.
 struct KpSpfFilerBase::FieldIssue {
     KP_SDAI::KpIfcFinding finding;

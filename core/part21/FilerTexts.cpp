@@ -3,7 +3,6 @@
 
 #include "model/ModelData.h"
 #include "model/ReadingMemory.h"
-#include "part21/FieldIssue.h"
 #include "part21/Scan.h"
 #include "part21/TextIssues.h"
 
@@ -47,7 +46,7 @@ bool KpSpfFilerBase::readText(std::string_view& text) {
     }
     const char* const behind = KpStepText::stringEnd(p, m_end);
     if (!behind) {
-        broken(kTextEnd);
+        broken("the closing apostrophe of a text");
         return false;
     }
     const std::string_view encoded(begin, static_cast<std::size_t>(behind - 1 - begin));

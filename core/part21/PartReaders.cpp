@@ -12,10 +12,9 @@ namespace KP_SDAI {
 namespace {
 
 /// Reads the records of a part, up to its end or the end of the section. Throws ReadAgain where it does not end
-/// between records, and where the outcome depends on how far can be seen: one thread might see more or less there.
+/// between records, or where what is needed to go on as one thread would is not in sight.
 void readRecords(RecordReader& reader, Part& part) {
     const char* const sight = part.begin() + part.seen;
-    const auto seesEnough = [&](const char* place) { return part.isLast && sight - place <= Window::kReach; };
     reader.readInto(part.read);
     reader.readFrom(part.begin(), sight, part.offset);
     RecordReader::Failure failure;
@@ -23,18 +22,17 @@ void readRecords(RecordReader& reader, Part& part) {
     for (;;) {
         place = lexer::skipBlanks(place, sight);
         if (place >= part.end()) break;
-        const char* const begin = place;
-        if (*place == '#' && reader.read(place, sight, failure)) {
-            if (place - begin > Window::kReach && nextRecordLine(begin + 1, place)) throw ReadAgain();
-            continue;
-        }
-        if (endsSection(begin, sight)) break;
-        const char* const end = *begin == ';' ? begin + 1 : damagedRecordEnd(begin, sight);
-        if (!end || openComment(begin, end) || (*begin == '#' && RecordReader::dependsOnSight(failure, begin))) {
-            if (seesEnough(begin)) break;
+        if (*place == '#' && reader.read(place, sight, failure)) continue;
+        if (endsSection(place, sight)) break;
+        const char* const end = *place == ';' ? place + 1 : damagedRecordEnd(place, sight);
+        const char* const piece = end ? openPiece(place, end) : nullptr;
+        const bool isComment = piece && lexer::isComment(piece);
+        if (!end || isComment) { // how the following records are read depends on such a comment
+            if (part.isLast) break;
             throw ReadAgain();
         }
-        reader.passOver(begin, end, failure);
+        if (piece && !part.isLast && !wholeRecordEnd(piece, sight)) throw ReadAgain();
+        reader.passOver(place, end, failure);
         place = end;
     }
     if (place > part.end()) throw ReadAgain();
@@ -44,10 +42,9 @@ void readRecords(RecordReader& reader, Part& part) {
 void readPart(RecordReader& reader, Part& part) {
     try {
         readRecords(reader, part);
-        const std::size_t length = static_cast<std::size_t>(part.readTo - part.begin());
-        if (const void* const zero = std::memchr(part.begin(), 0, length))
+        if (const void* const zero = std::memchr(part.begin(), 0, part.length))
             part.firstZero = part.offset + static_cast<std::uint64_t>(static_cast<const char*>(zero) - part.begin());
-        part.read.layout.closeBlock({part.begin(), length});
+        part.read.layout.closeBlock({part.begin(), static_cast<std::size_t>(part.readTo - part.begin())});
     } catch (...) {
         part.failure = std::current_exception();
     }

@@ -10,15 +10,28 @@
 
 namespace KP_SDAI {
 
+namespace {
+
+/// True where a line looks like the next record or the end of the section.
+bool isRecordLine(const char* line, const char* end) {
+    if (lexer::beginsRecord(line, end)) return true;
+    while (*line == ' ' || *line == '\t') ++line;
+    return end - line >= 7 && std::memcmp(line, "ENDSEC;", 7) == 0;
+}
+
+/// Behind the text or comment that begins at `p`, or else the character; null where it does not end.
+const char* behindPiece(const char* p, const char* end) {
+    if (*p == '\'') return KpStepText::stringEnd(p + 1, end);
+    return lexer::isComment(p) ? lexer::commentEnd(p, end) : p + 1;
+}
+
+} // namespace
+
 const char* nextRecordLine(const char* p, const char* end) {
     while (p < end) {
         p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
         if (!p) return nullptr;
-        ++p;
-        if (lexer::beginsRecord(p, end)) return p;
-        const char* q = p;
-        while (*q == ' ' || *q == '\t') ++q;
-        if (end - q >= 7 && std::memcmp(q, "ENDSEC;", 7) == 0) return p;
+        if (isRecordLine(++p, end)) return p;
     }
     return nullptr;
 }
@@ -33,17 +46,20 @@ const char* damagedRecordEnd(const char* begin, const char* end) {
     }
 }
 
-const char* openComment(const char* p, const char* end) {
+const char* wholeRecordEnd(const char* p, const char* end) {
     while (p && p < end) {
-        if (*p == '\'') {
-            p = KpStepText::stringEnd(p + 1, end);
-        } else if (lexer::isComment(p)) {
-            const char* const behind = lexer::commentEnd(p, end);
-            if (!behind) return p;
-            p = behind;
-        } else {
-            ++p;
-        }
+        if (*p == ';') return p + 1;
+        if (*p == '\n' && isRecordLine(p + 1, end)) return p + 1;
+        p = behindPiece(p, end);
+    }
+    return nullptr;
+}
+
+const char* openPiece(const char* p, const char* end) {
+    while (p < end) {
+        const char* const behind = behindPiece(p, end);
+        if (!behind) return p;
+        p = behind;
     }
     return nullptr;
 }

@@ -14,8 +14,11 @@ const char* nextRecordLine(const char* p, const char* end);
 /// `end`. Looks as far as it must, so that many damaged records cost no more than their length.
 const char* damagedRecordEnd(const char* begin, const char* end);
 
-/// The comment that begins in [p, end) and does not end there; null where there is none.
-const char* openComment(const char* p, const char* end);
+/// Where a record ends if all its texts and comments count, whatever they hold; null where that is not seen.
+const char* wholeRecordEnd(const char* p, const char* end);
+
+/// The text or comment that begins in [p, end) and does not end there; null where there is none.
+const char* openPiece(const char* p, const char* end);
 
 /// True where a statement of that keyword begins.
 bool isStatement(const char* begin, const char* end, std::string_view keyword);

@@ -7,7 +7,6 @@
 #include "part21/RecordWriter.h"
 #include "part21/Scan.h"
 #include "part21/Spelling.h"
-#include "part21/Window.h"
 
 #include <KpIfcCore/KpIfcEntityType.h>
 
@@ -251,10 +250,6 @@ KpIfcReportEntry RecordReader::entryOf(const KpSpfFilerBase::FieldIssue& issue, 
               : issue.keep ? kTextKept
                            : kReadAllTheSame};
     return findingOn(instance, issue.field, issue.finding, issue.severity, offsetOf(issue.begin), std::move(said));
-}
-
-bool RecordReader::dependsOnSight(const Failure& failure, const char* begin) {
-    return failure.expected == kTextEnd || lexer::isComment(failure.place) || failure.place - begin > Window::kReach;
 }
 
 void RecordReader::passOver(const char* begin, const char* end, Failure& failure) {

@@ -53,9 +53,6 @@ public:
     /// Reads the record at `place`, which may look as far as `end`, where a zero stands, and moves behind it. False,
     /// with the reason, where it is not bound; `place` then has not moved.
     bool read(const char*& place, const char* end, Failure& failure);
-    /// True where `failure` to read the record at `begin` may have come of what could be seen: further away a text or
-    /// comment might end.
-    static bool dependsOnSight(const Failure& failure, const char* begin);
     /// Passes over what could not be read: keeps it as text, unless it is but a semicolon.
     void passOver(const char* begin, const char* end, Failure& failure);
     void report(const char* place, KpIfcFinding finding, Said said);

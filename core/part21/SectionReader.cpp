@@ -48,9 +48,6 @@ bool SectionReader::readSection(const char*& place) {
         }
 
         const char* const begin = place;
-        if (m_parts && *begin == '#' && RecordReader::dependsOnSight(failure, begin) &&
-            (!m_window.hasEnded() || m_window.end() - begin > Window::kReach))
-            throw ReadAgain();
         const bool isEnd = endsSection(begin, m_window.end());
         const char* const end =
             *begin == ';' || isEnd ? lexer::recordEnd(begin, m_window.end()) : damagedRecordEnd(begin, m_window.end());
@@ -59,15 +56,9 @@ bool SectionReader::readSection(const char*& place) {
             take(m_read);
             return false;
         }
-        if (!isEnd && *begin != ';' && m_window.offsetOf(begin) >= m_openComment) {
-            if (const char* const comment = openComment(begin, end)) {
-                const char* const behind = lexer::commentEnd(comment, m_window.end());
-                if (!behind && !m_window.hasEnded()) {
-                    refill(place); // however far behind a comment ends, it may be whole
-                    continue;
-                }
-                m_openComment = m_window.offsetOf(behind ? behind : m_window.end());
-            }
+        if (!isEnd && *begin != ';' && mayGoOn(begin, end)) {
+            refill(place);
+            continue;
         }
         if (!isEnd) {
             m_reader.passOver(begin, end, failure);
@@ -86,6 +77,19 @@ bool SectionReader::readSection(const char*& place) {
         take(m_read);
         return true;
     }
+}
+
+/// True where a record was cut within a text or comment, and its own end, however far behind, is not in the window yet.
+bool SectionReader::mayGoOn(const char* begin, const char* end) {
+    const char* const piece = openPiece(begin, end);
+    const bool isComment = piece && lexer::isComment(piece);
+    if (!piece || (isComment && m_window.offsetOf(begin) < m_openComment)) return false;
+    if (!m_window.hasEnded() && !wholeRecordEnd(piece, m_window.end())) return true;
+    if (!isComment) return false;
+    if (m_parts && !m_window.hasEnded()) throw ReadAgain(); // other threads do not know of it
+    const char* const behind = lexer::commentEnd(piece, m_window.end());
+    m_openComment = m_window.offsetOf(behind ? behind : m_window.end());
+    return false;
 }
 
 /// Reads one record, looking for the ends of its texts and comments within the window. Where a record was cut because

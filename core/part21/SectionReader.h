@@ -38,6 +38,7 @@ public:
     void finish(ProgressMeter& progress);
 
 private:
+    bool mayGoOn(const char* begin, const char* end);
     bool readRecordWithin(const char*& place, RecordReader::Failure& failure);
     bool refill(const char*& place);
     /// Reads on in parts. True where something follows, at `place`, that is to be looked at in the window.

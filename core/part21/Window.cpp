@@ -32,6 +32,7 @@ void Window::moveTo(std::uint64_t offset, std::string_view bytes) {
     std::memset(m_buffer.data() + bytes.size(), 0, kZeros);
     m_length = bytes.size();
     m_offset = offset;
+    m_ended = false;
 }
 
 std::uint64_t Window::readToEnd() {
