@@ -11,6 +11,28 @@
 
 namespace KP_SDAI {
 
+namespace {
+
+/// Makes the instances of an order look like records kept as text.
+class Hidden {
+public:
+    explicit Hidden(const std::vector<OrderEntry>& order) : m_order(order) {
+        for (const OrderEntry& entry : m_order)
+            if (KpIfcSlot* const slot = entry.slot()) slot->word |= KpIfcSlot::kKeptRecord;
+    }
+    Hidden(const Hidden&) = delete;
+    Hidden& operator=(const Hidden&) = delete;
+    ~Hidden() {
+        for (const OrderEntry& entry : m_order)
+            if (KpIfcSlot* const slot = entry.slot()) slot->word &= ~KpIfcSlot::kKeptRecord;
+    }
+
+private:
+    const std::vector<OrderEntry>& m_order;
+};
+
+} // namespace
+
 ModelData::ModelData(KpIfcModel& m, std::shared_ptr<KpIfcModule> module)
     : model(m), table(m), m_module(std::move(module)) {}
 
@@ -101,26 +123,14 @@ void ModelData::take(ReadInstances& read) {
 
 void ModelData::completeOrder() {
     if (!m_lacksOrderedStart) return;
-    // What stands before m_order is what else the slots hold, by name.
+    table.sortSparse();
+    // What stands before m_order is what else the slots hold, by name: what it has is passed over as kept records are.
     std::vector<OrderEntry> order;
     {
-        std::vector<std::uintptr_t> words;
-        words.reserve(m_order.size());
-        for (const OrderEntry& entry : m_order)
-            words.push_back(entry.slot() ? std::exchange(entry.slot()->word, 0) : 0);
-        const auto restore = [&] {
-            for (std::size_t i = 0; i < words.size(); ++i)
-                if (words[i]) m_order[i].slot()->word = words[i];
-        };
-        try {
-            table.sortSparse();
-            order = orderByName();
-        } catch (...) {
-            restore();
-            throw;
-        }
-        restore();
+        const Hidden hidden(m_order);
+        order = orderByName();
     }
+    order.reserve(order.size() + m_order.size());
     order.insert(order.end(), m_order.begin(), m_order.end());
     m_order = std::move(order);
     m_lacksOrderedStart = false;
