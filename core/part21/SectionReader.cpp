@@ -12,6 +12,26 @@
 
 namespace KP_SDAI {
 
+namespace {
+
+void sortByName(std::vector<KpIfcEntityBase*>& instances) {
+    // Names are looked up once, not at each comparison.
+    using Named = std::pair<std::uint64_t, KpIfcEntityBase*>;
+    std::uint64_t last = 0;
+    const auto isInOrder = [&last](const KpIfcEntityBase* instance) {
+        const std::uint64_t before = std::exchange(last, instance->instanceName());
+        return before <= last;
+    };
+    if (std::all_of(instances.begin(), instances.end(), isInOrder)) return;
+    std::vector<Named> named;
+    named.reserve(instances.size());
+    for (KpIfcEntityBase* const instance : instances) named.emplace_back(instance->instanceName(), instance);
+    std::sort(named.begin(), named.end(), [](const Named& a, const Named& b) { return a.first < b.first; });
+    std::transform(named.begin(), named.end(), instances.begin(), [](const Named& one) { return one.second; });
+}
+
+} // namespace
+
 SectionReader::SectionReader(ModelData& data, PartSource& source, Window& window, SourceLayout& layout,
                              KpIfcReport& report, const Threading& threading)
     : m_data(data), m_source(source), m_window(window), m_layout(layout), m_report(report), m_threading(threading),
@@ -168,12 +188,7 @@ void SectionReader::enterInverses(ProgressMeter& progress) {
     for (const auto& part : m_referring) referring.insert(referring.end(), part.begin(), part.end());
     m_referring = {};
     progress.beginItems(KpIfcStage::inverses, referring.size());
-    // In ascending order, so that every set grows at its end.
-    const auto byName = [](const KpIfcEntityBase* a, const KpIfcEntityBase* b) {
-        return a->objectId() < b->objectId();
-    };
-    if (!std::is_sorted(referring.begin(), referring.end(), byName))
-        std::sort(referring.begin(), referring.end(), byName);
+    sortByName(referring); // so that every set grows at its end
     const unsigned shares = m_threading.threadsFor(referring.size());
     std::vector<KpArena*> arenas{&m_data.arena};
     while (arenas.size() < shares) arenas.push_back(&m_data.addArena());
