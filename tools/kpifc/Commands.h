@@ -26,6 +26,7 @@ void addExtract(CLI::App& app, Action& action);
 void addProps(CLI::App& app, Action& action);
 void addHeader(CLI::App& app, Action& action);
 void addDiff(CLI::App& app, Action& action);
+void addReport(CLI::App& app, Action& action);
 void addSchema(CLI::App& app, Action& action);
 
 } // namespace kpifc

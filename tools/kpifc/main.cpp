@@ -46,6 +46,7 @@ static int run(int argc, char** argv) {
                "  kpifc header house.ifc time_stamp\n"
                "  kpifc diff house.ifc house_new.ifc\n"
                "  kpifc extract house.ifc IfcWall -o walls.ifc\n"
+               "  kpifc report house.ifc -o report.html\n"
                "  kpifc schema IfcWall");
     Action action;
     addInfo(app, action);
@@ -62,6 +63,7 @@ static int run(int argc, char** argv) {
     addHeader(app, action);
     addDiff(app, action);
     addExtract(app, action);
+    addReport(app, action);
     for (CLI::App* command : app.get_subcommands({})) {
         command->add_flag("--strict", openOptions().strict,
                           "Fail where a file departs from the standard, however little");
