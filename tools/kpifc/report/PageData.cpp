@@ -77,7 +77,7 @@ private:
         m_used.insert(instance->getInstanceType());
         const std::optional<std::string> name = m_labels.name(*instance);
         const std::optional<std::string> globalId = m_labels.globalId(*instance);
-        m_names.text(name);
+        m_names.text(name ? name : otherName(*instance));
         m_globalIds.text(globalId);
         if (const std::optional<std::string> longName = m_labels.longName(*instance)) {
             m_longNames += (m_longNames.empty() ? "\"" : ",\"") + std::to_string(place) + "\":";
@@ -86,6 +86,16 @@ private:
         addSets(*instance);
         addValues(*instance, name.has_value(), globalId.has_value());
         addLinks(place);
+    }
+
+    /// What stands for a name where the entity has no attribute Name.
+    std::optional<std::string> otherName(const KpIfcEntityBase& instance) const {
+        for (const char* attribute : {"LayerSetName", "FamilyName", "ApplicationFullName"}) {
+            if (const std::optional<std::string> text = m_labels.text(instance, attribute)) {
+                return text;
+            }
+        }
+        return std::nullopt;
     }
 
     void addSets(const KpIfcEntityBase& instance) {
@@ -155,11 +165,19 @@ private:
                     supertypes.text(above->displayName());
                 }
                 Column attributes;
+                std::string units;
+                std::size_t index = 0;
                 for (const HeldAttribute& attribute : attributesOf(*type)) {
                     attributes.text(std::string(attribute.name.view()));
+                    if (const std::string unit = m_properties.unitOf(*attribute.definition); !unit.empty()) {
+                        units += (units.empty() ? "\"" : ",\"") + std::to_string(index) + "\":";
+                        json::appendText(units, unit);
+                    }
+                    ++index;
                 }
                 entity.next() += supertypes.json();
                 entity.next() += attributes.json();
+                entity.next() += '{' + units + '}';
             }
             entities.next() += entity.json();
         }

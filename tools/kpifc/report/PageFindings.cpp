@@ -13,6 +13,8 @@ namespace kpifc::page {
 
 namespace {
 
+constexpr std::size_t kFew = 10; ///< findings of a kind that are shown unasked
+
 std::string linkTo(const KpIfcModel& model, const KpDbObjectId& handle) {
     return fmt::format("<a href=\"{}\"><bdi>{}</bdi></a>", addressOf(handle.instanceName()),
                        html(Labels(model).reference(handle)));
@@ -49,9 +51,9 @@ std::string findings(const KpIfcModel& model, const PageNodes& nodes, const KpIf
             if (!count) {
                 continue;
             }
-            out += fmt::format("<details><summary><span class=\"badge {0}\">{0}</span> {1} "
-                               "<span class=\"number\">{2}</span></summary>\n<ul>\n",
-                               severityName(severity), findingName(kind), grouped(count));
+            out += fmt::format("<details{0}><summary><span class=\"badge {1}\">{1}</span> {2} "
+                               "<span class=\"number\">{3}</span></summary>\n<ul>\n",
+                               count <= kFew ? " open" : "", severityName(severity), findingName(kind), grouped(count));
             std::size_t listed = 0;
             for (const KpIfcReportEntry& entry : findings.entries()) {
                 if (entry.finding != kind || entry.severity != severity) {

@@ -22,6 +22,10 @@ public:
 
     /// The sets of an object, as indexes of sets; one that it has from its type as -1 - index.
     std::vector<std::int64_t> of(const KP_SDAI::KpIfcEntityBase& object);
+    /// The project's unit of what an attribute holds; empty where there is none.
+    std::string unitOf(const KP_SDAI::KpIfcAttributeDefinition& attribute) {
+        return m_reader.measureOf(attribute).symbol;
+    }
     std::string json() const;
     /// How many values all objects have.
     std::uint64_t valueCount() const { return m_valueCount; }

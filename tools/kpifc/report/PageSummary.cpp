@@ -50,8 +50,8 @@ void appendRows(std::string& out, const Counts& counts, std::size_t from, std::s
                        caption);
     for (std::size_t i = from; i < to; ++i) {
         const auto& [type, count] = counts[i];
-        const double share = 100. * static_cast<double>(count) / static_cast<double>(counts.front().second);
-        out += fmt::format("<tr><th scope=\"row\">{0}</th><td><span class=\"bar\" style=\"width:{1:.2f}%\"></span>"
+        const double share = static_cast<double>(count) / static_cast<double>(counts.front().second);
+        out += fmt::format("<tr><th scope=\"row\">{0}</th><td><span class=\"bar\" style=\"--share:{1:.4f}\"></span>"
                            "<span class=\"number\">{2}</span></td></tr>\n",
                            areLinks ? fmt::format("<a href=\"#q={0}\">{0}</a>", type) : type, share, grouped(count));
     }

@@ -8,7 +8,7 @@ function setsOf(place) {
     const [name, ...members] = sets[index < 0 ? -1 - index : index];
     const properties = members.map((member) => {
       const [key, value, unit = 0, measure = 0] = props[member];
-      return { name: keys[key], value, unit: unitText(keys[unit]), measure: keys[measure] };
+      return { name: keys[key], value, unit: keys[unit], measure: keys[measure] };
     });
     return { name: keys[name], isFromType: index < 0, properties };
   });
@@ -19,14 +19,14 @@ function renderProperty({ value, unit }) {
     return place === undefined ? span('none', '#' + value[0]) : linkTo(place);
   }
   if (value === '') return span('none', '\u2013');
-  return make('span', null, make('bdi', null, textValue(value)), unit ? span('unit', ' ' + unit) : null);
+  return make('span', null, make('bdi', null, textValue(value)), withUnit(unit));
 }
 function renderSet(set) {
   const table = make('table', { class: 'set' }, make('caption', null, make('bdi', null, set.name),
     set.isFromType ? span('badge', 'from type') : null));
   const body = make('tbody');
   for (const property of set.properties) {
-    body.append(make('tr', null, make('th', { scope: 'row' }, make('bdi', null, property.name.replaceAll('/', ' / '))),
+    body.append(make('tr', null, make('th', { scope: 'row' }, make('bdi', null, ...breakable(property.name))),
       make('td', property.measure ? { title: property.measure } : null, renderProperty(property))));
   }
   table.append(body);
@@ -35,26 +35,16 @@ function renderSet(set) {
 
 // ---- One instance
 
-/** Materials of an association, with the layers of what has some. */
+/** What an association says of material: one, a list, or the layers of a set. */
 function renderMaterial(place) {
-  const list = make('ul', { class: 'layers' });
-  function add(at, depth) {
-    if (depth > 4) return;
-    const follow = (attribute) => [valueOf(at, attribute)].flat().filter((value) => value && 'p' in value);
-    if (isKind(at, 'IfcMaterialLayer')) {
-      const material = valueOf(at, 'Material');
-      const thickness = valueOf(at, 'LayerThickness');
-      list.append(make('li', null, material ? render(material) : span('none', 'no material'),
-        thickness === null ? null : span('unit', ' ', textValue(String(thickness)))));
-      return;
-    }
-    if (isKind(at, 'IfcMaterial')) list.append(make('li', null, linkTo(at)));
-    for (const attribute of ['ForLayerSet', 'MaterialLayers', 'Materials']) {
-      for (const value of follow(attribute)) add(value.p, depth + 1);
-    }
-  }
-  add(place, 0);
-  return isKind(place, 'IfcMaterial') ? linkTo(place) : make('div', null, linkTo(place), list);
+  const targets = (at, attribute) => [valueOf(at, attribute)].flat().filter((value) => value && 'p' in value).map(({ p }) => p);
+  const [set = place] = targets(place, 'ForLayerSet');
+  const layers = targets(set, 'MaterialLayers').map((layer) => make('li', null,
+    span('thickness', render(valueOf(layer, 'LayerThickness')), withUnit(unitOf(layer, 'LayerThickness'))),
+    ...targets(layer, 'Material').map(plainLinkTo)));
+  const materials = targets(set, 'Materials').map((material) => make('li', null, plainLinkTo(material)));
+  const rows = [...layers, ...materials];
+  return make('div', null, linkTo(set), rows.length ? make('ul', { class: 'layers' }, ...rows) : null);
 }
 const fact = (term, ...descriptions) => make('div', null, make('dt', null, term),
   ...descriptions.map((each) => make('dd', null, each)));
@@ -81,7 +71,7 @@ function renderAttributes(place) {
     const isIndexed = values[i] === null && (name === 'Name' ? model.names[place] !== 0 : name === 'GlobalId' && model.globalIds[place]);
     const value = isIndexed ? (name === 'Name' ? model.names : model.globalIds)[place] : values[i];
     if (value === null) unset.push(name);
-    else set.append(make('tr', null, make('th', { scope: 'row' }, name), make('td', null, render(value))));
+    else set.append(make('tr', null, make('th', { scope: 'row' }, ...breakable(name)), make('td', null, render(value), withUnit(unitOf(place, name)))));
   });
   return [make('table', { class: 'set' }, set), unset.length ? make('p', { class: 'none' }, 'Unset: ' + unset.join(', ')) : null];
 }
@@ -93,8 +83,8 @@ function renderLinks(place) {
   });
   return links.sort((a, b) => a.title.localeCompare(b.title)).map(({ title, note, places }) => {
     const list = pagedList('ul', 'links', places, (other) => make('li', null, linkTo(other)));
-    return make('div', { class: 'relation' }, make('h4', null, title, span('type', ` ${note}`),
-      places.length > 1 ? span('number', ` ${grouped(places.length)}`) : null), ...list);
+    return make('div', { class: 'relation' }, make('h4', null, title,
+      places.length > 1 ? span('number', ` ${grouped(places.length)}`) : null, span('type', ` ${note}`)), ...list);
   });
 }
 let findingsByAddress = null;

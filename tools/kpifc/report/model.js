@@ -16,7 +16,7 @@ const { ids, entities, labels, tree } = model;
 const count = ids.length;
 const placeOf = new Map(ids.map((id, place) => [String(id), place]));
 
-const entityOf = (place) => entities[model.types[place]] || ['Record kept as text', [], ['Text']];
+const entityOf = (place) => entities[model.types[place]] || ['Record kept as text', [], ['Text'], {}];
 const isKind = (place, name) => entityOf(place)[0] === name || entityOf(place)[1].includes(name);
 const longNameOf = (place) => model.longNames[place] || '';
 const addressOf = (place) => '#i' + ids[place];
@@ -29,6 +29,8 @@ function valueOf(place, attribute) {
   const index = entityOf(place)[2].indexOf(attribute);
   return index < 0 ? null : detailOf(place).values[index];
 }
+/** The project's unit of what an attribute holds. */
+const unitOf = (place, attribute) => entityOf(place)[3][entityOf(place)[2].indexOf(attribute)];
 /** Places that an instance is linked to: [label, places] each. */
 function linksOf(place) {
   const { links } = detailOf(place);
@@ -48,6 +50,9 @@ function make(tag, attributes, ...children) {
   return element;
 }
 const span = (kind, ...children) => make('span', { class: kind }, ...children);
+/** A name that may be broken between its words. */
+const breakable = (name) => name.split(/(?<=[a-z])(?=[A-Z])|(?<=[_/])/)
+  .flatMap((word, i) => (i ? [document.createElement('wbr'), word] : [word]));
 const grouped = (number) => number.toLocaleString('en-US');
 
 function nameOf(place) {
@@ -60,9 +65,10 @@ function captionOf(place) {
   const longName = longNameOf(place);
   return longName && longName !== name ? (name ? name + ' \u2013 ' : '') + longName : name || entityOf(place)[0];
 }
-function linkTo(place, kind = 'link') {
+const plainLinkTo = (place) => make('a', { href: addressOf(place) }, make('bdi', null, captionOf(place)));
+function linkTo(place) {
   const isNamed = captionOf(place) !== entityOf(place)[0];
-  return make('a', { href: addressOf(place), class: kind }, make('bdi', null, captionOf(place)),
+  return make('a', { href: addressOf(place), class: 'link' }, make('bdi', null, captionOf(place)),
     span('type', (isNamed ? ' ' + entityOf(place)[0] : '') + ' #' + ids[place]));
 }
 /** A list of which a page is made at a time. */
@@ -96,6 +102,7 @@ function textValue(text) {
   const isNumber = /^-?\d+\.\d{7,}$/.test(text) && Number.isFinite(Number(text));
   return isNumber ? make('span', { title: text }, numberFormat(Number(text))) : text;
 }
+const withUnit = (unit) => (unit ? span('unit', ` ${unitText(unit)}`) : null);
 const unitText = (unit) => unit.replace(/m2\b/g, 'm\u00b2').replace(/m3\b/g, 'm\u00b3');
 
 function render(value) {

@@ -40,7 +40,7 @@ addEventListener('beforeprint', () => {
 addEventListener('afterprint', () => { for (const each of unfolded) each.open = false; });
 
 for (const each of document.querySelectorAll('.needs-script')) each.hidden = false;
-addRows(treeElement, rootItems, 1, 0, 0);
+addRows(treeElement, rootItems, 1, 0, 0, false);
 if (treeElement.firstElementChild) {
   setStop(treeElement.firstElementChild);
   for (let element = treeElement.firstElementChild, depth = 0; element && depth < 3; depth += 1) {

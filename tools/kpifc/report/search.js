@@ -86,6 +86,7 @@ async function runSearch(query) {
 let typing = 0;
 queryElement.addEventListener('input', () => {
   clearTimeout(typing);
+  statusElement.textContent = queryElement.value.trim() ? 'Searching \u2026' : '';
   typing = setTimeout(runSearch, 150, queryElement.value);
 });
 queryElement.form.addEventListener('submit', (event) => {

@@ -39,13 +39,17 @@ const treeElement = byId('tree');
 const itemOf = new WeakMap(); // of tree items on the page
 const moreOf = new WeakMap(); // what a row "show more" does
 
-function makeTreeItem(item, level) {
+/** `isInGroup`: whether the row above says what entity it is. */
+function makeTreeItem(item, level, isInGroup) {
   const hasBelow = item.members ? true : item.node !== undefined && tree.sizes[item.node] > 1;
-  const isShownBefore = item.node !== undefined && (tree.flags[item.node] & 4);
   const caption = item.members ? item.entity : captionOf(item.place);
-  const note = item.members ? grouped(sizeOf(item))
-    : (caption === entityOf(item.place)[0] ? '#' + ids[item.place] : entityOf(item.place)[0])
-      + (isShownBefore ? ', shown above' : '');
+  let note = '';
+  if (item.members) note = grouped(sizeOf(item));
+  else {
+    const entity = entityOf(item.place)[0];
+    note = isInGroup || caption === entity ? '#' + ids[item.place] : entity;
+    if (item.node !== undefined && (tree.flags[item.node] & 4)) note += ', shown above';
+  }
   const row = make('div', { class: 'row', style: `--level:${level - 1}` }, make('span', { class: 'twist', 'aria-hidden': 'true' }),
     make('bdi', { class: 'caption' }, caption), span(item.members ? 'number' : 'type', note));
   const element = make('li', { role: 'treeitem', 'aria-level': level, 'aria-label': `${caption}, ${note}`, tabindex: -1 }, row);
@@ -54,15 +58,15 @@ function makeTreeItem(item, level) {
   return element;
 }
 /** Adds rows to a list until `upTo` of the items are there, by pages. */
-function addRows(list, items, level, from, upTo) {
+function addRows(list, items, level, from, upTo, isGroup) {
   const to = Math.min(items.length, Math.max(upTo, from + PAGE));
-  for (const item of items.slice(from, to)) list.append(makeTreeItem(item, level));
+  for (const item of items.slice(from, to)) list.append(makeTreeItem(item, level, isGroup));
   if (to === items.length) return;
   const more = make('li', { role: 'treeitem', 'aria-level': level, tabindex: -1, class: 'more' },
     make('div', { class: 'row', style: `--level:${level - 1}` }, `Show more: ${grouped(to)} of ${grouped(items.length)}`));
   moreOf.set(more, (until = 0) => {
     more.remove();
-    addRows(list, items, level, to, until);
+    addRows(list, items, level, to, until, isGroup);
     return list.children[to];
   });
   list.append(more);
@@ -70,7 +74,9 @@ function addRows(list, items, level, from, upTo) {
 function expand(element) {
   if (element.getAttribute('aria-expanded') !== 'false') return;
   const list = make('ul', { role: 'group' });
-  addRows(list, itemsBelow(itemOf.get(element)), Number(element.getAttribute('aria-level')) + 1, 0, 0);
+  const item = itemOf.get(element);
+  const isGroup = Boolean(item.members) && item.members.every((each) => each.place !== undefined && entityOf(each.place)[0] === item.entity);
+  addRows(list, itemsBelow(item), Number(element.getAttribute('aria-level')) + 1, 0, 0, isGroup);
   element.append(list);
   element.setAttribute('aria-expanded', 'true');
 }
