@@ -8,12 +8,19 @@
 #include <KpIfcCore/KpIfcModule.h>
 #include <KpIfcCore/KpIfcVariant.h>
 
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
+#include <memory>
+#include <stdexcept>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -45,11 +52,13 @@ double secondsOf(std::size_t repeats, Work work) {
     return median(std::move(runs));
 }
 
-void row(const char* operation, double seconds) {
-    fmt::print("{:<52} {:>8.1f} ns\n", operation, seconds * 1e9);
-}
+using Json = nlohmann::ordered_json;
 
-void measureOperations(KpIfcModel& model) {
+/// Nanoseconds by operation.
+Json measureOperations(const std::shared_ptr<KpIfcModule>& module) {
+    Json rows;
+    const auto row = [&rows](const char* operation, double seconds) { rows[operation] = seconds * 1e9; };
+    KpIfcModel model(module);
     constexpr std::size_t many = 5'000'000;
     auto* wall = model.create<IFC2X3::IfcWall>();
     auto* point = model.create<IFC2X3::IfcCartesianPoint>();
@@ -71,17 +80,22 @@ void measureOperations(KpIfcModel& model) {
     row("putAttr, text", secondsOf(many, [&] { keep(changed->putAttr(name, text)); }));
     const KpIfcVariant reals(KpIfcArray<double>{4.0, 5.0, 6.0});
     row("putAttr, aggregate of reals", secondsOf(many / 5, [&] { keep(point->putAttr(coordinates, reals)); }));
+    KpIfcModel points(module);
+    row("create a point with coordinates", secondsOf(many / 10, [&] {
+            points.create<IFC2X3::IfcCartesianPoint>()->setCoordinates({1.0, 2.0, 3.0});
+        }));
+    return rows;
 }
 
 /// The names under which each entity's instances are asked.
 using Names = std::unordered_map<const KpIfcEntityType*, std::vector<KpAnsiString>>;
 
-void measureFile(const fs::path& path) {
+/// Reads every explicit attribute of every instance.
+Json measureFile(const fs::path& path) {
     const UnpackedFile unpacked(path);
     KpIfcFile file;
     if (file.open(unpacked.path().string()) != KP::eOk) {
-        fmt::print("{}: {}\n", path.filename().string(), file.error());
-        return;
+        throw std::runtime_error(path.string() + ": " + file.error());
     }
     KpIfcModel& model = *file.model();
     Names names;
@@ -115,35 +129,63 @@ void measureFile(const fs::path& path) {
         }
         keep(value);
     });
-    fmt::print("{:<40.40} {:>9} attributes {:>7.1f} million/s\n", path.filename().string(), count,
-               static_cast<double>(count) / seconds / 1e6);
     if (found % count != 0) {
-        fmt::print("  but not every attribute was found\n");
+        throw std::runtime_error(path.string() + ": not every attribute was found");
+    }
+    return {
+        {"file", path.filename().string()}, {"attributes", count}, {"perSecond", static_cast<double>(count) / seconds}};
+}
+
+struct Arguments {
+    std::vector<std::string> files;
+    bool json = false;
+};
+
+void run(const Arguments& arguments) {
+    std::string error;
+    const std::shared_ptr<KpIfcModule> module = KpIfcModule::load("IFC2X3", error);
+    if (!module) {
+        throw std::runtime_error(error);
+    }
+    std::vector<fs::path> files(arguments.files.begin(), arguments.files.end());
+    if (files.empty()) {
+        files = samplesFor(KP_SOURCE_DIR);
+    }
+    Json figures = {{"nanoseconds", measureOperations(module)}, {"byName", Json::array()}};
+    for (const fs::path& path : files) {
+        figures["byName"].push_back(measureFile(path));
+    }
+    if (arguments.json) {
+        fmt::print("{}\n", figures.dump(2));
+        return;
+    }
+    for (const auto& [operation, nanoseconds] : figures["nanoseconds"].items()) {
+        fmt::print("{:<52} {:>8.1f} ns\n", operation, nanoseconds.get<double>());
+    }
+    fmt::print("\nall attributes of all instances by name, read-only\n");
+    for (const Json& file : figures["byName"]) {
+        fmt::print("{:<40.40} {:>9} attributes {:>7.1f} million/s\n", file["file"].get<std::string>(),
+                   file["attributes"].get<std::size_t>(), file["perSecond"].get<double>() / 1e6);
+    }
+    fmt::print("\nsingle instances erased, once it is known who refers to whom; and found\n");
+    for (const fs::path& path : files) {
+        measureErasing(path);
     }
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    std::string error;
-    const std::shared_ptr<KpIfcModule> module = KpIfcModule::load("IFC2X3", error);
-    if (!module) {
-        std::fprintf(stderr, "kpifc_bench_access: %s\n", error.c_str());
-        return 1;
+    CLI::App app("Measures reading and changing attributes.", "kpifc_bench_access");
+    Arguments arguments;
+    app.add_option("FILE", arguments.files, "STEP files, also compressed (.gz); else the samples that are found");
+    app.add_flag("--json", arguments.json, "Print one JSON object, without erasing and finding");
+    CLI11_PARSE(app, argc, argv);
+    try {
+        run(arguments);
+        return 0;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "kpifc_bench_access: %s\n", failure.what());
     }
-    KpIfcModel model(module);
-    measureOperations(model);
-    std::vector<fs::path> files(argv + 1, argv + argc);
-    if (files.empty()) {
-        files = samplesFor(KP_SOURCE_DIR);
-    }
-    fmt::print("\nall attributes of all instances by name, read-only\n");
-    for (const fs::path& path : files) {
-        measureFile(path);
-    }
-    fmt::print("\nsingle instances erased, once it is known who refers to whom; and found\n");
-    for (const fs::path& path : files) {
-        measureErasing(path);
-    }
-    return 0;
+    return 1;
 }

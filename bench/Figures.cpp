@@ -88,6 +88,7 @@ std::string jsonOf(const Figures& figures) {
                          {"bytes", file.bytes},
                          {"instances", file.instances},
                          {"open", speedOf(file, file.open)},
+                         {"openWallSeconds", orNull(file.openWall)},
                          {"write", speedOf(file, file.write)},
                          {"save", speedOf(file, file.save)},
                          {"close", speedOf(file, file.close)},

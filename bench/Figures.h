@@ -5,13 +5,14 @@
 #include <string>
 #include <vector>
 
-/// What was measured of one file. Times are seconds of CPU time of all threads, medians of the runs; what was not asked
-/// for is empty.
+/// What was measured of one file. Times are seconds of CPU time of all threads but where said otherwise, medians of the
+/// runs; what was not asked for is empty.
 struct FileFigures {
     std::string name;
     std::uint64_t bytes = 0;
     std::uint64_t instances = 0;
     std::optional<double> open;
+    std::optional<double> openWall; ///< the same by the clock on the wall
     std::optional<double> write;
     std::optional<double> save;
     std::optional<double> close;

@@ -8,6 +8,7 @@
 #include <KpIfcCore/KpIfcModule.h>
 #include <KpIfcCore/KpIfcVariant.h>
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
@@ -80,12 +81,14 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
     const std::filesystem::path target =
         std::filesystem::temp_directory_path() / ("kpifc_bench_" + std::to_string(::getpid()) + ".ifc");
     std::vector<double> opens;
+    std::vector<double> openWalls;
     std::vector<double> writes;
     std::vector<double> saves;
     std::vector<double> closes;
     std::vector<double> inverses;
     for (int run = 0; run < runs; ++run) {
         double open = 0;
+        double openWall = 0;
         double write = 0;
         double save = 0;
         double close = 0;
@@ -94,9 +97,11 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
         for (; rounds == 0 || open < kShortestRun; ++rounds) {
             KpIfcFile file;
             std::string written;
+            const auto wallStart = std::chrono::steady_clock::now();
             const double start = cpuSeconds();
             require(file.open(path), file);
             const double opened = cpuSeconds();
+            openWall += std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
             if (workloads.write) {
                 require(file.saveToMemory(written, {.normalise = true}), file);
             }
@@ -118,6 +123,7 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
             write += saved - opened;
         }
         opens.push_back(open / rounds);
+        openWalls.push_back(openWall / rounds);
         writes.push_back(write / rounds);
         saves.push_back(save / rounds);
         closes.push_back(close / rounds);
@@ -125,6 +131,7 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
     }
     if (workloads.open) {
         figures.open = median(opens);
+        figures.openWall = median(openWalls);
     }
     if (workloads.write) {
         figures.write = median(writes);

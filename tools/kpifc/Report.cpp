@@ -25,6 +25,19 @@ struct ReportArguments {
     std::string output;
 };
 
+void write(const std::string& page, const std::string& path, const KpIfcProgressFunction& progress) {
+    if (path == kStandardStream) {
+        Output output;
+        output.text() = page;
+        return output.finish();
+    }
+    std::string error;
+    if (writeFile(path, page, progress, error) != KP::eOk) {
+        stopIfInterrupted();
+        throw Failure(error);
+    }
+}
+
 ExitCode report(const ReportArguments& arguments) {
     SaveOptions target;
     target.output = arguments.output;
@@ -34,24 +47,20 @@ ExitCode report(const ReportArguments& arguments) {
         throw Failure(file.error());
     }
     file.model()->mode(kReadOnly);
+    const std::string input = fileLabel(arguments.input);
     KpIfcReport findings;
     std::string page;
-    std::string error;
-    KP::ErrorStatus status = KP::eOk;
     {
         Progress progress;
-        status = checkFile(file, findings, progress.function());
+        checkFile(file, findings, progress.function());
         stopIfInterrupted();
-        page = page::pageOf(file, arguments.input, findings, progress.function());
-        status = writeFile(arguments.output, page, progress.function(), error);
-    }
-    if (status != KP::eOk) {
-        stopIfInterrupted();
-        throw Failure(error);
+        page = page::pageOf(file, input, findings, progress.function());
+        write(page, arguments.output, progress.function());
     }
     const std::string found = summary(findings);
     constexpr double kMega = 1e6;
-    tell(fmt::format("{} -> {}: {}, {:.1f} MB, {}", arguments.input, arguments.output,
+    tell(fmt::format("{} -> {}: {}, {:.1f} MB, {}", input,
+                     arguments.output == kStandardStream ? "standard output" : arguments.output,
                      counted(file.model()->count(), "instance"), static_cast<double>(page.size()) / kMega,
                      found.empty() ? "no findings" : found));
     return exitCode(findings);
@@ -59,21 +68,31 @@ ExitCode report(const ReportArguments& arguments) {
 
 } // namespace
 
-void addReport(CLI::App& app, Action& action) {
+Command reportCommand() {
     const auto arguments = std::make_shared<ReportArguments>();
-    CLI::App* command = app.add_subcommand("report", "Write a page for the browser about a model");
-    command->add_option("FILE", arguments->input, "STEP file to read")->required();
-    command->add_option("-o,--output", arguments->output, "Page to write (HTML); not the input")->required();
-    command->footer("One page that needs no other file and no network: the contents by entity, the structure\n"
+    return {.name = "report",
+            .summary = "Write a page for the browser about a model",
+            .operands = {{.name = "FILE",
+                          .place = &arguments->input,
+                          .help = "STEP file; - for standard input",
+                          .kind = WordKind::file}},
+            .options = {{.name = "--output",
+                         .place = &arguments->output,
+                         .help = "Page to write, HTML; - for standard output",
+                         .value = "FILE",
+                         .letter = 'o',
+                         .kind = WordKind::file,
+                         .isRequired = true}},
+            .text = "One page that needs no other file and no network: the contents by entity, the structure\n"
                     "of the building to open and close, a search over names, GlobalIds, entities and\n"
                     "properties, every object with its attributes, properties, quantities, type, material\n"
                     "and relations as links, and what kpifc check finds. Shapes are left out. The address of\n"
-                    "an instance on the page is its name: report.html#i15.\n\n"
-                    "Exit codes: 0 nothing found, or notes only; 1 warnings or errors found; 2 could not be\n"
-                    "done. The page is written in the first two cases.\n\n"
-                    "Example:\n"
-                    "  kpifc report house.ifc -o report.html");
-    command->callback([arguments, &action] { action = [arguments] { return report(*arguments); }; });
+                    "an instance on the page is its name: report.html#i15.",
+            .exitCodes = {{0, "nothing found, or notes only"},
+                          {1, "warnings or errors found; the page tells them"},
+                          {2, "could not be done"}},
+            .examples = {"kpifc report house.ifc -o report.html"},
+            .run = [arguments] { return report(*arguments); }};
 }
 
 } // namespace kpifc
