@@ -4,9 +4,9 @@ namespace kpifc {
 
 std::vector<Command> allCommands() {
     return {
-        infoCommand(),  checkCommand(),   treeCommand(),   showCommand(),       getCommand(),  propsCommand(),
-        dumpCommand(),  diffCommand(),    headerCommand(), reportCommand(), convertCommand(),    setCommand(),
-        newCommand(),   eraseCommand(),   extractCommand(), schemaCommand(), completionCommand(), helpCommand(),
+        infoCommand(), checkCommand(), treeCommand(),    showCommand(),   getCommand(),        propsCommand(),
+        dumpCommand(), diffCommand(),  headerCommand(),  reportCommand(), convertCommand(),    setCommand(),
+        newCommand(),  eraseCommand(), extractCommand(), schemaCommand(), completionCommand(), helpCommand(),
     };
 }
 

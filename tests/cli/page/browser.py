@@ -123,13 +123,16 @@ class Browser:
             raise RuntimeError(result["exceptionDetails"]["exception"].get("description", expression))
         return result["result"].get("value")
 
+    def has(self, expression):
+        """Whether an expression gives something that counts as true, such as an element."""
+        return self.script(f"Boolean({expression})")
+
     def wait(self, expression):
-        """Waits until an expression is true; returns its value."""
+        """Waits until an expression gives something that counts as true."""
         deadline = time.monotonic() + self.seconds
         while time.monotonic() < deadline:
-            value = self.script(expression)
-            if value:
-                return value
+            if self.has(expression):
+                return
             time.sleep(0.02)
         raise TimeoutError(f"never true: {expression}")
 

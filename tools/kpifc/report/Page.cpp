@@ -46,13 +46,13 @@ std::string pageOf(KpIfcFile& file, const std::string& path, const KpIfcReport& 
         }
     });
     return filled(pageFiles().at("page.html"), {{"version", KPIFC_VERSION},
-                                    {"title", title(model, path)},
-                                    {"subtitle", subtitle(model, file.header(), path, file.size())},
-                                    {"counts", counts(model, findings, properties.valueCount())},
-                                    {"contents", contents(model)},
-                                    {"findings", page::findings(model, nodes, findings)},
-                                    {"header", headerFacts(file.header())},
-                                    {"data", std::move(data)}});
+                                                {"title", title(model, path)},
+                                                {"subtitle", subtitle(model, file.header(), path, file.size())},
+                                                {"counts", counts(model, findings, properties.valueCount())},
+                                                {"contents", contents(model)},
+                                                {"findings", page::findings(model, nodes, findings)},
+                                                {"header", headerFacts(file.header())},
+                                                {"data", std::move(data)}});
 }
 
 } // namespace kpifc::page

@@ -27,7 +27,8 @@ std::string inverseOf(const KpIfcEntityBase& member, const KpIfcEntityBase& refe
 
 } // namespace
 
-PageLinks::PageLinks(const KpIfcModel& model, const PageNodes& nodes) : m_nodes(nodes), m_links(nodes.handles().size()) {
+PageLinks::PageLinks(const KpIfcModel& model, const PageNodes& nodes)
+    : m_nodes(nodes), m_links(nodes.handles().size()) {
     for (KpIfcEntityBase* instance : model.instances("IfcRelationship")) {
         stopIfInterrupted();
         enterRelation(*instance);

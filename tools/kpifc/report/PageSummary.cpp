@@ -77,7 +77,7 @@ std::string sizeText(std::uint64_t bytes) {
     const auto size = static_cast<double>(bytes);
     return size < kStep           ? counted(bytes, "byte")
            : size < kStep * kStep ? fmt::format("{:.1f} kB", size / kStep)
-                                   : fmt::format("{:.1f} MB", size / kStep / kStep);
+                                  : fmt::format("{:.1f} MB", size / kStep / kStep);
 }
 
 } // namespace
@@ -95,9 +95,9 @@ std::string title(const KpIfcModel& model, const std::string& path) {
 }
 
 std::string subtitle(const KpIfcModel& model, const KpIfcHeader& header, const std::string& path, std::uint64_t size) {
-    std::string text = fmt::format("<span>{}</span> <span>{}</span> <span>{}</span>",
-                                   html(std::filesystem::path(path).filename().string()), model.schema().name(),
-                                   sizeText(size));
+    std::string text =
+        fmt::format("<span>{}</span> <span>{}</span> <span>{}</span>",
+                    html(std::filesystem::path(path).filename().string()), model.schema().name(), sizeText(size));
     if (!header.timeStamp().empty()) {
         text += fmt::format(" <span>written {}</span>", html(header.timeStamp()));
     }
@@ -158,8 +158,7 @@ std::string counts(const KpIfcModel& model, const KpIfcReport& findings, std::ui
 
 std::string contents(const KpIfcModel& model) {
     const KpIfcEntityType* const object = model.schema().findEntity("IfcObject");
-    const Counts objects =
-        countTypes(model, [object](const KpIfcEntityBase& each) { return each.isKindOf(object); });
+    const Counts objects = countTypes(model, [object](const KpIfcEntityBase& each) { return each.isKindOf(object); });
     const Counts all = countTypes(model, [](const KpIfcEntityBase&) { return true; });
     std::string out;
     if (objects.empty()) {
