@@ -10,8 +10,8 @@ inline void checkInBrowser(const WorkFolder& folder, const std::string& name, co
                            const std::string& arguments = "") {
     const std::filesystem::path checker =
         std::filesystem::path(KP_SOURCE_DIR) / "tests" / "cli" / "page" / "check_page.py";
-    const Outcome outcome = folder.run("python3 " + quoted(checker) + ' ' + name + ' ' + quoted(folder.path(page)) +
-                                       ' ' + arguments);
+    const Outcome outcome =
+        folder.run("python3 " + quoted(checker) + ' ' + name + ' ' + quoted(folder.path(page)) + ' ' + arguments);
     if (outcome.exitCode == 77) {
         GTEST_SKIP() << "there is no browser; cmake/packages.txt names one";
     }

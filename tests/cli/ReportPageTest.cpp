@@ -28,8 +28,9 @@ TEST_F(ReportPageTest, LooksAsItShould) {
 }
 
 TEST_F(ReportPageTest, IsReadableWithoutScript) {
-    checkInBrowser(m_folder, "no_script", "page.html",
-                   "'A small house' 'Elements' 'IfcWallStandardCase' 'There are none' 'by hand' 'where scripts may run'");
+    checkInBrowser(
+        m_folder, "no_script", "page.html",
+        "'A small house' 'Elements' 'IfcWallStandardCase' 'There are none' 'by hand' 'where scripts may run'");
 }
 
 TEST_F(ReportPageTest, ShowsTextsThatLookLikeMarkupAsTexts) {

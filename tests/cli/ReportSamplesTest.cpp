@@ -15,7 +15,9 @@ TEST_P(ReportSamplesTest, ArePagesThatCanBeRead) {
     ASSERT_LE(outcome.exitCode, 1) << outcome.err;
     EXPECT_EQ(PageReader(contentOf(folder.path("page.html"))).faults(), "");
     EXPECT_LT(fs::file_size(folder.path("page.html")), fs::file_size(sample.path()) + 200'000);
-    checkInBrowser(folder, "model", "page.html", "20"); // seconds, on a machine with other work
+    if (fs::file_size(sample.path()) > 3'000'000) {         // those that could be slow
+        checkInBrowser(folder, "model", "page.html", "20"); // seconds, on a machine with other work
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, ReportSamplesTest, testing::ValuesIn(samples()), nameOf);

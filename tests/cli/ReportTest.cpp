@@ -82,9 +82,10 @@ TEST(Report, LeadsFromFindingsToInstancesAndTheirObjects) {
 
 TEST(Report, WritesNoMarkupThatAModelBrings) {
     const WorkFolder folder;
-    std::string model = stepFile("#1=IFCPROJECT('0xGO74I1L2sOBnKbLTH2I2',$,'</script><!--<b>&''\"{{data}}',$,$,$,$,(),$);\n"
-                                 "#2=IFCFOO('</script><i>');\n"
-                                 "#3=IFCACTORROLE(.USERDEFINED.,'\\X2\\2028202E\\X0\\\x80',$);");
+    std::string model =
+        stepFile("#1=IFCPROJECT('0xGO74I1L2sOBnKbLTH2I2',$,'</script><!--<b>&''\"{{data}}',$,$,$,$,(),$);\n"
+                 "#2=IFCFOO('</script><i>');\n"
+                 "#3=IFCACTORROLE(.USERDEFINED.,'\\X2\\2028202E\\X0\\\x80',$);");
     model.replace(model.find("nobody"), 6, "<img src=x>");
     folder.write("<b>&.ifc", model);
     EXPECT_EQ(folder.run("kpifc report '<b>&.ifc' -o page.html").exitCode, 1);
