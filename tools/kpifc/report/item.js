@@ -73,7 +73,7 @@ function renderAttributes(place) {
     if (value === null) unset.push(name);
     else set.append(make('tr', null, make('th', { scope: 'row' }, ...breakable(name)), make('td', null, render(value), withUnit(unitOf(place, name)))));
   });
-  return [make('table', { class: 'set' }, set), unset.length ? make('p', { class: 'none' }, 'Unset: ' + unset.join(', ')) : null];
+  return [make('table', { class: 'set attributes' }, set), unset.length ? make('p', { class: 'none' }, 'Unset: ' + unset.join(', ')) : null];
 }
 function renderLinks(place) {
   const links = linksOf(place).map(([[inverse, entity, attribute, isRelation], places]) => {

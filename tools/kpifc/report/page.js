@@ -5,8 +5,15 @@ const overviewElement = byId('overview');
 const pageTitle = document.title;
 let isFirst = true;
 
+function addressText() {
+  try {
+    return decodeURIComponent(location.hash);
+  } catch {
+    return location.hash;
+  }
+}
 function show() {
-  const address = decodeURIComponent(location.hash);
+  const address = addressText();
   const isItem = /^#i\d+$/.test(address);
   const place = isItem ? placeOf.get(address.slice(2)) : undefined;
   document.body.classList.toggle('at-item', isItem);

@@ -60,7 +60,12 @@ function makeTreeItem(item, level, isInGroup) {
 /** Adds rows to a list until `upTo` of the items are there, by pages. */
 function addRows(list, items, level, from, upTo, isGroup) {
   const to = Math.min(items.length, Math.max(upTo, from + PAGE));
-  for (const item of items.slice(from, to)) list.append(makeTreeItem(item, level, isGroup));
+  for (let i = from; i < to; i += 1) {
+    const element = makeTreeItem(items[i], level, isGroup);
+    element.setAttribute('aria-setsize', items.length);
+    element.setAttribute('aria-posinset', i + 1);
+    list.append(element);
+  }
   if (to === items.length) return;
   const more = make('li', { role: 'treeitem', 'aria-level': level, tabindex: -1, class: 'more' },
     make('div', { class: 'row', style: `--level:${level - 1}` }, `Show more: ${grouped(to)} of ${grouped(items.length)}`));
