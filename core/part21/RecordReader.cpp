@@ -17,17 +17,19 @@ namespace KP_SDAI {
 
 namespace {
 
-/// The start of a line in [p, end) that looks like the next record or the end of the section; null where there is none.
-/// There a record without end is cut.
+/// True where a line looks like the next record or the end of the section. There a record without end is cut.
+bool isRecordLine(const char* line, const char* end) {
+    if (lexer::beginsRecord(line, end)) return true;
+    while (*line == ' ' || *line == '\t') ++line;
+    return end - line >= 7 && std::memcmp(line, "ENDSEC;", 7) == 0;
+}
+
+/// The start of such a line in [p, end); null where there is none.
 const char* nextRecordLine(const char* p, const char* end) {
     while (p < end) {
         p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
         if (!p) return nullptr;
-        ++p;
-        if (lexer::beginsRecord(p, end)) return p;
-        const char* q = p;
-        while (*q == ' ' || *q == '\t') ++q;
-        if (end - q >= 7 && std::memcmp(q, "ENDSEC;", 7) == 0) return p;
+        if (isRecordLine(++p, end)) return p;
     }
     return nullptr;
 }
@@ -43,6 +45,32 @@ const char* damagedRecordEnd(const char* begin, const char* end) {
         if (line) return line;
         if (semicolon || limit == end) return semicolon;
     }
+}
+
+/// Behind the text or comment that begins at `p`, or else the character; null where it does not end.
+const char* behindPiece(const char* p, const char* end) {
+    if (*p == '\'') return KpStepText::stringEnd(p + 1, end);
+    return lexer::isComment(p) ? lexer::commentEnd(p, end) : p + 1;
+}
+
+/// Where a record ends if all its texts and comments count, whatever they hold; null where that is not seen.
+const char* wholeRecordEnd(const char* p, const char* end) {
+    while (p && p < end) {
+        if (*p == ';') return p + 1;
+        if (*p == '\n' && isRecordLine(p + 1, end)) return p + 1;
+        p = behindPiece(p, end);
+    }
+    return nullptr;
+}
+
+/// The text or comment that begins in [p, end) and does not end there; null where there is none.
+const char* openPiece(const char* p, const char* end) {
+    while (p < end) {
+        const char* const behind = behindPiece(p, end);
+        if (!behind) return p;
+        p = behind;
+    }
+    return nullptr;
 }
 
 bool isStatement(const char* begin, const char* end, std::string_view name) {
@@ -81,7 +109,6 @@ bool RecordReader::readSection(const char*& place) {
             m_window.refill(place); // what fails close to the end of the window may be whole behind it
             continue;
         }
-        if (*place == '#' && lexer::isComment(failure.place)) m_openComment = m_window.offsetOf(m_window.end());
 
         const char* const begin = place;
         const bool isFrame = *begin == ';' || isStatement(begin, m_window.end(), "ENDSEC") ||
@@ -90,6 +117,10 @@ bool RecordReader::readSection(const char*& place) {
             isFrame ? lexer::recordEnd(begin, m_window.end()) : damagedRecordEnd(begin, m_window.end());
         if (!end && m_window.refill(place)) continue;
         if (!end) return false;
+        if (!isFrame && mayGoOn(begin, end)) {
+            m_window.refill(place);
+            continue;
+        }
         if (isFrame && hasLowerCase({begin, static_cast<std::size_t>(lexer::keywordEnd(begin) - begin)}))
             m_report.add(findingAt(KpIfcFinding::spelling, KpIfcSeverity::warning, m_window.offsetOf(begin),
                                    {"the end of a section", "ENDSEC; in upper case", kReadAllTheSame}));
@@ -117,13 +148,28 @@ bool RecordReader::readSection(const char*& place) {
     }
 }
 
-/// Reads one record, looking for the ends of its texts and comments within the window. Where a comment was found that
-/// does not end there, later ones do not either: they are looked for within their own record only, so that many of them
-/// cost no more than their length.
+/// True where a record was cut within a text or comment, and its own end, however far behind, is not in the window yet.
+bool RecordReader::mayGoOn(const char* begin, const char* end) {
+    const char* const piece = openPiece(begin, end);
+    const bool isComment = piece && lexer::isComment(piece);
+    if (!piece || (isComment && m_window.offsetOf(begin) < m_openComment)) return false;
+    if (!m_window.hasEnded() && !wholeRecordEnd(piece, m_window.end())) return true;
+    if (!isComment) return false;
+    const char* const behind = lexer::commentEnd(piece, m_window.end());
+    m_openComment = m_window.offsetOf(behind ? behind : m_window.end());
+    return false;
+}
+
+/// Reads one record, looking for the ends of its texts and comments within the window. Where a record was cut because
+/// its comment goes on over what looks like the next ones, comments before the end of that one are looked for within
+/// their own record only, so that many of them cost no more than their length.
 bool RecordReader::readRecordWithin(const char*& place, Failure& failure) {
     m_end = m_window.end();
     if (m_window.offsetOf(place) < m_openComment)
-        if (const char* line = nextRecordLine(place + 1, m_end)) m_end = line;
+        if (const char* line = nextRecordLine(place + 1, m_end)) {
+            while (*line == ' ' || *line == '\t') ++line;
+            m_end = line;
+        }
     return readRecord(place, failure);
 }
 
@@ -238,7 +284,7 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
         const char* const close = m_filer.m_cur;
         const char* p = lexer::skipBlanks(close + 1, m_filer.m_end);
         const bool ends = *p == ';';
-        if (ends || *p == '#' || isStatement(p, m_filer.m_end, "ENDSEC")) {
+        if (ends || *p == '#' || isStatement(p, m_window.end(), "ENDSEC")) {
             bind(type, slot, instance, {begin, static_cast<std::size_t>(close - begin)});
             if (!ends) {
                 m_report.add(findingOn(*instance, KeptField::kWholeRecord, KpIfcFinding::unreadableRecord,
@@ -344,7 +390,9 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     m_report.add(std::move(entry));
     std::string text(begin, end);
     while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.pop_back();
-    text += lexer::missingEnd(text.data(), text.data() + text.size());
+    // More than once where a text ends in "\\S\\", which makes a letter of the first apostrophe.
+    for (const char* missing = ";"; *missing; text += missing)
+        missing = lexer::missingEnd(text.data(), text.data() + text.size());
     KpIfcSlot* slot = failure.name ? m_data.table.slot(failure.name) : nullptr;
     const bool isFirst = slot && slot->word == 0;
     m_window.layout().noteOpaque(m_window.offsetOf(begin), m_window.offsetOf(end), failure.name);
