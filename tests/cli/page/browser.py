@@ -163,5 +163,6 @@ class Browser:
     def screenshot(self, scale=1):
         """What the window shows, as PNG."""
         width, height = self.script("[innerWidth, innerHeight]")
-        clip = {"x": self.script("scrollX"), "y": self.script("scrollY"), "width": width, "height": height, "scale": scale}
+        clip = {"x": self.script("scrollX"), "y": self.script("scrollY"), "width": width, "height": height,
+                "scale": scale}
         return base64.b64decode(self.call("Page.captureScreenshot", format="png", clip=clip)["data"])

@@ -66,7 +66,8 @@ def house(page, path, checks):
     page.wait(ITEM_NAME + " === 'South wall #74'")
     rows = page.script("[...document.querySelectorAll('#item tr')].map((row) => [...row.cells].map((cell) => "
                        "cell.innerText.trim()).join(' = '))")
-    for row in ("FireRating = F 90", "Length = 8000 mm", "NetSideArea = 18.2 m\u00b2", "Tag = W-S", "IsExternal = true"):
+    for row in ("FireRating = F 90", "Length = 8000 mm", "NetSideArea = 18.2 m\u00b2", "Tag = W-S",
+                "IsExternal = true"):
         checks.holds(f"{row} in {rows}", row in rows)
     checks.equal("layers", page.script("document.querySelector('.layers').innerText.replace(/\\s+/g, ' ')").strip(),
                  "20 mm Render 265 mm Brick 15 mm Plaster")
@@ -75,8 +76,8 @@ def house(page, path, checks):
     # links, there and back
     page.click(link("Brick 300"))
     page.wait(ITEM_NAME + " === 'Brick 300 #190'")
-    checks.equal("of its type", page.script("[...document.querySelectorAll('.relation')].find((each) => "
-                                            "each.textContent.startsWith('ObjectTypeOf')).querySelectorAll('li').length"), 4)
+    checks.equal("of its type", page.script("[...document.querySelectorAll('.relation')].find((each) => each.textContent"
+                                            ".startsWith('ObjectTypeOf')).querySelectorAll('li').length"), 4)
     page.click(link("East wall"))
     page.wait(ITEM_NAME + " === 'East wall #86'")
     page.script("history.back()")

@@ -37,7 +37,8 @@ function renderSet(set) {
 
 /** What an association says of material: one, a list, or the layers of a set. */
 function renderMaterial(place) {
-  const targets = (at, attribute) => [valueOf(at, attribute)].flat().filter((value) => value && 'p' in value).map(({ p }) => p);
+  const targets = (at, attribute) => [valueOf(at, attribute)].flat()
+    .filter((value) => value && 'p' in value).map(({ p }) => p);
   const [set = place] = targets(place, 'ForLayerSet');
   const layers = targets(set, 'MaterialLayers').map((layer) => make('li', null,
     span('thickness', render(valueOf(layer, 'LayerThickness')), withUnit(unitOf(layer, 'LayerThickness'))),
@@ -68,12 +69,16 @@ function renderAttributes(place) {
   const set = make('tbody');
   const unset = [];
   entityOf(place)[2].forEach((name, i) => {
-    const isIndexed = values[i] === null && (name === 'Name' ? model.names[place] !== 0 : name === 'GlobalId' && model.globalIds[place]);
-    const value = isIndexed ? (name === 'Name' ? model.names : model.globalIds)[place] : values[i];
+    const column = { Name: model.names, GlobalId: model.globalIds }[name];
+    const value = values[i] === null && column && column[place] !== 0 ? column[place] : values[i];
     if (value === null) unset.push(name);
-    else set.append(make('tr', null, make('th', { scope: 'row' }, ...breakable(name)), make('td', null, render(value), withUnit(unitOf(place, name)))));
+    else {
+      set.append(make('tr', null, make('th', { scope: 'row' }, ...breakable(name)),
+        make('td', null, render(value), withUnit(unitOf(place, name)))));
+    }
   });
-  return [make('table', { class: 'set attributes' }, set), unset.length ? make('p', { class: 'none' }, 'Unset: ' + unset.join(', ')) : null];
+  const rest = unset.length ? make('p', { class: 'none' }, 'Unset: ' + unset.join(', ')) : null;
+  return [make('table', { class: 'set attributes' }, set), rest];
 }
 function renderLinks(place) {
   const links = linksOf(place).map(([[inverse, entity, attribute, isRelation], places]) => {
@@ -109,7 +114,8 @@ function section(heading, ...children) {
 }
 function renderItem(place) {
   const way = wayTo(place).slice(0, -1).map((node) => tree.nodes[node]);
-  const crumbs = make('nav', { class: 'crumbs', 'aria-label': 'Where it stands' }, make('a', { href: '#overview' }, 'Overview'));
+  const crumbs = make('nav', { class: 'crumbs', 'aria-label': 'Where it stands' },
+    make('a', { href: '#overview' }, 'Overview'));
   for (const each of way) crumbs.append(make('a', { href: addressOf(each) }, make('bdi', null, captionOf(each))));
   const types = linkedBy(place, 'IfcRelDefinesByType', 'RelatedObjects');
   const article = [crumbs, make('h2', { id: 'item-name', tabindex: -1 }, make('bdi', null, captionOf(place)),

@@ -9,7 +9,8 @@ const resultsElement = byId('results');
 let search = 0; // number of the last one; older ones stop
 let heads = null; // texts of instances that words are looked for in
 
-const headOf = (place) => `#${ids[place]} ${entityOf(place)[0]} ${nameOf(place)} ${longNameOf(place)} ${model.globalIds[place] || ''}`;
+const headOf = (place) => ['#' + ids[place], entityOf(place)[0], nameOf(place), longNameOf(place),
+  model.globalIds[place] || ''].join(' ');
 const pause = () => new Promise((resume) => { setTimeout(resume); });
 
 async function find(query, isCurrent) {
@@ -54,9 +55,12 @@ async function find(query, isCurrent) {
       property = inSets[i].get(set < 0 ? -1 - set : set);
       return true;
     });
-    if (isFound) found.push({ place, property, isExact: nameOf(place) === exact || model.globalIds[place] === exact || '#' + ids[place] === exact });
+    if (!isFound) continue;
+    const isExact = [nameOf(place), model.globalIds[place], '#' + ids[place]].includes(exact);
+    found.push({ place, property, isExact });
   }
-  return found.sort((a, b) => b.isExact - a.isExact || (a.property !== undefined) - (b.property !== undefined) || a.place - b.place);
+  const rank = ({ isExact, property }) => (isExact ? 0 : property === undefined ? 1 : 2);
+  return found.sort((a, b) => rank(a) - rank(b) || a.place - b.place);
 }
 function renderResult({ place, property }) {
   const item = make('li', null, linkTo(place));

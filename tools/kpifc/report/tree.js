@@ -50,9 +50,11 @@ function makeTreeItem(item, level, isInGroup) {
     note = isInGroup || caption === entity ? '#' + ids[item.place] : entity;
     if (item.node !== undefined && (tree.flags[item.node] & 4)) note += ', shown above';
   }
-  const row = make('div', { class: 'row', style: `--level:${level - 1}` }, make('span', { class: 'twist', 'aria-hidden': 'true' }),
+  const row = make('div', { class: 'row', style: `--level:${level - 1}` },
+    make('span', { class: 'twist', 'aria-hidden': 'true' }),
     make('bdi', { class: 'caption' }, caption), span(item.members ? 'number' : 'type', note));
-  const element = make('li', { role: 'treeitem', 'aria-level': level, 'aria-label': `${caption}, ${note}`, tabindex: -1 }, row);
+  const element = make('li',
+    { role: 'treeitem', 'aria-level': level, 'aria-label': `${caption}, ${note}`, tabindex: -1 }, row);
   if (hasBelow) element.setAttribute('aria-expanded', 'false');
   itemOf.set(element, item);
   return element;
@@ -68,7 +70,8 @@ function addRows(list, items, level, from, upTo, isGroup) {
   }
   if (to === items.length) return;
   const more = make('li', { role: 'treeitem', 'aria-level': level, tabindex: -1, class: 'more' },
-    make('div', { class: 'row', style: `--level:${level - 1}` }, `Show more: ${grouped(to)} of ${grouped(items.length)}`));
+    make('div', { class: 'row', style: `--level:${level - 1}` },
+      `Show more: ${grouped(to)} of ${grouped(items.length)}`));
   moreOf.set(more, (until = 0) => {
     more.remove();
     addRows(list, items, level, to, until, isGroup);
@@ -80,7 +83,8 @@ function expand(element) {
   if (element.getAttribute('aria-expanded') !== 'false') return;
   const list = make('ul', { role: 'group' });
   const item = itemOf.get(element);
-  const isGroup = Boolean(item.members) && item.members.every((each) => each.place !== undefined && entityOf(each.place)[0] === item.entity);
+  const isGroup = Boolean(item.members)
+    && item.members.every(({ place }) => place !== undefined && entityOf(place)[0] === item.entity);
   addRows(list, itemsBelow(item), Number(element.getAttribute('aria-level')) + 1, 0, 0, isGroup);
   element.append(list);
   element.setAttribute('aria-expanded', 'true');
