@@ -76,8 +76,9 @@ def house(page, path, checks):
     # links, there and back
     page.click(link("Brick 300"))
     page.wait(ITEM_NAME + " === 'Brick 300 #190'")
-    checks.equal("of its type", page.script("[...document.querySelectorAll('.relation')].find((each) => each.textContent"
-                                            ".startsWith('ObjectTypeOf')).querySelectorAll('li').length"), 4)
+    walls = """[...document.querySelectorAll('.relation')]
+        .find((each) => each.textContent.startsWith('ObjectTypeOf')).querySelectorAll('li').length"""
+    checks.equal("of its type", page.script(walls), 4)
     page.click(link("East wall"))
     page.wait(ITEM_NAME + " === 'East wall #86'")
     page.script("history.back()")
