@@ -21,6 +21,7 @@ Command infoCommand();
 Command newCommand();
 Command propsCommand();
 Command queryCommand();
+Command reportCommand();
 Command schemaCommand();
 Command setCommand();
 Command showCommand();

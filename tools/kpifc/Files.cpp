@@ -17,6 +17,11 @@ KpIfcOpenOptions& openOptions() {
     return options;
 }
 
+std::optional<std::size_t>& threadCount() {
+    static std::optional<std::size_t> count;
+    return count;
+}
+
 std::string fileLabel(const std::string& path) {
     return path == kStandardStream ? "standard input" : path;
 }
@@ -24,7 +29,9 @@ std::string fileLabel(const std::string& path) {
 bool open(KpIfcFile& file, const std::string& path, const KpIfcOpenOptions& options) {
     Progress progress;
     file.progress(progress.function());
-    const bool isOpen = file.open(path == kStandardStream ? "/dev/stdin" : path, options) == KP::eOk;
+    KpIfcOpenOptions threaded = options;
+    threaded.threads = static_cast<unsigned>(std::min<std::size_t>(threadCount().value_or(0), 1000));
+    const bool isOpen = file.open(path == kStandardStream ? "/dev/stdin" : path, threaded) == KP::eOk;
     file.progress({});
     stopIfInterrupted();
     return isOpen;

@@ -4,8 +4,10 @@
 
 #include <KpIfcCore/KpIfcFile.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +16,9 @@ namespace kpifc {
 
 /// How openFile() reads from now on, and what exitCode() makes of departures from the standard.
 KP_SDAI::KpIfcOpenOptions& openOptions();
+
+/// With how many threads files are read; without a value with as many as there are cores.
+std::optional<std::size_t>& threadCount();
 
 /// What stands for standard input and output where a file is named.
 inline constexpr std::string_view kStandardStream = "-";
