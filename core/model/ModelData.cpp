@@ -125,14 +125,12 @@ void ModelData::completeOrder() {
     if (!m_lacksOrderedStart) return;
     table.sortSparse();
     // What stands before m_order is what else the slots hold, by name: what it has is passed over as kept records are.
-    std::vector<OrderEntry> order;
+    std::vector<OrderEntry> start;
     {
         const Hidden hidden(m_order);
-        order = orderByName();
+        start = orderByName();
     }
-    order.reserve(order.size() + m_order.size());
-    order.insert(order.end(), m_order.begin(), m_order.end());
-    m_order = std::move(order);
+    m_order.insert(m_order.begin(), start.begin(), start.end());
     m_lacksOrderedStart = false;
 }
 
@@ -314,7 +312,7 @@ void ModelData::makeOrderExplicit() {
 
 std::vector<OrderEntry> ModelData::orderByName() const {
     std::vector<OrderEntry> order;
-    order.reserve(instanceCount + 1);
+    order.reserve(instanceCount + 1 - std::min(instanceCount, m_order.size()));
     for (KpIfcEntityBase* instance : model.instances()) order.emplace_back(instance->objectId().slot());
     return order;
 }
