@@ -11,28 +11,6 @@
 
 namespace KP_SDAI {
 
-namespace {
-
-/// Makes the instances of an order look like records kept as text.
-class Hidden {
-public:
-    explicit Hidden(const std::vector<OrderEntry>& order) : m_order(order) {
-        for (const OrderEntry& entry : m_order)
-            if (KpIfcSlot* const slot = entry.slot()) slot->word |= KpIfcSlot::kKeptRecord;
-    }
-    Hidden(const Hidden&) = delete;
-    Hidden& operator=(const Hidden&) = delete;
-    ~Hidden() {
-        for (const OrderEntry& entry : m_order)
-            if (KpIfcSlot* const slot = entry.slot()) slot->word &= ~KpIfcSlot::kKeptRecord;
-    }
-
-private:
-    const std::vector<OrderEntry>& m_order;
-};
-
-} // namespace
-
 ModelData::ModelData(KpIfcModel& m, std::shared_ptr<KpIfcModule> module)
     : model(m), table(m), m_module(std::move(module)) {}
 
@@ -56,14 +34,11 @@ KpIfcEntityBase* ModelData::create(const KpIfcEntityFacts& facts, KpIfcSlot* slo
 void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
     const std::uint64_t name = KpDbObjectId(slot).instanceName();
     if (!m_explicitOrder && name < highestName) makeOrderExplicit();
-    if (m_explicitOrder) {
-        if (!m_positions.empty()) m_positions[slot] = m_order.size();
-        makeRoomForOne(m_order);
-    }
+    if (m_explicitOrder) m_order.makeRoom(OrderEntry(slot));
     if (m_changes) m_changes->noteCreated(slot, *instance);
     slot->word = reinterpret_cast<std::uintptr_t>(instance);
     instance->m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance->m_self & KpIfcEntityBase::kFlags);
-    if (m_explicitOrder) m_order.emplace_back(slot);
+    if (m_explicitOrder) m_order.append(OrderEntry(slot));
     if (name > highestName) highestName = name;
     ++instanceCount;
     table.noteInstances(1);
@@ -79,10 +54,10 @@ KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
     noteNamesIn(text);
     if (!m_explicitOrder) makeOrderExplicit();
     const std::uint64_t name = KpDbObjectId(slot).instanceName();
-    makeRoomForOne(m_order);
+    m_order.makeRoom(OrderEntry(static_cast<KeptRecord*>(nullptr)));
     if (m_changes) makeRoomForOne(m_changes->created);
     KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text), name});
-    m_order.emplace_back(&record);
+    m_order.append(OrderEntry(&record));
     if (slot) {
         ++keptCount;
         if (name > highestName) highestName = name;
@@ -95,16 +70,8 @@ KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
 }
 
 void ModelData::take(ReadInstances& read) {
-    const bool isInOrder = read.isAscending && (read.order.empty() || read.firstName > highestName);
-    if (!m_explicitOrder && !isInOrder) {
-        m_explicitOrder = m_lacksOrderedStart = true; // other threads may have filled slots: the start is added later
-    }
-    if (m_explicitOrder) {
-        if (!m_positions.empty())
-            for (std::size_t i = 0; i < read.order.size(); ++i)
-                if (KpIfcSlot* const slot = read.order[i].slot()) m_positions[slot] = m_order.size() + i;
-        m_order.insert(m_order.end(), read.order.begin(), read.order.end());
-    }
+    if (!read.isAscending || (!read.order.empty() && read.firstName <= highestName)) m_explicitOrder = true;
+    for (const OrderEntry& entry : read.order) m_order.append(entry);
     for (const KeptRecord& record : read.kept) noteNamesIn(record.text);
     m_kept.splice(m_kept.end(), read.kept);
     m_toDestroy.insert(m_toDestroy.end(), read.toDestroy.begin(), read.toDestroy.end());
@@ -121,27 +88,10 @@ void ModelData::take(ReadInstances& read) {
     read.count = read.keptCount = 0;
 }
 
-void ModelData::completeOrder() {
-    if (!m_lacksOrderedStart) return;
-    table.sortSparse();
-    // What stands before m_order is what else the slots hold, by name: what it has is passed over as kept records are.
-    std::vector<OrderEntry> start;
-    {
-        const Hidden hidden(m_order);
-        start = orderByName();
-    }
-    m_order.insert(m_order.begin(), start.begin(), start.end());
-    m_lacksOrderedStart = false;
-}
-
 void ModelData::demote(KpIfcSlot* slot, std::string text) {
-    completeOrder();
-    if (!m_explicitOrder) makeOrderExplicit();
-    if (m_positions.empty())
-        for (std::size_t i = 0; i < m_order.size(); ++i)
-            if (m_order[i].slot()) m_positions[m_order[i].slot()] = i;
+    m_explicitOrder = true;
     KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text), KpDbObjectId(slot).instanceName()});
-    m_order[m_positions.at(slot)] = OrderEntry(&record);
+    m_order.replace(table, slot, &record);
     slot->word = 0;
     ++keptCount;
     --instanceCount;
@@ -243,7 +193,7 @@ void ModelData::beginChanges() {
     commit();
     m_changes = std::make_unique<ChangeLog>();
     m_changes->explicitOrder = m_explicitOrder;
-    m_changes->orderLength = m_order.size();
+    m_changes->orderEnd = m_order.mark();
     m_changes->highestName = highestName;
     m_changes->erasedCount = erasedNames.size();
     m_changes->newRecordCount = newRecords.size();
@@ -274,14 +224,11 @@ void ModelData::rollBackChanges() {
     }
     erasedNames.resize(log.erasedCount);
     newRecords.resize(log.newRecordCount);
-    for (KpIfcSlot* slot : log.created) {
-        leaveSlot(slot);
-        m_positions.erase(slot);
-    }
+    for (KpIfcSlot* slot : log.created) leaveSlot(slot);
     for (auto& [instance, former] : log.former)
         if (former.hasKeptFields) m_keptFields.find(instance)->second = std::move(former.keptFields);
     m_explicitOrder = log.explicitOrder;
-    m_order.erase(m_order.begin() + static_cast<std::ptrdiff_t>(log.orderLength), m_order.end());
+    m_order.returnTo(log.orderEnd);
     highestName = log.highestName;
     m_changes.reset();
     m_isRollBackDue = false;
@@ -292,7 +239,9 @@ void ModelData::rollBackChanges() {
 }
 
 std::vector<OrderEntry> ModelData::normalOrder() const {
-    std::vector<OrderEntry> order = m_order;
+    std::vector<OrderEntry> order;
+    order.reserve(m_order.mark().count);
+    m_order.visit(table, [&](const OrderEntry& entry) { order.push_back(entry); });
     const auto nameOf = [](const OrderEntry& entry) {
         return entry.record() ? entry.record()->name : KpDbObjectId(entry.slot()).instanceName();
     };
@@ -306,15 +255,10 @@ std::vector<OrderEntry> ModelData::normalOrder() const {
 
 void ModelData::makeOrderExplicit() {
     table.sortSparse();
-    m_order = orderByName();
+    PackedOrder order;
+    for (KpIfcEntityBase* instance : model.instances()) order.append(OrderEntry(instance->objectId().slot()));
+    m_order = std::move(order);
     m_explicitOrder = true;
-}
-
-std::vector<OrderEntry> ModelData::orderByName() const {
-    std::vector<OrderEntry> order;
-    order.reserve(instanceCount + 1 - std::min(instanceCount, m_order.size()));
-    for (KpIfcEntityBase* instance : model.instances()) order.emplace_back(instance->objectId().slot());
-    return order;
 }
 
 } // namespace KP_SDAI

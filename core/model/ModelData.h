@@ -10,6 +10,7 @@
 #include "model/InstanceTable.h"
 #include "model/Inverses.h"
 #include "model/OnDemand.h"
+#include "model/PackedOrder.h"
 #include "model/ReferrerIndex.h"
 
 #include <cstdint>
@@ -56,8 +57,10 @@ public:
     static void markHeap(KpIfcEntityBase& instance) { instance.m_self |= KpIfcEntityBase::kOwnsHeap; }
     /// Takes over what was read behind all that was taken before, and empties `read`.
     void take(ReadInstances& read);
-    /// Completes the order of what was taken. All that is in slots must have been taken.
-    void completeOrder();
+    /// Nothing more will be taken.
+    void endTaking() {
+        if (!m_explicitOrder) m_order.clear();
+    }
 
     /// Turns a bound instance into the kept record `text` at its place, because its name comes again.
     void demote(KpIfcSlot* slot, std::string text);
@@ -100,13 +103,13 @@ public:
             for (KpIfcEntityBase* instance : model.instances()) visitInstance(instance);
             return;
         }
-        for (const OrderEntry& entry : m_order) {
+        m_order.visit(table, [&](const OrderEntry& entry) {
             if (KeptRecord* record = entry.record()) {
                 if (!isErased(*record)) visitRecord(*record);
             } else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject()) {
                 visitInstance(instance);
             }
-        }
+        });
     }
 
     /// The same in ascending order of names, but for what has no name, which stays where it is between the others.
@@ -160,7 +163,6 @@ private:
     std::vector<OrderEntry> normalOrder() const;
     void noteNamesIn(const std::string& text);
     void makeOrderExplicit();
-    std::vector<OrderEntry> orderByName() const;
     void commitChanges();
     /// Empties a slot, and fills it again with the word that it had.
     void leaveSlot(KpIfcSlot* slot);
@@ -169,9 +171,7 @@ private:
     std::shared_ptr<KpIfcModule> m_module;
     // The order of a file is that of its names until something in it says otherwise.
     bool m_explicitOrder = false;
-    bool m_lacksOrderedStart = false;                        ///< of m_order, while a file is read
-    std::vector<OrderEntry> m_order;                         ///< erased ones keep their places
-    std::unordered_map<KpIfcSlot*, std::size_t> m_positions; ///< in m_order; filled when a name comes twice
+    PackedOrder m_order; ///< erased ones keep their places; empty, but while a file is read, where order is by name
     std::list<KeptRecord> m_kept;
     std::list<KpArena> m_arenas; ///< besides `arena`
     std::unordered_map<const KpIfcEntityBase*, std::vector<KeptField>> m_keptFields;

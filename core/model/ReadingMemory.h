@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/InstanceTable.h"
+#include "part21/KnownTypes.h"
 
 #include <KpIfcCore/KpArena.h>
 
@@ -10,6 +11,7 @@ namespace KP_SDAI {
 struct ReadingMemory {
     KpArena& arena;
     SlotCache slots = {};
+    KnownTypes types = {}; ///< of what it has read
 };
 
 } // namespace KP_SDAI

@@ -307,7 +307,7 @@ void FileReader::locateFindings(ProgressMeter& progress) {
     std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.offset < b.offset; });
     if (entries.empty() || !m_source.error().empty() || !m_source.rewind()) return;
     progress.beginBytes(KpIfcStage::locating, m_source.fileSize());
-    std::vector<char> buffer(Window::kReach);
+    std::vector<char> buffer(256 * 1024);
     std::uint64_t offset = 0;
     char lineEnd = '\n';
     std::uint64_t line = 1;

@@ -19,7 +19,6 @@ KpArena& KpSpfFilerBase::arena() {
 }
 
 void KpSpfFilerBase::skipBlanks() {
-    if (static_cast<unsigned char>(*m_cur) > ' ' && *m_cur != '/' && *m_cur != '\\') return;
     m_cur = lexer::skipBlanks(m_cur, m_end);
 }
 

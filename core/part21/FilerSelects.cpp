@@ -4,6 +4,7 @@
 #include "model/SlotWord.h"
 #include "part21/FieldIssue.h"
 #include "part21/Lexer.h"
+#include "part21/Scan.h"
 #include "part21/Spelling.h"
 
 using namespace KP_SDAI;
@@ -35,7 +36,7 @@ bool KpSpfFilerBase::readSelect(KpIfcSelect& value) {
 
 bool KpSpfFilerBase::readTyped(KpIfcSelect& value) {
     const char* const begin = m_cur;
-    m_cur = lexer::keywordEnd(m_cur);
+    m_cur = scan::keywordEnd(m_cur);
     KpAnsiString name;
     store(name, {begin, static_cast<std::size_t>(m_cur - begin)});
     skipBlanks();

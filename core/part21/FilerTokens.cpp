@@ -4,6 +4,7 @@
 #include "model/ModelData.h"
 #include "model/ReadingMemory.h"
 #include "part21/Lexer.h"
+#include "part21/Scan.h"
 #include "part21/Spelling.h"
 
 #include <charconv>
@@ -98,7 +99,7 @@ bool KpSpfFilerBase::readBinaryText(std::string_view& text) {
 bool KpSpfFilerBase::readDotted(std::string_view& literal) {
     if (*m_cur != '.') return false;
     const char* const begin = m_cur + 1;
-    const char* const end = lexer::keywordEnd(begin);
+    const char* const end = scan::keywordEnd(begin);
     if (end == begin || *end != '.') return false;
     literal = {begin, static_cast<std::size_t>(end - begin)};
     m_cur = end + 1;

@@ -5,6 +5,7 @@
 #include "part21/Lexer.h"
 #include "part21/RecordEnds.h"
 #include "part21/RecordWriter.h"
+#include "part21/Scan.h"
 #include "part21/Spelling.h"
 
 #include <KpIfcCore/KpIfcEntityType.h>
@@ -43,7 +44,11 @@ bool RecordReader::read(const char*& place, const char* end, Failure& failure) {
     const char* p = place + 1;
     const char* const digits = p;
     std::uint64_t name = 0;
-    while (lexer::isDigit(*p)) name = name * 10 + static_cast<unsigned>(*p++ - '0');
+    if (const char* const behind = scan::name(p, name)) {
+        p = behind;
+    } else {
+        for (name = 0; lexer::isDigit(*p); ++p) name = name * 10 + static_cast<unsigned>(*p - '0');
+    }
     if (p == digits) return fail(p, "the digits of an instance name");
     if (p - digits > 18 && std::from_chars(digits, p, name).ec != std::errc()) {
         failure.finding = KpIfcFinding::instanceName;
@@ -65,10 +70,11 @@ bool RecordReader::read(const char*& place, const char* end, Failure& failure) {
         failure.found = "an instance of several entities";
         return fail(p, "one of one entity, for schema " + std::string(m_data.schema().name()) + " combines none");
     }
-    p = lexer::keywordEnd(p);
+    p = scan::keywordEnd(p);
     if (p == keyword) return fail(p, "the name of an entity");
     const std::string_view entity(keyword, static_cast<std::size_t>(p - keyword));
-    const KpIfcEntityType* type = m_names.find(entity);
+    const std::size_t index = m_names.indexOf(entity);
+    const KpIfcEntityType* type = m_names.at(index);
     m_isMisspelled = !type && hasLowerCase(entity);
     if (m_isMisspelled) type = m_data.schema().findEntity(entity);
     if (!type) {
@@ -97,6 +103,7 @@ bool RecordReader::read(const char*& place, const char* end, Failure& failure) {
         return false;
     }
     m_into->layout.noteName(name);
+    m_memory.types.note(name, index, m_isMisspelled ? nullptr : type);
     place = behind;
     return true;
 }

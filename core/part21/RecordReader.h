@@ -56,6 +56,8 @@ public:
     /// Passes over what could not be read: keeps it as text, unless it is but a semicolon.
     void passOver(const char* begin, const char* end, Failure& failure);
     void report(const char* place, KpIfcFinding finding, Said said);
+    /// Gives back memory that only reading needs.
+    void finish() { m_memory.types.clear(); }
 
 private:
     void keep(const char* begin, const char* end, Failure& failure);

@@ -171,8 +171,9 @@ void SectionReader::keep(std::string text) {
 
 void SectionReader::finish(ProgressMeter& progress) {
     m_parts.reset();
+    m_reader.finish();
     m_data.table.sortSparse();
-    m_data.completeOrder();
+    m_data.endTaking();
     LateReferences(m_data, m_report).look(m_pending, m_threading, progress);
     m_pending = {};
     m_globalIds.look(m_report);

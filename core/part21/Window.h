@@ -47,7 +47,7 @@ public:
 #ifdef KP_WINDOW_REACH // of fuzzers, whose files are small
     static constexpr std::ptrdiff_t kReach = KP_WINDOW_REACH;
 #else
-    static constexpr std::ptrdiff_t kReach = 256 * 1024;
+    static constexpr std::ptrdiff_t kReach = 64 * 1024;
 #endif
 
 private:

@@ -68,6 +68,22 @@ ExitCode exitCode(const KpIfcReport& report) {
     return report.isClean() ? kFine : kProblems;
 }
 
+ExitCode forEachFile(const std::vector<std::string>& paths, const std::function<ExitCode(const std::string&)>& work) {
+    ExitCode highest = kFine;
+    for (const std::string& path : paths) {
+        try {
+            highest = std::max(highest, work(path));
+        } catch (const Failure& failure) {
+            if (paths.size() == 1) {
+                throw;
+            }
+            tell(fmt::format("kpifc: {}", failure.what()));
+            highest = kFailed;
+        }
+    }
+    return highest;
+}
+
 std::string grouped(std::uint64_t count) {
     std::string digits = std::to_string(count);
     for (std::size_t i = digits.size(); i > 3; i -= 3) {

@@ -6,9 +6,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kpifc {
 
@@ -35,6 +37,10 @@ std::string summary(const KP_SDAI::KpIfcReport& report);
 void tellProblems(const std::string& path, const KP_SDAI::KpIfcReport& report);
 
 ExitCode exitCode(const KP_SDAI::KpIfcReport& report);
+
+/// Does something for each file and returns the highest code. Where there are several, the Failure of one is told and
+/// does not keep the others from being done.
+ExitCode forEachFile(const std::vector<std::string>& paths, const std::function<ExitCode(const std::string&)>& work);
 
 /// A count with its thousands set apart: "301,949".
 std::string grouped(std::uint64_t count);
