@@ -23,14 +23,7 @@ void readAggregate(KpSpfFilerBase& filer, KpIfcAggr& aggregate, const KpIfcAttri
     for (const KpDbObjectId& element : elements) filer.checkReference(element, *row.target);
 }
 
-} // namespace
-
-bool isNamed(const KpIfcEntityType* type, const char* name) {
-    return type && name && KP_SDAI::compareNoCase(type->name(), name) == 0;
-}
-
-KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
-                           std::span<const KpIfcAttributeFacts> rows) {
+void readRows(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::span<const KpIfcAttributeFacts> rows) {
     for (const KpIfcAttributeFacts& row : rows) {
         const bool optional = row.isOptional();
         const bool separator = !row.isFirst();
@@ -58,11 +51,9 @@ KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
         case KpIfcFieldKind::notKept: filer.rdNotKept(separator); break;
         }
     }
-    return KP::eOk;
 }
 
-KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
-                            std::span<const KpIfcAttributeFacts> rows) {
+void writeRows(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::span<const KpIfcAttributeFacts> rows) {
     for (const KpIfcAttributeFacts& row : rows) {
         const bool optional = row.isOptional();
         const bool separator = !row.isFirst();
@@ -93,7 +84,30 @@ KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
             break;
         }
     }
+}
+
+/// The rows of a whole record in order, table by table.
+template <class Visitor>
+void eachTable(const KpIfcEntityFacts& facts, Visitor visit) {
+    if (facts.record) return visit(std::span(facts.record, facts.recordCount));
+    if (facts.supertype) eachTable(*facts.supertype, visit);
+    visit(std::span(facts.attributes, facts.attributeCount));
+}
+
+} // namespace
+
+KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, const KpIfcEntityFacts& facts) {
+    eachTable(facts, [&](auto rows) { readRows(instance, filer, rows); });
     return KP::eOk;
+}
+
+KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, const KpIfcEntityFacts& facts) {
+    eachTable(facts, [&](auto rows) { writeRows(instance, filer, rows); });
+    return KP::eOk;
+}
+
+bool isNamed(const KpIfcEntityType* type, const char* name) {
+    return type && name && KP_SDAI::compareNoCase(type->name(), name) == 0;
 }
 
 } // namespace IFC2X3
