@@ -17,17 +17,19 @@ namespace KP_SDAI {
 
 namespace {
 
-/// The start of a line in [p, end) that looks like the next record or the end of the section; null where there is none.
-/// There a record without end is cut.
+/// True where a line looks like the next record or the end of the section. There a record without end is cut.
+bool isRecordLine(const char* line, const char* end) {
+    if (lexer::beginsRecord(line, end)) return true;
+    while (*line == ' ' || *line == '\t') ++line;
+    return end - line >= 7 && std::memcmp(line, "ENDSEC;", 7) == 0;
+}
+
+/// The start of such a line in [p, end); null where there is none.
 const char* nextRecordLine(const char* p, const char* end) {
     while (p < end) {
         p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p)));
         if (!p) return nullptr;
-        ++p;
-        if (lexer::beginsRecord(p, end)) return p;
-        const char* q = p;
-        while (*q == ' ' || *q == '\t') ++q;
-        if (end - q >= 7 && std::memcmp(q, "ENDSEC;", 7) == 0) return p;
+        if (isRecordLine(++p, end)) return p;
     }
     return nullptr;
 }
@@ -45,18 +47,28 @@ const char* damagedRecordEnd(const char* begin, const char* end) {
     }
 }
 
-/// The comment that begins in [p, end) and does not end there; null where there is none.
-const char* openComment(const char* p, const char* end) {
+/// Behind the text or comment that begins at `p`, or else the character; null where it does not end.
+const char* behindPiece(const char* p, const char* end) {
+    if (*p == '\'') return KpStepText::stringEnd(p + 1, end);
+    return lexer::isComment(p) ? lexer::commentEnd(p, end) : p + 1;
+}
+
+/// Where a record ends if all its texts and comments count, whatever they hold; null where that is not seen.
+const char* wholeRecordEnd(const char* p, const char* end) {
     while (p && p < end) {
-        if (*p == '\'') {
-            p = KpStepText::stringEnd(p + 1, end);
-        } else if (lexer::isComment(p)) {
-            const char* const behind = lexer::commentEnd(p, end);
-            if (!behind) return p;
-            p = behind;
-        } else {
-            ++p;
-        }
+        if (*p == ';') return p + 1;
+        if (*p == '\n' && isRecordLine(p + 1, end)) return p + 1;
+        p = behindPiece(p, end);
+    }
+    return nullptr;
+}
+
+/// The text or comment that begins in [p, end) and does not end there; null where there is none.
+const char* openPiece(const char* p, const char* end) {
+    while (p < end) {
+        const char* const behind = behindPiece(p, end);
+        if (!behind) return p;
+        p = behind;
     }
     return nullptr;
 }
@@ -105,15 +117,9 @@ bool RecordReader::readSection(const char*& place) {
             isFrame ? lexer::recordEnd(begin, m_window.end()) : damagedRecordEnd(begin, m_window.end());
         if (!end && m_window.refill(place)) continue;
         if (!end) return false;
-        if (!isFrame && m_window.offsetOf(begin) >= m_openComment) {
-            if (const char* const comment = openComment(begin, end)) {
-                const char* const behind = lexer::commentEnd(comment, m_window.end());
-                if (!behind && !m_window.hasEnded()) {
-                    m_window.refill(place); // however far behind a comment ends, it may be whole
-                    continue;
-                }
-                m_openComment = m_window.offsetOf(behind ? behind : m_window.end());
-            }
+        if (!isFrame && mayGoOn(begin, end)) {
+            m_window.refill(place);
+            continue;
         }
         if (isFrame && hasLowerCase({begin, static_cast<std::size_t>(lexer::keywordEnd(begin) - begin)}))
             m_report.add(findingAt(KpIfcFinding::spelling, KpIfcSeverity::warning, m_window.offsetOf(begin),
@@ -140,6 +146,18 @@ bool RecordReader::readSection(const char*& place) {
         }
         place = end;
     }
+}
+
+/// True where a record was cut within a text or comment, and its own end, however far behind, is not in the window yet.
+bool RecordReader::mayGoOn(const char* begin, const char* end) {
+    const char* const piece = openPiece(begin, end);
+    const bool isComment = piece && lexer::isComment(piece);
+    if (!piece || (isComment && m_window.offsetOf(begin) < m_openComment)) return false;
+    if (!m_window.hasEnded() && !wholeRecordEnd(piece, m_window.end())) return true;
+    if (!isComment) return false;
+    const char* const behind = lexer::commentEnd(piece, m_window.end());
+    m_openComment = m_window.offsetOf(behind ? behind : m_window.end());
+    return false;
 }
 
 /// Reads one record, looking for the ends of its texts and comments within the window. Where a record was cut because

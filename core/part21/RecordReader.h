@@ -32,6 +32,8 @@ public:
     /// What can only be done when everything is read: references to instances that came later or not at all.
     void finish(ProgressMeter& progress);
 
+    class FieldReader; ///< of the fields of a record
+
 private:
     /// Why a record could not be bound.
     struct Failure {
@@ -45,6 +47,7 @@ private:
         bool isAllowed = false; ///< unusual, but as the standard wants it
     };
 
+    bool mayGoOn(const char* begin, const char* end);
     bool readRecordWithin(const char*& place, Failure& failure);
     bool readRecord(const char*& place, Failure& failure);
     bool readFields(const KpIfcEntityType& type, KpIfcSlot* slot, const char*& place, Failure& failure);

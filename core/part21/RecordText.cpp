@@ -153,6 +153,12 @@ bool takeApart(std::string_view record, std::string& before, std::string_view& p
     return appendUniform({record.data(), static_cast<std::size_t>(p - record.data())}, before);
 }
 
+std::string_view withoutBlanksBefore(std::string_view text) {
+    const char* const end = text.data() + text.size();
+    const char* const begin = lexer::skipBlanks(text.data(), end);
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
 } // namespace
 
 bool saysTheSame(std::string_view source, std::string_view written, const KpIfcEntityType& type) {
@@ -168,7 +174,10 @@ bool saysTheSame(std::string_view source, std::string_view written, const KpIfcE
     std::string x;
     std::string y;
     for (std::size_t i = 0; i < a.size(); ++i) {
-        if (a[i] == b[i] || (i < fields.size() && fields[i]->kind == KpIfcFieldKind::notKept)) continue;
+        // Equal texts say the same, well formed or not.
+        if (withoutBlanksBefore(a[i]) == withoutBlanksBefore(b[i]) ||
+            (i < fields.size() && fields[i]->kind == KpIfcFieldKind::notKept))
+            continue;
         x.clear();
         y.clear();
         const bool isSet = i < fields.size() && fields[i]->aggregate && fields[i]->aggregate->isSet;
