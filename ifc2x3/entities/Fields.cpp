@@ -8,21 +8,23 @@ namespace {
 
 /// The rows of a whole record in order, table by table.
 template <class Visitor>
-void eachTable(const KpIfcEntityFacts& facts, Visitor visit) {
-    if (facts.record) return visit(std::span(facts.record, facts.recordCount));
-    if (facts.supertype) eachTable(*facts.supertype, visit);
-    visit(std::span(facts.attributes, facts.attributeCount));
+void eachTable(const KpIfcEntityFacts* facts, Visitor visit) {
+    while (facts && !facts->record && !facts->attributeCount) facts = facts->supertype;
+    if (!facts) return;
+    if (facts->record) return visit(std::span(facts->record, facts->recordCount));
+    eachTable(facts->supertype, visit);
+    visit(std::span(facts->attributes, facts->attributeCount));
 }
 
 } // namespace
 
 KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, const KpIfcEntityFacts& facts) {
-    eachTable(facts, [&](auto rows) { KP_SDAI::readRecordFields(instance, filer, rows); });
+    eachTable(&facts, [&](auto rows) { KP_SDAI::readRecordFields(instance, filer, rows); });
     return KP::eOk;
 }
 
 KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, const KpIfcEntityFacts& facts) {
-    eachTable(facts, [&](auto rows) { KP_SDAI::writeRecordFields(instance, filer, rows); });
+    eachTable(&facts, [&](auto rows) { KP_SDAI::writeRecordFields(instance, filer, rows); });
     return KP::eOk;
 }
 
