@@ -82,7 +82,7 @@ struct Bench {
     }
     /// Number of instances.
     std::size_t open() {
-        require(file.openMemory(text.data(), text.size()), file);
+        require(file.openMemory(text.data(), text.size(), "memory", {.threads = 1}), file);
         return file.model()->count();
     }
 

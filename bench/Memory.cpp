@@ -38,13 +38,13 @@ std::uint64_t peakOfThisProcess() {
 
 } // namespace
 
-void measureMemory(const std::string& path, FileFigures& figures) {
-    const auto measured = measuredInChild<Measured>("the memory of " + path, [&path](Measured& result) {
+void measureMemory(const std::string& path, const Workloads& workloads, FileFigures& figures) {
+    const auto measured = measuredInChild<Measured>("the memory of " + path, [&](Measured& result) {
         std::string error;
         const std::shared_ptr<KpIfcModule> module = KpIfcModule::load("IFC2X3", error);
         result.before = peakOfThisProcess();
         KpIfcFile file;
-        if (!module || file.open(path) != KP::eOk) {
+        if (!module || file.open(path, {.threads = workloads.threads}) != KP::eOk) {
             return false;
         }
         result.peak = peakOfThisProcess();

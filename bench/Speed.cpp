@@ -99,7 +99,7 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
             std::string written;
             const auto wallStart = std::chrono::steady_clock::now();
             const double start = cpuSeconds();
-            require(file.open(path), file);
+            require(file.open(path, {.threads = workloads.threads}), file);
             const double opened = cpuSeconds();
             openWall += std::chrono::duration<double>(std::chrono::steady_clock::now() - wallStart).count();
             if (workloads.write) {

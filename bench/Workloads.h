@@ -14,6 +14,7 @@ struct Workloads {
     bool inverse = false; ///< every inverse attribute of every instance
     bool memory = false;
     bool module = false;
+    unsigned threads = 1; ///< that open files
 };
 
 /// All throw std::runtime_error where the work fails.
@@ -22,6 +23,6 @@ struct Workloads {
 void measureSpeed(const std::string& path, int runs, const Workloads& workloads, FileFigures& figures);
 /// Fills in how much memory an open file takes, seen in a fresh child process. Counts what this process holds in memory
 /// when it is called, so it should be called before any other work.
-void measureMemory(const std::string& path, FileFigures& figures);
+void measureMemory(const std::string& path, const Workloads& workloads, FileFigures& figures);
 /// Each run in a process that has not had the module before.
 ModuleFigures measureModule(int runs);

@@ -23,6 +23,7 @@ struct Arguments {
     std::vector<std::string> files;
     std::vector<std::string> only;
     int runs = 5;
+    unsigned threads = 1;
     bool json = false;
 };
 
@@ -34,7 +35,8 @@ std::vector<fs::path> filesFor(const Arguments& arguments) {
     return samplesFor(KP_SOURCE_DIR);
 }
 
-Workloads workloadsFor(const std::vector<std::string>& only) {
+Workloads workloadsFor(const Arguments& arguments) {
+    const std::vector<std::string>& only = arguments.only;
     const auto wanted = [&only](const char* name) {
         return only.empty() || std::find(only.begin(), only.end(), name) != only.end();
     };
@@ -44,11 +46,12 @@ Workloads workloadsFor(const std::vector<std::string>& only) {
             .close = wanted("close"),
             .inverse = wanted("inverse"),
             .memory = wanted("memory"),
-            .module = wanted("module")};
+            .module = wanted("module"),
+            .threads = arguments.threads};
 }
 
 Figures measure(const Arguments& arguments) {
-    const Workloads workloads = workloadsFor(arguments.only);
+    const Workloads workloads = workloadsFor(arguments);
     Figures figures;
     figures.runs = arguments.runs;
     std::deque<UnpackedFile> files;
@@ -60,7 +63,7 @@ Figures measure(const Arguments& arguments) {
     }
     // Memory first: a child begins with what this process holds.
     for (std::size_t i = 0; workloads.memory && i < files.size(); ++i) {
-        measureMemory(files[i].path().string(), figures.files[i]);
+        measureMemory(files[i].path().string(), workloads, figures.files[i]);
     }
     if (workloads.module) {
         figures.module = measureModule(arguments.runs);
@@ -83,6 +86,7 @@ static int run(int argc, char** argv) {
         ->delimiter(',')
         ->check(CLI::IsMember({"open", "write", "save", "close", "inverse", "memory", "module"}));
     app.add_option("--runs", arguments.runs, "Runs, of which medians are taken")->check(CLI::PositiveNumber);
+    app.add_option("--threads", arguments.threads, "Threads that open a file; 0 for as many as there are cores");
     app.add_flag("--json", arguments.json, "Print one JSON object");
     CLI11_PARSE(app, argc, argv);
     const Figures figures = measure(arguments);

@@ -43,7 +43,7 @@ struct ChangeLog {
     std::vector<Erased> erased;
     // Of the model:
     bool explicitOrder = false;
-    std::size_t orderLength = 0;
+    PackedOrder::Mark orderEnd;
     std::uint64_t highestName = 0;
     std::size_t erasedCount = 0;
     std::size_t newRecordCount = 0;

@@ -17,12 +17,15 @@ std::uint64_t nextSerial() {
     return ++serial;
 }
 
+constexpr std::size_t kFirstPages = 4;
 constexpr std::size_t kFirstSlab = 4;
 constexpr std::size_t kLargestSlab = 256; // chunks: 1 MiB
 
 } // namespace
 
-InstanceTable::InstanceTable(KpIfcModel& model) : m_model(model), m_serial(nextSerial()) {}
+InstanceTable::InstanceTable(KpIfcModel& model) : m_model(model), m_serial(nextSerial()) {
+    growTo(kFirstPages);
+}
 
 InstanceTable::~InstanceTable() {
     for (void* slab : m_slabs) std::free(slab);
@@ -46,30 +49,57 @@ KpIfcSlotChunk* InstanceTable::newChunk() {
     return chunk;
 }
 
-KpIfcSlot* InstanceTable::slotSlow(std::uint64_t name) {
-    const std::uint64_t stretch = name / KpIfcSlotChunk::kSlots;
-    const std::uint64_t offset = name % KpIfcSlotChunk::kSlots;
-    if (name >= kDirectNames) return sparseSlot(name);
+KpIfcSlotChunk* InstanceTable::chunkIn(const Directory& directory, std::uint64_t stretch) {
+    const std::uint64_t page = stretch / kPage;
+    if (page >= directory.count) return nullptr;
+    const Page* const found = directory.pages[page].load(std::memory_order_acquire);
+    return found ? found->chunks[stretch % kPage].load(std::memory_order_acquire) : nullptr;
+}
 
-    const std::size_t page = stretch / kPage;
-    KpIfcSlotChunk* chunk = page < m_pages.size() && m_pages[page] ? m_pages[page]->chunks[stretch % kPage] : nullptr;
+KpIfcSlot* InstanceTable::slotSlow(std::uint64_t name, SlotCache& cache) {
+    const std::uint64_t stretch = name / KpIfcSlotChunk::kSlots;
+    KpIfcSlotChunk* chunk =
+        name < kDirectNames ? chunkIn(*m_directory.load(std::memory_order_acquire), stretch) : nullptr;
     if (!chunk) {
-        const bool affordable = m_denseChunks < m_budget + m_instances * 4 / KpIfcSlotChunk::kSlots;
-        if (m_sparseStretches.count(stretch)) return sparseSlot(name);
-        if (!affordable) {
-            m_sparseStretches.insert(stretch);
-            return sparseSlot(name);
-        }
-        if (page >= m_pages.size()) m_pages.resize(page + 1);
-        if (!m_pages[page]) m_pages[page] = std::make_unique<Page>();
-        chunk = newChunk();
-        chunk->firstName = stretch * KpIfcSlotChunk::kSlots;
-        m_pages[page]->chunks[stretch % kPage] = chunk;
-        ++m_denseChunks;
+        const std::lock_guard lock(m_making);
+        if (name < kDirectNames) chunk = makeChunk(stretch);
+        if (!chunk) return sparseSlot(name);
     }
-    m_last = chunk;
-    m_lastFirst = chunk->firstName;
-    return &chunk->slots[offset];
+    cache = {chunk->firstName, chunk};
+    return &chunk->slots[name % KpIfcSlotChunk::kSlots];
+}
+
+KpIfcSlotChunk* InstanceTable::makeChunk(std::uint64_t stretch) {
+    if (KpIfcSlotChunk* const made = chunkIn(*m_directory.load(), stretch)) return made; // by another thread
+    if (m_sparseStretches.count(stretch)) return nullptr;
+    const std::uint64_t instances = m_instances.load(std::memory_order_relaxed);
+    if (m_denseChunks >= m_budget + instances * 4 / KpIfcSlotChunk::kSlots) {
+        m_sparseStretches.insert(stretch);
+        return nullptr;
+    }
+    const std::size_t at = stretch / kPage;
+    growTo(at + 1);
+    std::atomic<Page*>& page = m_directory.load()->pages[at];
+    if (!page.load()) {
+        m_pages.push_back(std::make_unique<Page>());
+        page.store(m_pages.back().get(), std::memory_order_release);
+    }
+    KpIfcSlotChunk* const chunk = newChunk();
+    chunk->firstName = stretch * KpIfcSlotChunk::kSlots;
+    page.load()->chunks[stretch % kPage].store(chunk, std::memory_order_release);
+    ++m_denseChunks;
+    return chunk;
+}
+
+void InstanceTable::growTo(std::size_t pageCount) {
+    const Directory* const former = m_directories.empty() ? nullptr : m_directories.back().get();
+    if (!former || pageCount > former->count) {
+        auto directory = std::make_unique<Directory>(std::max(pageCount, former ? 2 * former->count : kFirstPages));
+        for (std::size_t i = 0; former && i < former->count; ++i) directory->pages[i].store(former->pages[i].load());
+        m_directories.push_back(std::move(directory));
+        m_directory.store(m_directories.back().get(), std::memory_order_release);
+    }
+    if (former && pageCount > m_pageCount) m_pageCount = pageCount;
 }
 
 KpIfcSlot* InstanceTable::sparseSlot(std::uint64_t name) {
@@ -90,11 +120,9 @@ KpIfcSlot* InstanceTable::sparseSlot(std::uint64_t name) {
 }
 
 KpIfcSlot* InstanceTable::find(std::uint64_t name) const {
-    const std::uint64_t stretch = name / KpIfcSlotChunk::kSlots;
-    const std::size_t page = stretch / kPage;
-    if (name < kDirectNames && page < m_pages.size() && m_pages[page])
-        if (KpIfcSlotChunk* chunk = m_pages[page]->chunks[stretch % kPage])
-            return &chunk->slots[name % KpIfcSlotChunk::kSlots];
+    if (name < kDirectNames)
+        if (KpIfcSlotChunk* const dense = chunk(name / KpIfcSlotChunk::kSlots))
+            return &dense->slots[name % KpIfcSlotChunk::kSlots];
     const auto found = m_sparseByName.find(name);
     return found == m_sparseByName.end() ? nullptr : found->second;
 }

@@ -78,10 +78,10 @@ void KpIfcInverseMembers::enter(KpIfcEntityBase& target, const KpIfcInverseFacts
 
 // -- all of a model --------------------------------------------------------------------------------------------------
 
-KpIfcInverseSet& Inverses::setOf(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse) {
+KpIfcInverseSet& Inverses::setOf(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, KpArena& arena) {
     KpIfcInverseSet*& sets = inverse.members(target).m_sets;
     if (!sets) {
-        auto* const block = static_cast<KpIfcInverseSet*>(m_arena.allocate(inverse.count * sizeof(KpIfcInverseSet)));
+        auto* const block = static_cast<KpIfcInverseSet*>(arena.allocate(inverse.count * sizeof(KpIfcInverseSet)));
         for (std::uint32_t i = 0; i < inverse.count; ++i) ::new (static_cast<void*>(block + i)) KpIfcInverseSet;
         sets = block;
     }
@@ -97,6 +97,21 @@ void Inverses::enter(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, 
     makeRoomForOne(m_withdrawn);
     entry.set->insert(m_arena, entry.referrer);
     if (referrer.isUncommitted()) m_withdrawn.push_back(entry); // may refer elsewhere by the next commit
+}
+
+/// An instance belongs to the share that its slot's chunk belongs to, so that those of other shares are not touched.
+void Inverses::fillFrom(KpIfcEntityBase& referrer, unsigned share, unsigned shares, KpArena& arena) {
+    if (referrer.objectId().openObject() != &referrer) return; // displaced by a later record of its name
+    for (const KpIfcCounterpartFacts& row : referrer.getInstanceType()->counterparts()) {
+        if (row.referrer && !referrer.isKindOf(*row.referrer)) continue;
+        const KpIfcInverseFacts& inverse = (*row.declaring)->facts()->inverses[row.inverse];
+        visitReferences(referrer, *row.attribute, [&](const KpDbObjectId& handle) {
+            if (reinterpret_cast<std::uintptr_t>(handle.slot()) / KpIfcSlotChunk::kBytes % shares != share) return;
+            KpIfcEntityBase* const target = handle.openObject();
+            if (target && target->isKindOf(*row.declaring))
+                setOf(*target, inverse, arena).insert(arena, referrer.objectId());
+        });
+    }
 }
 
 void Inverses::withdraw(KpIfcEntityBase& referrer) {

@@ -23,6 +23,17 @@ public:
     explicit Inverses(KpArena& arena) : m_arena(arena) {}
 
     void enter(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, const KpIfcEntityBase& referrer);
+    /// Enters instances, which come in ascending order of names and none of which has changed, in the inverse
+    /// attributes of those that they refer to, as far as these are in share `share` of `shares`. The shares may be
+    /// filled at once, each with memory of its own. `isNext()` is asked before each instance: false ends it.
+    template <class IsNext>
+    static void fill(std::span<KpIfcEntityBase* const> referrers, unsigned share, unsigned shares, KpArena& arena,
+                     IsNext isNext) {
+        for (KpIfcEntityBase* const referrer : referrers) {
+            if (!isNext()) return;
+            fillFrom(*referrer, share, shares, arena);
+        }
+    }
     /// Notes what an instance that is about to change has entered.
     void withdraw(KpIfcEntityBase& referrer);
     /// Enters instances that changed anew. Where memory runs out in the middle, the next commit, which is to be told of
@@ -40,7 +51,11 @@ private:
         }
     };
 
-    KpIfcInverseSet& setOf(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse);
+    static void fillFrom(KpIfcEntityBase& referrer, unsigned share, unsigned shares, KpArena& arena);
+    static KpIfcInverseSet& setOf(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, KpArena& arena);
+    KpIfcInverseSet& setOf(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse) {
+        return setOf(target, inverse, m_arena);
+    }
     void apply();
 
     KpArena& m_arena;

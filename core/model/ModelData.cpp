@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace KP_SDAI {
 
@@ -33,17 +34,14 @@ KpIfcEntityBase* ModelData::create(const KpIfcEntityFacts& facts, KpIfcSlot* slo
 void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
     const std::uint64_t name = KpDbObjectId(slot).instanceName();
     if (!m_explicitOrder && name < highestName) makeOrderExplicit();
-    if (m_explicitOrder) {
-        if (!m_positions.empty()) m_positions[slot] = m_order.size();
-        makeRoomForOne(m_order);
-    }
+    if (m_explicitOrder) m_order.makeRoom(OrderEntry(slot));
     if (m_changes) m_changes->noteCreated(slot, *instance);
     slot->word = reinterpret_cast<std::uintptr_t>(instance);
     instance->m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance->m_self & KpIfcEntityBase::kFlags);
-    if (m_explicitOrder) m_order.emplace_back(slot);
+    if (m_explicitOrder) m_order.append(OrderEntry(slot));
     if (name > highestName) highestName = name;
     ++instanceCount;
-    table.noteInstance();
+    table.noteInstances(1);
 }
 
 void ModelData::noteNamesIn(const std::string& text) {
@@ -56,10 +54,10 @@ KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
     noteNamesIn(text);
     if (!m_explicitOrder) makeOrderExplicit();
     const std::uint64_t name = KpDbObjectId(slot).instanceName();
-    makeRoomForOne(m_order);
+    m_order.makeRoom(OrderEntry(static_cast<KeptRecord*>(nullptr)));
     if (m_changes) makeRoomForOne(m_changes->created);
     KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text), name});
-    m_order.emplace_back(&record);
+    m_order.append(OrderEntry(&record));
     if (slot) {
         ++keptCount;
         if (name > highestName) highestName = name;
@@ -71,13 +69,29 @@ KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
     return &record;
 }
 
+void ModelData::take(ReadInstances& read) {
+    if (!read.isAscending || (!read.order.empty() && read.firstName <= highestName)) m_explicitOrder = true;
+    for (const OrderEntry& entry : read.order) m_order.append(entry);
+    for (const KeptRecord& record : read.kept) noteNamesIn(record.text);
+    m_kept.splice(m_kept.end(), read.kept);
+    m_toDestroy.insert(m_toDestroy.end(), read.toDestroy.begin(), read.toDestroy.end());
+    read.toDestroy.clear();
+    for (auto& [instance, field] : read.keptFields) keepField(*instance, std::move(field));
+    read.keptFields.clear();
+    if (read.highestName > highestName) highestName = read.highestName;
+    instanceCount += read.count;
+    keptCount += read.keptCount;
+    table.noteInstances(read.count);
+    read.order.clear();
+    read.isAscending = true;
+    read.firstName = read.highestName = 0;
+    read.count = read.keptCount = 0;
+}
+
 void ModelData::demote(KpIfcSlot* slot, std::string text) {
-    if (!m_explicitOrder) makeOrderExplicit();
-    if (m_positions.empty())
-        for (std::size_t i = 0; i < m_order.size(); ++i)
-            if (m_order[i].slot()) m_positions[m_order[i].slot()] = i;
+    m_explicitOrder = true;
     KeptRecord& record = m_kept.emplace_back(KeptRecord{std::move(text), KpDbObjectId(slot).instanceName()});
-    m_order[m_positions.at(slot)] = OrderEntry(&record);
+    m_order.replace(table, slot, &record);
     slot->word = 0;
     ++keptCount;
     --instanceCount;
@@ -179,7 +193,7 @@ void ModelData::beginChanges() {
     commit();
     m_changes = std::make_unique<ChangeLog>();
     m_changes->explicitOrder = m_explicitOrder;
-    m_changes->orderLength = m_order.size();
+    m_changes->orderEnd = m_order.mark();
     m_changes->highestName = highestName;
     m_changes->erasedCount = erasedNames.size();
     m_changes->newRecordCount = newRecords.size();
@@ -210,14 +224,11 @@ void ModelData::rollBackChanges() {
     }
     erasedNames.resize(log.erasedCount);
     newRecords.resize(log.newRecordCount);
-    for (KpIfcSlot* slot : log.created) {
-        leaveSlot(slot);
-        m_positions.erase(slot);
-    }
+    for (KpIfcSlot* slot : log.created) leaveSlot(slot);
     for (auto& [instance, former] : log.former)
         if (former.hasKeptFields) m_keptFields.find(instance)->second = std::move(former.keptFields);
     m_explicitOrder = log.explicitOrder;
-    m_order.erase(m_order.begin() + static_cast<std::ptrdiff_t>(log.orderLength), m_order.end());
+    m_order.returnTo(log.orderEnd);
     highestName = log.highestName;
     m_changes.reset();
     m_isRollBackDue = false;
@@ -228,7 +239,9 @@ void ModelData::rollBackChanges() {
 }
 
 std::vector<OrderEntry> ModelData::normalOrder() const {
-    std::vector<OrderEntry> order = m_order;
+    std::vector<OrderEntry> order;
+    order.reserve(m_order.mark().count);
+    m_order.visit(table, [&](const OrderEntry& entry) { order.push_back(entry); });
     const auto nameOf = [](const OrderEntry& entry) {
         return entry.record() ? entry.record()->name : KpDbObjectId(entry.slot()).instanceName();
     };
@@ -242,9 +255,9 @@ std::vector<OrderEntry> ModelData::normalOrder() const {
 
 void ModelData::makeOrderExplicit() {
     table.sortSparse();
-    m_order.clear();
-    m_order.reserve(instanceCount + 1);
-    for (KpIfcEntityBase* instance : model.instances()) m_order.emplace_back(instance->objectId().slot());
+    PackedOrder order;
+    for (KpIfcEntityBase* instance : model.instances()) order.append(OrderEntry(instance->objectId().slot()));
+    m_order = std::move(order);
     m_explicitOrder = true;
 }
 

@@ -5,14 +5,16 @@
 #include <KpIfcCore/KpIfcModel.h>
 #include <KpIfcCore/KpIfcModule.h>
 
+#include "model/FileOrder.h"
 #include "model/GlobalIdIndex.h"
 #include "model/InstanceTable.h"
 #include "model/Inverses.h"
 #include "model/OnDemand.h"
+#include "model/PackedOrder.h"
 #include "model/ReferrerIndex.h"
 
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -20,35 +22,6 @@
 #include <vector>
 
 namespace KP_SDAI {
-
-/// The source text of something that has no class: a record, or structure of the file between records.
-struct alignas(8) KeptRecord {
-    std::string text;       ///< with its semicolon
-    std::uint64_t name = 0; ///< of the record; 0 for what is none or has none
-};
-
-/// The source text of a field whose attribute cannot hold it. It is written as long as the attribute would be written
-/// as `normal`: as it was right after reading.
-struct KeptField {
-    static constexpr std::uint32_t kWholeRecord = UINT32_MAX; ///< all parameters, where their number is wrong
-    std::uint32_t field;
-    std::string source;
-    std::string normal;
-};
-
-/// One place in the order in which a file had its records: an instance's slot or a kept record.
-class OrderEntry {
-public:
-    explicit OrderEntry(KpIfcSlot* slot) : m_word(reinterpret_cast<std::uintptr_t>(slot)) {}
-    explicit OrderEntry(KeptRecord* record) : m_word(reinterpret_cast<std::uintptr_t>(record) | 1) {}
-    KpIfcSlot* slot() const { return m_word & 1 ? nullptr : reinterpret_cast<KpIfcSlot*>(m_word); }
-    KeptRecord* record() const {
-        return m_word & 1 ? reinterpret_cast<KeptRecord*>(m_word & ~std::uintptr_t{1}) : nullptr;
-    }
-
-private:
-    std::uintptr_t m_word;
-};
 
 struct ChangeLog;
 
@@ -64,12 +37,31 @@ public:
 
     /// Makes an instance in the model's memory that is in no slot yet.
     KpIfcEntityBase* construct(const KpIfcEntityFacts& facts) { return facts.construct(arena.allocate(facts.size)); }
+    /// Memory of this model for another thread to read into.
+    KpArena& addArena() { return m_arenas.emplace_back(); }
     /// Makes an instance in its empty slot; it counts as changed, for no file has it yet.
     KpIfcEntityBase* create(const KpIfcEntityFacts& facts, KpIfcSlot* slot);
     /// Puts an instance into its empty slot, as the last in file order.
     void bind(KpIfcSlot* slot, KpIfcEntityBase* instance);
     /// Puts a record that stays text into the file order, and into its slot where it has one (an empty one).
     KeptRecord* keep(std::string text, KpIfcSlot* slot);
+
+    // Reading a file. What is read goes to its slots at once, by fill(), which any number of threads may call, and is
+    // taken over later, stretch by stretch in file order.
+
+    /// Gives an instance the slot that is its own. Nobody but this thread knows the instance yet.
+    static void assign(KpIfcEntityBase& instance, KpIfcSlot* slot) {
+        instance.m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance.m_self & KpIfcEntityBase::kFlags);
+    }
+    /// Says of an instance that is being read that its destructor has to run.
+    static void markHeap(KpIfcEntityBase& instance) { instance.m_self |= KpIfcEntityBase::kOwnsHeap; }
+    /// Takes over what was read behind all that was taken before, and empties `read`.
+    void take(ReadInstances& read);
+    /// Nothing more will be taken.
+    void endTaking() {
+        if (!m_explicitOrder) m_order.clear();
+    }
+
     /// Turns a bound instance into the kept record `text` at its place, because its name comes again.
     void demote(KpIfcSlot* slot, std::string text);
     /// Empties the slot of an instance or kept record, for good. Nothing that stays refers to it any more; all that
@@ -111,13 +103,13 @@ public:
             for (KpIfcEntityBase* instance : model.instances()) visitInstance(instance);
             return;
         }
-        for (const OrderEntry& entry : m_order) {
+        m_order.visit(table, [&](const OrderEntry& entry) {
             if (KeptRecord* record = entry.record()) {
                 if (!isErased(*record)) visitRecord(*record);
             } else if (KpIfcEntityBase* instance = KpDbObjectId(entry.slot()).openObject()) {
                 visitInstance(instance);
             }
-        }
+        });
     }
 
     /// The same in ascending order of names, but for what has no name, which stays where it is between the others.
@@ -179,9 +171,9 @@ private:
     std::shared_ptr<KpIfcModule> m_module;
     // The order of a file is that of its names until something in it says otherwise.
     bool m_explicitOrder = false;
-    std::vector<OrderEntry> m_order;                         ///< erased ones keep their places
-    std::unordered_map<KpIfcSlot*, std::size_t> m_positions; ///< in m_order; filled when a name comes twice
-    std::deque<KeptRecord> m_kept;
+    PackedOrder m_order; ///< erased ones keep their places; empty, but while a file is read, where order is by name
+    std::list<KeptRecord> m_kept;
+    std::list<KpArena> m_arenas; ///< besides `arena`
     std::unordered_map<const KpIfcEntityBase*, std::vector<KeptField>> m_keptFields;
     std::vector<KpIfcEntityBase*> m_toDestroy;
     std::vector<KpIfcEntityBase*> m_uncommitted; ///< those that have left their slots included

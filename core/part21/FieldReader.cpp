@@ -1,5 +1,6 @@
 #include "part21/FieldReader.h"
 
+#include "model/ReadingMemory.h"
 #include "part21/Scan.h"
 
 #include <KpIfcCore/Consts.h>
@@ -8,6 +9,7 @@
 #include <KpIfcCore/KpIfcOrderedAggrImp.h>
 #include <KpIfcCore/KpIfcSetAggr.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -64,6 +66,7 @@ bool RecordReader::FieldReader::read(const KpIfcAttributeFacts& row) {
     case KpIfcFieldKind::reference: return readReference(row, p);
     case KpIfcFieldKind::aggregate: return readAggregate(row, p);
     case KpIfcFieldKind::real: return readReal(m_instance.*row.member.real, p);
+    case KpIfcFieldKind::enumeration: return readEnumeration(row, p);
     case KpIfcFieldKind::boolean: return readBoolean(m_instance.*row.member.boolean, p);
     case KpIfcFieldKind::string: return readText(m_instance.*row.member.string, p);
     case KpIfcFieldKind::guid: return readGlobalId(m_instance.*row.member.guid, p);
@@ -80,10 +83,9 @@ void RecordReader::FieldReader::take(const char* begin, const char* end) {
     m_filer.m_cur = end;
 }
 
-inline void RecordReader::FieldReader::check(const KpDbObjectId& reference, const KpIfcEntityType* declared) {
-    const KpIfcEntityBase* const instance = reference.openObject();
-    if (instance && instance->getInstanceType() == declared) return;
-    m_filer.checkReference(reference, declared);
+inline bool RecordReader::FieldReader::isKnown(std::uint64_t name, const KpIfcEntityType* declared) const {
+    const KpIfcEntityType* const type = m_filer.m_memory->types.of(name);
+    return type && (type == declared || type->isKindOf(declared));
 }
 
 bool RecordReader::FieldReader::readReference(const KpIfcAttributeFacts& row, const char* p) {
@@ -97,9 +99,9 @@ bool RecordReader::FieldReader::readReference(const KpIfcAttributeFacts& row, co
     }
     std::uint64_t name;
     if (*p != '#' || !(end = scan::name(end, name)) || name == 0 || !endsParameter(*end)) return false;
-    handle = KpDbObjectId(m_filer.m_data.table.slot(name));
+    handle = KpDbObjectId(m_filer.m_data.table.slot(name, m_filer.m_memory->slots));
     take(p, end);
-    check(handle, *row.target);
+    if (!isKnown(name, *row.target)) m_filer.checkReference(handle, *row.target);
     return true;
 }
 
@@ -114,6 +116,27 @@ bool RecordReader::FieldReader::readReal(double& value, const char* p) {
         if (!end) return false;
         value = number;
     }
+    take(p, end);
+    return true;
+}
+
+bool RecordReader::FieldReader::readEnumeration(const KpIfcAttributeFacts& row, const char* p) {
+    const KpIfcEnumFacts& facts = *row.enumeration;
+    const char* end = p + 1;
+    int code = facts.count;
+    if (*p == '.') {
+        const char* const literal = end;
+        end = scan::keywordEnd(literal);
+        const auto length = static_cast<std::size_t>(end - literal);
+        if (*end++ != '.') return false;
+        const auto isIt = [&](const char* one) { return std::strncmp(one, literal, length) == 0 && one[length] == 0; };
+        code = static_cast<int>(std::find_if(facts.literals, facts.literals + facts.count, isIt) - facts.literals);
+        if (code == facts.count) return false;
+    } else if (*p != '$') {
+        return false;
+    }
+    if (!endsParameter(*end)) return false;
+    std::memcpy(row.member.enumeration(m_instance), &code, sizeof code);
     take(p, end);
     return true;
 }
@@ -176,20 +199,23 @@ bool RecordReader::FieldReader::readReferences(const KpIfcAttributeFacts& row, K
                                                const char* const begin) {
     std::vector<KpDbObjectId>& members = m_filer.members<KpDbObjectId>();
     const char* p = begin;
+    bool areKnown = true;
     do {
         std::uint64_t name;
         if (p[1] != '#' || !(p = scan::name(p + 2, name)) || name == 0) return false;
-        members.emplace_back(m_filer.m_data.table.slot(name));
+        members.emplace_back(m_filer.m_data.table.slot(name, m_filer.m_memory->slots));
+        areKnown = areKnown && isKnown(name, *row.target);
     } while (*p == ',');
     if (*p++ != ')' || !endsParameter(*p)) return false;
     take(begin, p);
-    KpArena& arena = m_filer.m_data.arena;
+    KpArena& arena = m_filer.m_memory->arena;
     if (!row.aggregate->isSet)
         static_cast<KpIfcPositionedAggr<KpDbObjectId>&>(aggregate).load(arena, members.data(), members.size());
     else if (!static_cast<KpIfcSetAggr<KpDbObjectId>&>(aggregate).load(arena, members.data(), members.size()))
         m_filer.repeatedMembers();
+    if (areKnown) return true;
     for (const KpDbObjectId& member : static_cast<const KpIfcAggrElements<KpDbObjectId>&>(*aggregate.implementation()))
-        check(member, *row.target);
+        m_filer.checkReference(member, *row.target);
     return true;
 }
 
@@ -203,7 +229,7 @@ bool RecordReader::FieldReader::readReals(KpIfcAggr& aggregate, const char* cons
     } while (*p == ',');
     if (*p++ != ')' || !endsParameter(*p)) return false;
     take(begin, p);
-    static_cast<KpIfcPositionedAggr<double>&>(aggregate).load(m_filer.m_data.arena, members.data(), members.size());
+    static_cast<KpIfcPositionedAggr<double>&>(aggregate).load(m_filer.m_memory->arena, members.data(), members.size());
     return true;
 }
 

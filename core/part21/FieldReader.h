@@ -20,6 +20,7 @@ public:
 private:
     bool readReference(const KpIfcAttributeFacts& row, const char* p);
     bool readReal(double& value, const char* p);
+    bool readEnumeration(const KpIfcAttributeFacts& row, const char* p);
     bool readBoolean(KpIfcBoolean& value, const char* p);
     bool readText(KpAnsiString& value, const char* p);
     bool readGlobalId(KpIfcGUID& value, const char* p);
@@ -28,7 +29,8 @@ private:
     bool readReferences(const KpIfcAttributeFacts& row, KpIfcAggr& aggregate, const char* p);
     bool readReals(KpIfcAggr& aggregate, const char* p);
     void take(const char* begin, const char* end);
-    void check(const KpDbObjectId& reference, const KpIfcEntityType* declared);
+    /// True where a name is known to be an instance's of that entity.
+    bool isKnown(std::uint64_t name, const KpIfcEntityType* declared) const;
 
     KpIfcEntityBase& m_instance;
     KpSpfFilerBase& m_filer;

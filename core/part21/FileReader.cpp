@@ -1,7 +1,7 @@
 #include "part21/FileReader.h"
 
 #include "part21/Lexer.h"
-#include "part21/RecordReader.h"
+#include "part21/SectionReader.h"
 #include "part21/StepValueText.h"
 #include "part21/TextIssues.h"
 
@@ -150,7 +150,7 @@ void FileReader::reportTexts(const std::string& keyword, unsigned issues) {
 }
 
 std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
-    RecordReader records(data, m_window, m_report);
+    SectionReader records(data, m_parts, m_window, m_layout, m_report, m_threading);
     const char* end = nullptr;
     bool ended = false;
     std::uint64_t opaqueFrom = 0; // all that follows is no statement of the file
@@ -188,7 +188,7 @@ std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
             if (m_frame.dataOpening.empty())
                 m_frame.dataOpening = opening.empty() ? "DATA;" : std::move(opening);
             else if (!opening.empty())
-                data.keep("ENDSEC;\n" + opening, nullptr);
+                records.keep("ENDSEC;\n" + opening);
             const bool isWhole = records.readSection(m_place);
             m_layout.dataEnd = isWhole ? records.sectionEnd() : offset();
             if (!isWhole) {
@@ -199,7 +199,7 @@ std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
                 while (!tail.empty() && static_cast<unsigned char>(tail.back()) <= ' ') tail.pop_back();
                 // What is left of a record has no end of its own: a comment keeps it apart from what is written next.
                 for (std::size_t at = 0; (at = tail.find("*/", at)) != std::string::npos;) tail.insert(++at, 1, ' ');
-                if (!tail.empty()) data.keep("/* cut off: " + tail + " */", nullptr);
+                if (!tail.empty()) records.keep("/* cut off: " + tail + " */");
                 break;
             }
         } else if (keyword == "END-ISO-10303-21") {
@@ -213,8 +213,8 @@ std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
             readOtherSection(end);
         }
     }
-    records.finish(progress);
     const std::uint64_t size = m_window.readToEnd();
+    records.finish(progress);
     m_layout.noteOpaque(opaqueFrom, size);
     if (m_window.firstZero() != Window::kNoZero)
         m_report.add(findingAt(KpIfcFinding::textEncoding, KpIfcSeverity::warning, m_window.firstZero(),
@@ -307,7 +307,7 @@ void FileReader::locateFindings(ProgressMeter& progress) {
     std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.offset < b.offset; });
     if (entries.empty() || !m_source.error().empty() || !m_source.rewind()) return;
     progress.beginBytes(KpIfcStage::locating, m_source.fileSize());
-    std::vector<char> buffer(Window::kReach);
+    std::vector<char> buffer(256 * 1024);
     std::uint64_t offset = 0;
     char lineEnd = '\n';
     std::uint64_t line = 1;

@@ -6,8 +6,10 @@
 #include "model/ModelData.h"
 #include "part21/FileFrame.h"
 #include "part21/Findings.h"
+#include "part21/PartSource.h"
 #include "part21/ProgressMeter.h"
 #include "part21/Sections.h"
+#include "part21/Threading.h"
 #include "part21/Window.h"
 
 #include <cstdint>
@@ -20,14 +22,16 @@ namespace KP_SDAI {
 class FileReader {
 public:
     /// What it takes to write the source again goes to `layout`.
-    FileReader(ByteSource& source, KpIfcHeader& header, FileFrame& frame, SourceLayout& layout, KpIfcReport& report)
-        : m_source(source), m_layout(layout), m_window(source, layout), m_header(header), m_frame(frame),
-          m_report(report) {}
+    FileReader(ByteSource& source, KpIfcHeader& header, FileFrame& frame, SourceLayout& layout, KpIfcReport& report,
+               const Threading& threading)
+        : m_source(source), m_threading(threading), m_parts(source, threading.partSize), m_layout(layout),
+          m_window(m_parts, layout), m_header(header), m_frame(frame), m_report(report) {}
 
     /// Reads up to the end of the header section. False, with error(), where the bytes are no STEP file or name no
     /// schema.
     bool readHeader(std::string& schema);
     /// Reads all that follows; returns the number of bytes read. What is done after reading is told as further stages.
+    /// Throws ReadAgain where one thread alone has to read all of the source anew.
     std::uint64_t readData(ModelData& data, ProgressMeter& progress);
 
     const std::string& error() const { return m_error; }
@@ -53,6 +57,8 @@ private:
     std::string quotedHere(const char* end) const;
 
     ByteSource& m_source;
+    const Threading m_threading;
+    PartSource m_parts;
     SourceLayout& m_layout;
     Window m_window;
     const char* m_place = nullptr;

@@ -2,21 +2,23 @@
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include "model/ModelData.h"
+#include "model/ReadingMemory.h"
+#include "model/SlotWord.h"
 #include "part21/FieldIssue.h"
 #include "part21/Lexer.h"
+#include "part21/PendingField.h"
 
 using namespace KP_SDAI;
 using lexer::endsParameter;
 
-KpSpfFilerBase::KpSpfFilerBase(ModelData& data) : m_data(data) {}
+KpSpfFilerBase::KpSpfFilerBase(ModelData& data, ReadingMemory* memory) : m_data(data), m_memory(memory) {}
 KpSpfFilerBase::~KpSpfFilerBase() = default;
 
 KpArena& KpSpfFilerBase::arena() {
-    return m_data.arena;
+    return m_memory->arena;
 }
 
 void KpSpfFilerBase::skipBlanks() {
-    if (static_cast<unsigned char>(*m_cur) > ' ' && *m_cur != '/' && *m_cur != '\\') return;
     m_cur = lexer::skipBlanks(m_cur, m_end);
 }
 
@@ -116,22 +118,24 @@ bool KpSpfFilerBase::atUnset() {
 
 // -- references ------------------------------------------------------------------------------------------------------
 
+/// What is found wrong is said later, when no other thread fills slots any more: whether an instance has come yet when
+/// a reference to it is read must make no difference.
 void KpSpfFilerBase::checkReference(const KpDbObjectId& reference, const KpIfcEntityType* declared) {
     if (reference.isNull() || m_broken) return;
-    if (KpIfcEntityBase* instance = reference.openObject()) {
-        const KpIfcEntityType* type = instance->getInstanceType();
-        if (type != declared && !type->isKindOf(declared))
-            issue(KpIfcFinding::wrongReference, KpIfcSeverity::warning, false, declared->displayName());
-    } else if (!reference.isDefined()) {
-        deferField();
+    const std::uintptr_t word = wordWhileReading(*reference.slot());
+    if (word & KpIfcSlot::kKeptRecord) return;
+    if (word) {
+        const KpIfcEntityType* type = reinterpret_cast<const KpIfcEntityBase*>(word)->getInstanceType();
+        if (type == declared || type->isKindOf(declared)) return;
     }
+    deferField();
 }
 
 /// Looks at the field again when everything is read.
 void KpSpfFilerBase::deferField() {
-    const std::uint64_t place = (m_recordOffset << 16) | (m_field - 1);
-    if (m_pending.empty() || m_pending.back().instance != m_instance || m_pending.back().offsetAndField != place)
-        m_pending.push_back({m_instance, place});
+    const PendingField field(*m_instance, m_recordOffset + static_cast<std::uint64_t>(m_fieldStart - m_recordBegin),
+                             m_field - 1);
+    if (m_pending->empty() || !(m_pending->back() == field)) m_pending->push_back(field);
 }
 
 // -- punctuation -----------------------------------------------------------------------------------------------------

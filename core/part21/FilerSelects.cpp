@@ -1,8 +1,10 @@
 #include <KpIfcCore/Consts.h>
 #include <KpIfcCore/KpSpfFilerBase.h>
 
+#include "model/SlotWord.h"
 #include "part21/FieldIssue.h"
 #include "part21/Lexer.h"
+#include "part21/Scan.h"
 #include "part21/Spelling.h"
 
 using namespace KP_SDAI;
@@ -22,13 +24,8 @@ bool KpSpfFilerBase::readSelect(KpIfcSelect& value) {
             return false;
         }
         value.setHandleOnLoad(handle);
-        if (handle.openObject()) {
-            if (!value.setHandleD(handle))
-                issue(KpIfcFinding::wrongReference, KpIfcSeverity::warning, false,
-                      "an instance of one of the alternatives");
-        } else if (!handle.isDefined()) {
-            deferField();
-        }
+        const std::uintptr_t word = wordWhileReading(*handle.slot());
+        if (!(word & KpIfcSlot::kKeptRecord) && !(word && value.setHandleD(handle))) deferField();
         return true;
     }
     if (atUnset()) return true;
@@ -39,7 +36,7 @@ bool KpSpfFilerBase::readSelect(KpIfcSelect& value) {
 
 bool KpSpfFilerBase::readTyped(KpIfcSelect& value) {
     const char* const begin = m_cur;
-    m_cur = lexer::keywordEnd(m_cur);
+    m_cur = scan::keywordEnd(m_cur);
     KpAnsiString name;
     store(name, {begin, static_cast<std::size_t>(m_cur - begin)});
     skipBlanks();

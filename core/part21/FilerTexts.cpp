@@ -2,6 +2,7 @@
 #include <KpIfcCore/KpStepText.h>
 
 #include "model/ModelData.h"
+#include "model/ReadingMemory.h"
 #include "part21/Scan.h"
 #include "part21/TextIssues.h"
 
@@ -69,7 +70,7 @@ void KpSpfFilerBase::store(KpAnsiString& value, std::string_view text) {
         return;
     }
     if (text.size() > kLongestShared) {
-        value.refer(KpAnsiString::place(m_data.arena, text));
+        value.refer(KpAnsiString::place(m_memory->arena, text));
         return;
     }
     if (m_sharedTexts.empty()) m_sharedTexts.resize(kCacheSize);
@@ -79,6 +80,6 @@ void KpSpfFilerBase::store(KpAnsiString& value, std::string_view text) {
         if (header->length == text.size() && std::memcmp(cached, text.data(), text.size()) == 0)
             return value.refer(cached);
     }
-    cached = KpAnsiString::place(m_data.arena, text);
+    cached = KpAnsiString::place(m_memory->arena, text);
     value.refer(cached);
 }

@@ -2,7 +2,9 @@
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include "model/ModelData.h"
+#include "model/ReadingMemory.h"
 #include "part21/Lexer.h"
+#include "part21/Scan.h"
 #include "part21/Spelling.h"
 
 #include <charconv>
@@ -76,7 +78,7 @@ bool KpSpfFilerBase::readReference(KpDbObjectId& value) {
     while (lexer::isDigit(*p)) name = name * 10 + static_cast<unsigned>(*p++ - '0');
     if (p - digits > 18 && std::from_chars(digits, p, name).ec != std::errc()) return false;
     if (name == 0) return false;
-    value = KpDbObjectId(m_data.table.slot(name));
+    value = KpDbObjectId(m_data.table.slot(name, m_memory->slots));
     m_cur = p;
     return true;
 }
@@ -97,7 +99,7 @@ bool KpSpfFilerBase::readBinaryText(std::string_view& text) {
 bool KpSpfFilerBase::readDotted(std::string_view& literal) {
     if (*m_cur != '.') return false;
     const char* const begin = m_cur + 1;
-    const char* const end = lexer::keywordEnd(begin);
+    const char* const end = scan::keywordEnd(begin);
     if (end == begin || *end != '.') return false;
     literal = {begin, static_cast<std::size_t>(end - begin)};
     m_cur = end + 1;

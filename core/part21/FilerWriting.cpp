@@ -5,7 +5,7 @@
 
 #include "model/ModelData.h"
 
-#include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -27,33 +27,24 @@ void KpSpfFilerBase::putInt(std::int64_t value) {
     m_written += static_cast<std::size_t>(std::to_chars(to, to + 24, value).ptr - to);
 }
 
-/// Names are half of what most files consist of: two digits at a time, from the end.
+/// Names are half of what most files consist of: eight digits at once, those in front that are zeros shifted out.
 void KpSpfFilerBase::putName(std::uint64_t name) {
-    static constexpr auto kPairs = [] {
-        std::array<char, 200> pairs{};
-        for (std::size_t i = 0; i < 100; ++i) {
-            pairs[2 * i] = static_cast<char>('0' + i / 10);
-            pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
-        }
-        return pairs;
-    }();
-    char digits[24];
-    char* p = digits + sizeof digits;
-    while (name >= 100) {
-        p -= 2;
-        std::memcpy(p, &kPairs[2 * (name % 100)], 2);
-        name /= 100;
+    constexpr std::uint64_t kEightDigits = 100'000'000;
+    char* const to = room(24);
+    *to = '#';
+    if (std::endian::native != std::endian::little || name == 0 || name >= kEightDigits) {
+        m_written += static_cast<std::size_t>(std::to_chars(to + 1, to + 24, name).ptr - to);
+        return;
     }
-    if (name >= 10) {
-        p -= 2;
-        std::memcpy(p, &kPairs[2 * name], 2);
-    } else {
-        *--p = static_cast<char>('0' + name);
-    }
-    *--p = '#';
-    const auto length = static_cast<std::size_t>(digits + sizeof digits - p);
-    std::memcpy(room(sizeof digits), p, length);
-    m_written += length;
+    const std::uint64_t halves = name / 10000 | name % 10000 << 32;
+    const std::uint64_t hundreds = halves * 10486 >> 20 & 0x7F'0000'007F; // 10486 / 2^20 is a hundredth
+    const std::uint64_t pairs = hundreds + ((halves - 100 * hundreds) << 16);
+    const std::uint64_t tens = pairs * 103 >> 10 & 0x000F'000F'000F'000F; // 103 / 2^10 is a tenth
+    const std::uint64_t digits = tens + ((pairs - 10 * tens) << 8);       // the first one in the lowest byte
+    const int zeros = std::countr_zero(digits) / 8;
+    const std::uint64_t text = (digits | 0x3030303030303030u) >> (8 * zeros);
+    std::memcpy(to + 1, &text, sizeof text);
+    m_written += static_cast<std::size_t>(9 - zeros);
 }
 
 void KpSpfFilerBase::putReal(double value) {

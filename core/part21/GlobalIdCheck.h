@@ -13,6 +13,11 @@ class GlobalIdCheck {
 public:
     /// Notes an instance that was read from `offset`, if it has a GlobalId.
     void note(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::uint64_t offset);
+    /// Adds what `later` has noted, which comes later in the file, and empties it.
+    void append(GlobalIdCheck& later) {
+        m_noted.insert(m_noted.end(), later.m_noted.begin(), later.m_noted.end());
+        later.m_noted.clear();
+    }
     /// Reports all but the first of each GlobalId, and forgets what was noted. Instances that are no longer the ones of
     /// their names do not count.
     void look(KpIfcReport& report);

@@ -52,6 +52,8 @@ struct KpIfcFile::State {
     template <class Operation>
     KP::ErrorStatus attempt(const std::string& name, Operation operation);
     KP::ErrorStatus open(std::unique_ptr<ByteSource> from, const std::string& name, const KpIfcOpenOptions& options);
+    /// Throws ReadAgain where that has to be done once more, by one thread.
+    KP::ErrorStatus read(ByteSource& from, const std::string& name, const Threading& threading);
     KP::ErrorStatus save(const std::string& to, const KpIfcSaveOptions& options);
     /// False where the sink stopped or, with error, where the source is of no use any more.
     bool write(const KpIfcSaveOptions& options, const std::function<bool(std::string_view)>& sink);
@@ -108,12 +110,41 @@ void KpIfcFile::listedPerKind(std::size_t count) {
 
 KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const std::string& name,
                                        const KpIfcOpenOptions& options) {
+    Threading threading(options.threads, options.partSize);
+    if (!threading.isOfUse(from->size())) threading.threads = 1;
+    KP::ErrorStatus status = KP::eOk;
+    try {
+        status = read(*from, name, threading);
+    } catch (const ReadAgain&) {
+        model.reset();
+        header = KpIfcHeader();
+        frame = FileFrame();
+        layout = SourceLayout();
+        if (!from->rewind()) {
+            error = name + ": " + from->error();
+            return KP::eNotAvailable;
+        }
+        threading.threads = 1;
+        status = read(*from, name, threading);
+    }
+    if (status != KP::eOk) return status;
+    if (options.strict && report.departures() != 0) {
+        error = name + ": is not as the standard wants it: " + countOf(report.departures(), "departure") +
+                firstDeparture(report);
+        model.reset();
+        return KP::eInvalidInput;
+    }
+    source = std::move(from);
+    return KP::eOk;
+}
+
+KP::ErrorStatus KpIfcFile::State::read(ByteSource& from, const std::string& name, const Threading& threading) {
     report = KpIfcReport(listedPerKind);
-    progress.beginBytes(KpIfcStage::reading, from->fileSize());
+    progress.beginBytes(KpIfcStage::reading, from.fileSize());
     const auto sourceError = [&] {
-        return from->hasChanged() ? "another program has changed it while it was read" : from->error();
+        return from.hasChanged() ? "another program has changed it while it was read" : from.error();
     };
-    FileReader reader(*from, header, frame, layout, report);
+    FileReader reader(from, header, frame, layout, report, threading);
     std::string schema;
     if (!reader.readHeader(schema)) {
         const std::string reason = sourceError();
@@ -128,7 +159,7 @@ KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const s
     }
     model = std::make_unique<KpIfcModel>(std::move(module));
     model->data().utf8 = settings().get_useUTF8();
-    model->data().table.expectFile(from->size());
+    model->data().table.expectFile(from.size());
     checkHeader(header, model->schema().name(), report, layout.header);
     size = reader.readData(model->data(), progress);
     if (const std::string unreadable = sourceError(); !unreadable.empty()) {
@@ -136,13 +167,6 @@ KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const s
         model.reset();
         return KP::eNotAvailable;
     }
-    if (options.strict && report.departures() != 0) {
-        error = name + ": is not as the standard wants it: " + countOf(report.departures(), "departure") +
-                firstDeparture(report);
-        model.reset();
-        return KP::eInvalidInput;
-    }
-    source = std::move(from);
     return KP::eOk;
 }
 

@@ -1,6 +1,7 @@
 #include <KpIfcCore/KpIfcReport.h>
 
 #include <numeric>
+#include <utility>
 
 namespace KP_SDAI {
 
@@ -52,6 +53,25 @@ void KpIfcReport::add(KpIfcReportEntry entry) {
 void KpIfcReport::addUnlisted(KpIfcFinding finding, KpIfcSeverity severity, std::size_t count) {
     m_counts[static_cast<std::size_t>(finding)][static_cast<std::size_t>(severity)] += count;
     m_departures += count;
+}
+
+void KpIfcReport::append(KpIfcReport&& later) {
+    std::array<std::size_t, static_cast<std::size_t>(KpIfcFinding::count_)> room{};
+    for (std::size_t kind = 0; kind < m_counts.size(); ++kind) {
+        const std::size_t here = count(static_cast<KpIfcFinding>(kind));
+        room[kind] = here < m_listedPerKind ? m_listedPerKind - here : 0;
+    }
+    for (KpIfcReportEntry& entry : later.m_entries) {
+        std::size_t& left = room[static_cast<std::size_t>(entry.finding)];
+        if (left == 0) continue;
+        --left;
+        m_entries.push_back(std::move(entry));
+    }
+    for (std::size_t kind = 0; kind < m_counts.size(); ++kind)
+        for (std::size_t severity = 0; severity < m_counts[kind].size(); ++severity)
+            m_counts[kind][severity] += later.m_counts[kind][severity];
+    m_departures += later.m_departures;
+    later.clear();
 }
 
 std::size_t KpIfcReport::count(KpIfcSeverity severity) const {

@@ -1,29 +1,21 @@
 #include "part21/LateReferences.h"
 #include "part21/Findings.h"
 #include "part21/RecordWriter.h"
+#include "part21/ShareOut.h"
 
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcSelect.h>
+#include <KpIfcCore/KpSpfFilerBase.h>
+
+#include <atomic>
 
 namespace KP_SDAI {
 
 namespace {
 
-/// What is left to say about the references of one field.
-struct FieldCheck {
-    const KpIfcEntityType* declared = nullptr;
-    bool dangling = false;
-    KpDbObjectId wrong; ///< the first to an instance of another entity
-
-    void look(KpDbObjectId& handle) {
-        if (handle.isNull()) return;
-        if (!handle.isDefined()) {
-            dangling = true;
-        } else if (const KpIfcEntityBase* instance = handle.openObject()) {
-            if (wrong.isNull() && !instance->getInstanceType()->isKindOf(declared)) wrong = handle;
-        }
-    }
-};
+const KpIfcAttributeFacts& rowOf(const PendingField& field) {
+    return *field.instance().getInstanceType()->recordFields()[field.field()];
+}
 
 template <class Visit>
 void visitHandles(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Visit visit) {
@@ -49,42 +41,69 @@ void visitSelects(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Vis
 
 } // namespace
 
-void LateReferences::look(const std::vector<KpSpfFilerBase::PendingField>& fields, ProgressMeter& progress) {
-    progress.beginItems(KpIfcStage::linking, fields.size());
-    for (const KpSpfFilerBase::PendingField& pending : fields) {
-        progress.step();
-        // A record that was displaced by a later one of its name is text by now.
-        if (pending.instance->objectId().openObject() != pending.instance) continue;
-        lookAt(*pending.instance, static_cast<std::uint32_t>(pending.offsetAndField & 0xFFFF),
-               pending.offsetAndField >> 16);
-    }
+void LateReferences::look(const std::vector<std::vector<PendingField>>& parts, const Threading& threading,
+                          ProgressMeter& progress) {
+    std::size_t count = 0;
+    for (const std::vector<PendingField>& fields : parts) count += fields.size();
+    progress.beginItems(KpIfcStage::linking, count);
+    std::vector<std::vector<Departure>> departures(parts.size());
+    std::atomic<std::size_t> next{0};
+    std::atomic<std::size_t> done{0};
+    shareOut(threading.threadsFor(count), [&](unsigned share, const std::atomic<bool>& isStopped) {
+        for (std::size_t i = next++; i < parts.size() && !isStopped; i = next++) {
+            for (const PendingField& field : parts[i]) {
+                // A record that was displaced by a later one of its name is text by now.
+                if (field.instance().objectId().openObject() != &field.instance()) continue;
+                const Departure departure = check(field);
+                if (departure.isDangling || !departure.wrong.isNull()) departures[i].push_back(departure);
+            }
+            done += parts[i].size();
+            if (share == 0) progress.stepTo(done);
+        }
+    });
+    for (const std::vector<Departure>& ofPart : departures)
+        for (const Departure& departure : ofPart) settle(departure);
 }
 
-void LateReferences::lookAt(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset) {
-    const KpIfcAttributeFacts& row = *instance.getInstanceType()->recordFields()[field];
-    FieldCheck check;
-    if (row.target) check.declared = *row.target;
-    visitHandles(instance, row, [&](KpDbObjectId& handle) { check.look(handle); });
-    visitSelects(instance, row, [&](KpIfcSelect& select) {
+LateReferences::Departure LateReferences::check(const PendingField& field) {
+    const KpIfcAttributeFacts& row = rowOf(field);
+    Departure departure{field, false, {}};
+    visitHandles(field.instance(), row, [&](const KpDbObjectId& handle) {
+        if (handle.isNull()) return;
+        if (!handle.isDefined()) {
+            departure.isDangling = true;
+        } else if (const KpIfcEntityBase* instance = handle.openObject()) {
+            if (departure.wrong.isNull() && !instance->getInstanceType()->isKindOf(*row.target))
+                departure.wrong = handle;
+        }
+    });
+    visitSelects(field.instance(), row, [&](KpIfcSelect& select) {
         KpDbObjectId handle;
         if (!select.getHandle(handle) || handle.isNull()) return;
         if (!handle.isDefined())
-            check.dangling = true;
-        else if (handle.openObject() && !KpSpfFilerBase::resolveSelect(select) && check.wrong.isNull())
-            check.wrong = handle;
+            departure.isDangling = true;
+        else if (handle.openObject() && !KpSpfFilerBase::resolveSelect(select) && departure.wrong.isNull())
+            departure.wrong = handle;
     });
-    if (!check.wrong.isNull())
-        m_report.add(
-            findingOn(instance, field, KpIfcFinding::wrongReference, KpIfcSeverity::warning, offset,
-                      {labelOf(check.wrong),
-                       check.declared ? check.declared->displayName() : "an instance of one of the alternatives",
-                       kReadAllTheSame}));
-    if (check.dangling) dropDangling(instance, field, offset);
+    return departure;
+}
+
+void LateReferences::settle(const Departure& departure) {
+    const PendingField& field = departure.field;
+    const KpIfcAttributeFacts& row = rowOf(field);
+    if (!departure.wrong.isNull())
+        m_report.add(findingOn(
+            field.instance(), field.field(), KpIfcFinding::wrongReference, KpIfcSeverity::warning, field.offset(),
+            {labelOf(departure.wrong),
+             row.target ? (*row.target)->displayName() : "an instance of one of the alternatives", kReadAllTheSame}));
+    if (departure.isDangling) dropDangling(field);
 }
 
 /// The members hold null from now on; what the file has is kept as text.
-void LateReferences::dropDangling(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset) {
-    const KpIfcAttributeFacts& row = *instance.getInstanceType()->recordFields()[field];
+void LateReferences::dropDangling(const PendingField& pending) {
+    KpIfcEntityBase& instance = pending.instance();
+    const std::uint32_t field = pending.field();
+    const KpIfcAttributeFacts& row = rowOf(pending);
     RecordWriter writer(m_data);
     const std::string before = writer.parameters(instance);
     visitHandles(instance, row, [](KpDbObjectId& handle) {
@@ -97,7 +116,7 @@ void LateReferences::dropDangling(KpIfcEntityBase& instance, std::uint32_t field
     if (row.kind == KpIfcFieldKind::aggregate) row.aggregate->rearrange(row.member.aggregate(instance));
     const std::string after = writer.parameters(instance);
     const std::string source(splitParameters(before)[field]);
-    m_report.add(findingOn(instance, field, KpIfcFinding::danglingReference, KpIfcSeverity::warning, offset,
+    m_report.add(findingOn(instance, field, KpIfcFinding::danglingReference, KpIfcSeverity::warning, pending.offset(),
                            {excerpt(source), "references to instances", kTextKept}));
     m_data.keepField(instance, {field, source, std::string(splitParameters(after)[field])});
     for (const KeptField& kept : *m_data.keptFields(instance))

@@ -1,26 +1,34 @@
 #pragma once
 
 #include <KpIfcCore/KpIfcReport.h>
-#include <KpIfcCore/KpSpfFilerBase.h>
 
 #include "model/ModelData.h"
+#include "part21/PendingField.h"
 #include "part21/ProgressMeter.h"
+#include "part21/Threading.h"
 
 #include <vector>
 
 namespace KP_SDAI {
 
-/// Looks once more at fields with references whose instances had not come when they were read, now that everything is
+/// Looks once more at fields with references that could not be settled when they were read, now that everything is
 /// read: checks types, resolves selects, and replaces references to nothing by null, of which the text is kept.
 class LateReferences {
 public:
     LateReferences(ModelData& data, KpIfcReport& report) : m_data(data), m_report(report) {}
 
-    void look(const std::vector<KpSpfFilerBase::PendingField>& fields, ProgressMeter& progress);
+    void look(const std::vector<std::vector<PendingField>>& parts, const Threading& threading, ProgressMeter& progress);
 
 private:
-    void lookAt(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset);
-    void dropDangling(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset);
+    /// What is to be said of a field.
+    struct Departure {
+        PendingField field;
+        bool isDangling = false;
+        KpDbObjectId wrong; ///< the first to an instance of another entity
+    };
+    static Departure check(const PendingField& field);
+    void settle(const Departure& departure);
+    void dropDangling(const PendingField& field);
 
     ModelData& m_data;
     KpIfcReport& m_report;

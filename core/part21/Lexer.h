@@ -21,9 +21,15 @@ inline const char* commentEnd(const char* p, const char* end) {
     return nullptr;
 }
 
+/// True for characters that blanks, comments and directives do not begin with.
+inline bool beginsToken(char c) {
+    return static_cast<unsigned char>(c) > ' ' && c != '/' && c != '\\';
+}
+
 /// Behind blanks, line ends, comments and the print control directives \N\ and \F\. Stops at a comment without end.
 inline const char* skipBlanks(const char* p, const char* end) {
     for (;;) {
+        if (beginsToken(*p)) return p;
         while (static_cast<unsigned char>(*p) <= ' ' && p != end) ++p;
         if (isComment(p)) {
             const char* behind = commentEnd(p, end);

@@ -26,6 +26,11 @@ public:
     void step() {
         if (++m_progress.done % kStepsPerLook == 0) look();
     }
+    /// So many items are done.
+    void stepTo(std::uint64_t done) {
+        if (done > m_progress.done) m_progress.done = done;
+        look();
+    }
     /// So many bytes of the source were read; in stages that count something else only a time to look.
     void readTo(std::uint64_t place) {
         // A file may be read twice, and may grow meanwhile.

@@ -1,6 +1,7 @@
 #include <KpIfcCore/KpIfcRecordFields.h>
 
 #include "part21/FieldReader.h"
+#include "part21/FieldWriter.h"
 
 #include <KpIfcCore/KpIfcAggr.h>
 #include <KpIfcCore/KpIfcGUID.h>
@@ -63,6 +64,7 @@ void readRecordFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::spa
 }
 
 void writeRecordFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::span<const KpIfcAttributeFacts> rows) {
+    const RecordWriter::FieldWriter writer(filer);
     for (const KpIfcAttributeFacts& row : rows) {
         const bool optional = row.isOptional();
         const bool separator = !row.isFirst();
@@ -80,10 +82,11 @@ void writeRecordFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::sp
         case KpIfcFieldKind::enumeration:
             filer.wrEnumeration(row.enumeration->text(row.enumerationCode(instance)), separator);
             break;
-        case KpIfcFieldKind::reference: filer.wrReference(instance.*row.member.reference, separator); break;
+        case KpIfcFieldKind::reference: writer.writeReference(instance.*row.member.reference, separator); break;
         case KpIfcFieldKind::select: filer.wrSelect(row.member.select(instance), optional, separator); break;
         case KpIfcFieldKind::aggregate:
-            row.aggregate->write(filer, row.member.aggregate(instance), optional, separator);
+            if (!writer.writeAggregate(*row.aggregate, row.member.aggregate(instance), optional, separator))
+                row.aggregate->write(filer, row.member.aggregate(instance), optional, separator);
             break;
         case KpIfcFieldKind::derived: filer.wrDerive(separator); break;
         case KpIfcFieldKind::notKept: // an empty binary, so that the record keeps its number of fields

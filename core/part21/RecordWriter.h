@@ -30,6 +30,8 @@ public:
     /// The parameters of an instance as they would be written without regard to kept texts.
     std::string parameters(KpIfcEntityBase& instance);
 
+    class FieldWriter; ///< of the fields of a record
+
 private:
     void putParameters(KpIfcEntityBase& instance, const std::vector<KeptField>& kept);
 

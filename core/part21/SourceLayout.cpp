@@ -16,6 +16,23 @@ void SourceLayout::closeBlock(std::string_view bytes) {
     m_highestName = 0;
 }
 
+void SourceLayout::append(SourceLayout& next) {
+    m_blocks.insert(m_blocks.end(), next.m_blocks.begin(), next.m_blocks.end());
+    m_opaque.insert(m_opaque.end(), next.m_opaque.begin(), next.m_opaque.end());
+    for (const auto& [name, offset] : next.m_counting) m_counting[name] = offset;
+    m_surplus.merge(next.m_surplus);
+    m_irregularEnds.merge(next.m_irregularEnds);
+    if (next.m_lowestName < m_lowestName) m_lowestName = next.m_lowestName;
+    if (next.m_highestName > m_highestName) m_highestName = next.m_highestName;
+    next.m_blocks.clear();
+    next.m_opaque.clear();
+    next.m_counting.clear();
+    next.m_surplus.clear();
+    next.m_irregularEnds.clear();
+    next.m_lowestName = UINT64_MAX;
+    next.m_highestName = 0;
+}
+
 void SourceLayout::noteOpaque(std::uint64_t begin, std::uint64_t end, std::uint64_t name) {
     if (begin < end) m_opaque.push_back({begin, end, name});
     if (name) noteName(name);

@@ -37,6 +37,8 @@ public:
         if (name < m_lowestName) m_lowestName = name;
         if (name > m_highestName) m_highestName = name;
     }
+    /// Adds what was noted of the stretch that follows, and empties `next`.
+    void append(SourceLayout& next);
     /// Ends the block that began where the one before ended.
     void closeBlock(std::string_view bytes);
     /// In ascending order.

@@ -1,5 +1,7 @@
 #include "part21/Window.h"
 
+#include "part21/PartSource.h"
+
 #include <cstring>
 
 namespace KP_SDAI {
@@ -22,6 +24,15 @@ bool Window::refill(const char*& place) {
     m_ended = got == 0;
     place = m_buffer.data();
     return got != 0;
+}
+
+void Window::moveTo(std::uint64_t offset, std::string_view bytes) {
+    if (m_buffer.size() < bytes.size() + kZeros) m_buffer.resize(bytes.size() + kZeros);
+    bytes.copy(m_buffer.data(), bytes.size());
+    std::memset(m_buffer.data() + bytes.size(), 0, kZeros);
+    m_length = bytes.size();
+    m_offset = offset;
+    m_ended = false;
 }
 
 std::uint64_t Window::readToEnd() {

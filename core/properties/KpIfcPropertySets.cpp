@@ -71,6 +71,10 @@ public:
         return std::move(m_values);
     }
 
+    KpIfcMeasure measureOf(const KpIfcAttributeDefinition& attribute) {
+        return m_units.measure(measureTypeOf(attribute), nullptr);
+    }
+
 private:
     void readSet(const AttachedSet& attached) {
         m_set.set = m_entities.setName(*attached.set);
@@ -172,6 +176,10 @@ KpIfcPropertySets::~KpIfcPropertySets() = default;
 
 std::vector<KpIfcPropertyValue> KpIfcPropertySets::of(const KpIfcEntityBase& object) {
     return m_reader->read(object);
+}
+
+KpIfcMeasure KpIfcPropertySets::measureOf(const KpIfcAttributeDefinition& attribute) {
+    return m_reader->measureOf(attribute);
 }
 
 std::vector<KpIfcPropertyValue> propertiesOf(const KpIfcEntityBase& object) {

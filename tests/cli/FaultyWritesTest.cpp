@@ -31,7 +31,7 @@ public:
         m_folder.write("points.ifc", manyPoints());
         fs::create_directory(m_folder.path("out"));
         restore();
-        EXPECT_EQ(m_folder.run("kpifc convert points.ifc -o out/" + target).exitCode, 0);
+        EXPECT_EQ(m_folder.run(command()).exitCode, 0);
         m_new = contentOf(m_target);
         EXPECT_NE(m_new, m_old);
         restore();
@@ -39,8 +39,8 @@ public:
 
     Outcome run(const std::string& environment) const {
         fs::remove(m_folder.path("fired"));
-        return m_folder.run("export KP_FAULT_FIRED=" + quoted(m_folder.path("fired")) + " LD_PRELOAD=" +
-                            faultLibrary() + " " + environment + "\nkpifc convert points.ifc -o " + quoted(m_target));
+        return m_folder.run("export KP_FAULT_FIRED=" + quoted(m_folder.path("fired")) +
+                            " LD_PRELOAD=" + faultLibrary() + " " + environment + "\n" + command());
     }
     /// Whether the last run came as far as the call that was to go wrong.
     bool fired() const { return fs::exists(m_folder.path("fired")); }
@@ -59,6 +59,11 @@ public:
     }
 
 private:
+    std::string command() const {
+        return (m_target.extension() == ".html" ? "kpifc report" : "kpifc convert") + std::string(" points.ifc -o ") +
+               quoted(m_target);
+    }
+
     static constexpr fs::perms kPermissions = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
 
     void expect(const std::string& content, const char* what) const {
@@ -73,7 +78,7 @@ private:
 };
 
 constexpr int kMostCalls = 200;
-const char* const kTargets[] = {"house.ifc", "house.ifc.gz", "house.ifczip"};
+const char* const kTargets[] = {"house.ifc", "house.ifc.gz", "house.ifczip", "page.html"};
 
 struct Fault {
     const char* name;
@@ -93,7 +98,10 @@ const Fault kFaults[] = {
 };
 
 std::string nameOf(const std::string& target) {
-    return target.ends_with(".gz") ? "Gzip" : target.ends_with("zip") ? "Zip" : "Plain";
+    return target.ends_with(".gz")    ? "Gzip"
+           : target.ends_with("zip")  ? "Zip"
+           : target.ends_with("html") ? "Page"
+                                      : "Plain";
 }
 
 class FaultyWriteTest : public TestWithParam<std::tuple<Fault, const char*>> {};

@@ -77,6 +77,7 @@ const Wait kWaits[] = {
     {"Info", {"info", "pipe"}, true, "results"},
     {"Check", {"check", "--json", "pipe"}, true, "results"},
     {"Convert", {"convert", "pipe", "-o", "new.ifc"}, true, "results"},
+    {"Report", {"report", "pipe", "-o", "page.html"}, true, "results"},
     {"Diff", {"diff", "points.ifc", "pipe"}, true, "results"},
     {"ConvertIntoPipe", {"convert", "points.ifc", "-o", "pipe"}, false, "results"},
     {"NormaliseIntoPipe", {"convert", "points.ifc", "--normalise", "-o", "pipe"}, false, "results"},

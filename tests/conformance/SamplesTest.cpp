@@ -1,4 +1,5 @@
 #include "Samples.h"
+#include "Outcome.h"
 #include "StepFiles.h"
 
 namespace fs = std::filesystem;
@@ -45,6 +46,16 @@ TEST_P(SamplesTest, StayAsTheyAre) {
         EXPECT_TRUE(contentOf(copy) == content) << (isTouched ? "touched" : "untouched");
     }
     fs::remove(copy);
+}
+
+TEST_P(SamplesTest, AreReadAlikeByAnyNumberOfThreads) {
+    const UnpackedFile sample(GetParam());
+    const std::string content = contentOf(sample.path());
+    const std::string expected = outcomeOf(content, {.threads = 1});
+    for (const unsigned threads : {2u, 3u, 8u})
+        for (const std::size_t partSize : {0u, 10'000u})
+            ASSERT_TRUE(outcomeOf(content, {.threads = threads, .partSize = partSize}) == expected)
+                << threads << " threads, parts of " << partSize;
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, SamplesTest, testing::ValuesIn(samples()), nameOf);

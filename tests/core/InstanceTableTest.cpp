@@ -84,7 +84,7 @@ TEST_P(InstanceTableOf, BehavesAsAMap) {
         ASSERT_EQ(entry->second, slot) << "the slot of " << name << " has moved";
         ASSERT_EQ(slot->word == 0, isNew) << name;
         slot->word = name | 1;
-        table.noteInstance();
+        table.noteInstances(1);
     }
     for (const auto& [name, slot] : expected) {
         ASSERT_EQ(table.find(name), slot) << name;
@@ -127,7 +127,7 @@ TEST(InstanceTable, ScatteredNamesDoNotCostAChunkEach) {
     table.expectFile(names.size() * 40);
     for (const std::uint64_t name : names) {
         table.slot(name)->word = 2;
-        table.noteInstance();
+        table.noteInstances(1);
     }
     std::size_t chunks = table.sparse().size() / kSlots + 1;
     for (std::size_t stretch = 0; stretch < table.stretchCount(); ++stretch) chunks += table.chunk(stretch) != nullptr;

@@ -1,4 +1,5 @@
 #include "FailingMemory.h"
+#include "Outcome.h"
 #include "Scenario.h"
 #include "StepFiles.h"
 
@@ -185,6 +186,27 @@ TEST_P(FailingAllocations, LeaveModelsSound) {
         EXPECT_EQ(saved(file), saved(again));
         EXPECT_EQ(model.keptRecordCount(), again.model()->keptRecordCount());
     });
+}
+
+/// Whichever thread runs out of memory while several read one file, the caller is told.
+TEST_P(FailingAllocations, OfReadingThreadsAreTold) {
+    std::string records = "#1=IFCCARTESIANPOINT((0.,0.));\n#2=IFCNOTHING();\n";
+    for (int i = 100; i < 200; ++i)
+        records += "#" + std::to_string(i) + "=IFCPOLYLINE((#1,#" + std::to_string(i + 40) + "));\n";
+    const std::string content = stepFile(records);
+    const std::string expected = outcomeOf(content, {.threads = 1});
+    std::size_t at = 1;
+    for (bool hasFailed = true; hasFailed; ++at) {
+        KpIfcFile file;
+        failing_memory::arm(at, GetParam());
+        const KP::ErrorStatus status =
+            file.openMemory(content.data(), content.size(), "memory", {.threads = 2, .partSize = 500});
+        hasFailed = failing_memory::disarm();
+        ASSERT_EQ(status == KP::eOk, file.model() != nullptr);
+        ASSERT_TRUE(status == KP::eOk || saysOutOfMemory(file.error())) << file.error() << " at " << at;
+    }
+    EXPECT_GT(at, 100u);
+    EXPECT_EQ(outcomeOf(content, {.threads = 2, .partSize = 500}), expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(Memory, FailingAllocations, testing::Bool(),

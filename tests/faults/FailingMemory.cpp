@@ -1,5 +1,6 @@
 #include "FailingMemory.h"
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -21,18 +22,18 @@
 
 namespace {
 
-bool g_isArmed = false;
-bool g_isForever = false;
-bool g_hasFailed = false;
-std::size_t g_failsAt = 0;
-std::size_t g_least = 0;
-std::size_t g_count = 0;
-std::ptrdiff_t g_blocks = 0;
+std::atomic<bool> g_isArmed = false;
+std::atomic<bool> g_isForever = false;
+std::atomic<bool> g_hasFailed = false;
+std::atomic<std::size_t> g_failsAt = 0;
+std::atomic<std::size_t> g_least = 0;
+std::atomic<std::size_t> g_count = 0;
+std::atomic<std::ptrdiff_t> g_blocks = 0;
 
 [[maybe_unused]] bool fails(std::size_t size) {
     if (!g_isArmed || size < g_least) return false;
-    ++g_count;
-    if (g_count != g_failsAt && !(g_isForever && g_count > g_failsAt)) return false;
+    const std::size_t number = ++g_count;
+    if (number != g_failsAt && !(g_isForever && number > g_failsAt)) return false;
     g_hasFailed = true;
     errno = ENOMEM;
     return true;
@@ -46,8 +47,8 @@ std::ptrdiff_t g_blocks = 0;
 /// Says at which allocation it came to that.
 void tellPosition(int signal) {
     char text[80];
-    const int length = std::snprintf(text, sizeof text, "signal %d; allocation %zu was to fail%s\n", signal, g_failsAt,
-                                     g_isForever ? ", and all behind it" : "");
+    const int length = std::snprintf(text, sizeof text, "signal %d; allocation %zu was to fail%s\n", signal,
+                                     g_failsAt.load(), g_isForever ? ", and all behind it" : "");
     std::fwrite(text, 1, static_cast<std::size_t>(length), stderr);
     std::signal(signal, SIG_DFL);
     std::raise(signal);

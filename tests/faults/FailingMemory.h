@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-/// Lets allocations of this process fail, by whatever function of the C or C++ library they are made. The counts are of
-/// one thread's use: nobody else may allocate meanwhile.
+/// Lets allocations of this process fail, by whatever function of the C or C++ library they are made. All
+/// threads count alike.
 namespace failing_memory {
 
 /// From now on the allocation number `at`, from 1, fails; `forever`: all from it on. Those of fewer than `least` bytes

@@ -12,8 +12,14 @@ static constexpr std::size_t kWindow = 2 * KP_WINDOW_REACH;
 static constexpr std::size_t kWindow = 512 * 1024;
 #endif
 
-/// A data section whose first two bytes say where the border of what the reader holds at a time falls: it reads alike
-/// wherever that is.
+static std::string listed(const KpIfcReport& report) {
+    std::string text;
+    for (const KpIfcReportEntry& entry : report.entries()) text += entry.text() + '\n';
+    return text;
+}
+
+/// A data section whose first two bytes say where the border of what the reader holds at a time falls, and how large
+/// the parts are that several threads read: it reads alike wherever that is, and with any number of threads.
 void fuzzTarget(std::string_view bytes) {
     keepModule();
     Decisions decisions(bytes);
@@ -24,6 +30,13 @@ void fuzzTarget(std::string_view bytes) {
     if (file.openMemory(plain.data(), plain.size()) != KP::eOk) {
         return;
     }
+    KpIfcFile shared;
+    const KpIfcOpenOptions threaded{.threads = 2 + static_cast<unsigned>(before % 2),
+                                    .partSize = 16 + before / 2 % 400};
+    require(shared.openMemory(plain.data(), plain.size(), "memory", threaded) == KP::eOk,
+            "what one thread reads several read");
+    requireSame(written(shared, true), written(file, true), "a file reads alike however many threads read it");
+    requireSame(listed(shared.report()), listed(file.report()), "the same is found however many threads read");
     const std::size_t head = framed("").find("DATA;\n") + 6;
     // The border is one of what the reader takes at first; it takes more where that has no end.
     const std::size_t room = before % std::min(records.size() + 2, kWindow - head);

@@ -1,6 +1,7 @@
 #include "Check.h"
 #include "Files.h"
 #include "Labels.h"
+#include "Terminal.h"
 #include "Utf8.h"
 
 #include <fmt/format.h>
@@ -27,14 +28,19 @@ std::string concerned(const KpIfcReportEntry& entry, const KpIfcModel& model) {
     return who;
 }
 
+/// Printable.
 std::string lineOf(const KpIfcReportEntry& entry, const CheckedFile& file) {
     std::string line = file.path + ':';
     if (entry.line) {
         line += fmt::format("{}:{}:", entry.line, entry.column);
     }
-    line += fmt::format(" {}: ", severityName(entry.severity));
+    const Style style = entry.severity == KpIfcSeverity::error     ? Style::red
+                        : entry.severity == KpIfcSeverity::warning ? Style::yellow
+                                                                   : Style::cyan;
     const std::string who = concerned(entry, file.model);
-    return line + (who.empty() ? "" : who + ": ") + fmt::format("{} [{}]", entry.message(), findingName(entry.finding));
+    return printable(line) + ' ' + styled(style, fmt::format("{}:", severityName(entry.severity))) + ' ' +
+           printable((who.empty() ? "" : who + ": ") +
+                     fmt::format("{} [{}]", entry.message(), findingName(entry.finding)));
 }
 
 } // namespace
@@ -44,7 +50,7 @@ std::string textOf(const CheckedFile& file) {
     std::string out;
     std::array<std::size_t, static_cast<std::size_t>(KpIfcFinding::count_)> listed{};
     for (const KpIfcReportEntry& entry : report.entries()) {
-        out += printable(lineOf(entry, file)) + '\n';
+        out += lineOf(entry, file) + '\n';
         ++listed[static_cast<std::size_t>(entry.finding)];
     }
     std::string kinds;

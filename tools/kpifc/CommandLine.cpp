@@ -59,6 +59,11 @@ std::vector<Option> allOptions(const Command& command) {
         options.push_back({.name = "--strict",
                            .place = &openOptions().strict,
                            .help = "Fail where a file departs from the standard, however little"});
+        options.push_back({.name = "--threads",
+                           .place = &threadCount(),
+                           .help = "Read large files with so many threads; as many as there are cores, if not given. "
+                                   "What is read is the same with any number",
+                           .value = "N"});
     }
     options.push_back(colorOption());
     options.push_back(helpOption());

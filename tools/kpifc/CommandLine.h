@@ -73,7 +73,7 @@ struct UsageError : Failure {
     using Failure::Failure;
 };
 
-/// All options that a command takes: its own, --strict where it reads files, and what all commands take.
+/// All options that a command takes: its own, --strict and --threads where it reads files, and what all commands take.
 std::vector<Option> allOptions(const Command& command);
 /// What stands before the name of a command.
 std::vector<Option> programOptions();

@@ -4,9 +4,10 @@ namespace kpifc {
 
 std::vector<Command> allCommands() {
     return {
-        infoCommand(),  checkCommand(),   treeCommand(),   showCommand(),       getCommand(),  propsCommand(),
-        dumpCommand(),  diffCommand(),    headerCommand(), convertCommand(),    setCommand(),  newCommand(),
-        eraseCommand(), extractCommand(), schemaCommand(), completionCommand(), helpCommand(),
+        infoCommand(),    checkCommand(),   treeCommand(),       showCommand(), getCommand(),
+        propsCommand(),   queryCommand(),   dumpCommand(),       diffCommand(), headerCommand(),
+        reportCommand(),  convertCommand(), setCommand(),        newCommand(),  eraseCommand(),
+        extractCommand(), schemaCommand(),  completionCommand(), helpCommand(),
     };
 }
 

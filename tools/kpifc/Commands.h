@@ -20,6 +20,8 @@ Command helpCommand();
 Command infoCommand();
 Command newCommand();
 Command propsCommand();
+Command queryCommand();
+Command reportCommand();
 Command schemaCommand();
 Command setCommand();
 Command showCommand();

@@ -2,6 +2,7 @@
 #include "Files.h"
 #include "Labels.h"
 #include "Output.h"
+#include "Terminal.h"
 #include "Utf8.h"
 #include "ValueText.h"
 
@@ -100,14 +101,14 @@ public:
 
     void write() {
         for (const HeaderChange& change : m_all.header) {
-            m_out += "~ header " + change.name + ": ";
+            m_out += styled(Style::yellow, "~") + " header " + change.name + ": ";
             headerTexts(change.a);
             m_out += " -> ";
             headerTexts(change.b);
             m_out += '\n';
         }
-        nodes("- ", m_a, m_all.models.removed);
-        nodes("+ ", m_b, m_all.models.added);
+        nodes(styled(Style::red, "-"), m_a, m_all.models.removed);
+        nodes(styled(Style::green, "+"), m_b, m_all.models.added);
         for (const InstanceChange& change : m_all.models.changed) {
             instance(change);
             m_output.passOn();
@@ -123,9 +124,9 @@ private:
         }
     }
 
-    void nodes(const char* sign, SideText& side, const std::vector<ModelNodes::Node>& nodes) {
+    void nodes(const std::string& sign, SideText& side, const std::vector<ModelNodes::Node>& nodes) {
         for (const ModelNodes::Node node : nodes) {
-            m_out += sign;
+            m_out += sign + ' ';
             side.node(node);
             m_out += '\n';
             m_output.passOn();
@@ -133,7 +134,7 @@ private:
     }
 
     void beginLine(const InstanceChange& change) {
-        m_out += "~ ";
+        m_out += styled(Style::yellow, "~") + ' ';
         m_a.node(change.a);
         const std::uint64_t name = m_all.b.name(change.b);
         if (name != m_all.a.name(change.a)) {

@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 using namespace KP_SDAI;
 
 namespace kpifc {
@@ -15,6 +17,11 @@ KpIfcOpenOptions& openOptions() {
     return options;
 }
 
+std::optional<std::size_t>& threadCount() {
+    static std::optional<std::size_t> count;
+    return count;
+}
+
 std::string fileLabel(const std::string& path) {
     return path == kStandardStream ? "standard input" : path;
 }
@@ -22,7 +29,9 @@ std::string fileLabel(const std::string& path) {
 bool open(KpIfcFile& file, const std::string& path, const KpIfcOpenOptions& options) {
     Progress progress;
     file.progress(progress.function());
-    const bool isOpen = file.open(path == kStandardStream ? "/dev/stdin" : path, options) == KP::eOk;
+    KpIfcOpenOptions threaded = options;
+    threaded.threads = static_cast<unsigned>(std::min<std::size_t>(threadCount().value_or(0), 1000));
+    const bool isOpen = file.open(path == kStandardStream ? "/dev/stdin" : path, threaded) == KP::eOk;
     file.progress({});
     stopIfInterrupted();
     return isOpen;
@@ -57,6 +66,22 @@ ExitCode exitCode(const KpIfcReport& report) {
         return kFailed;
     }
     return report.isClean() ? kFine : kProblems;
+}
+
+ExitCode forEachFile(const std::vector<std::string>& paths, const std::function<ExitCode(const std::string&)>& work) {
+    ExitCode highest = kFine;
+    for (const std::string& path : paths) {
+        try {
+            highest = std::max(highest, work(path));
+        } catch (const Failure& failure) {
+            if (paths.size() == 1) {
+                throw;
+            }
+            tell(fmt::format("kpifc: {}", failure.what()));
+            highest = kFailed;
+        }
+    }
+    return highest;
 }
 
 std::string grouped(std::uint64_t count) {

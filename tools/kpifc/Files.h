@@ -4,14 +4,21 @@
 
 #include <KpIfcCore/KpIfcFile.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kpifc {
 
 /// How openFile() reads from now on, and what exitCode() makes of departures from the standard.
 KP_SDAI::KpIfcOpenOptions& openOptions();
+
+/// With how many threads files are read; without a value with as many as there are cores.
+std::optional<std::size_t>& threadCount();
 
 /// What stands for standard input and output where a file is named.
 inline constexpr std::string_view kStandardStream = "-";
@@ -30,6 +37,10 @@ std::string summary(const KP_SDAI::KpIfcReport& report);
 void tellProblems(const std::string& path, const KP_SDAI::KpIfcReport& report);
 
 ExitCode exitCode(const KP_SDAI::KpIfcReport& report);
+
+/// Does something for each file and returns the highest code. Where there are several, the Failure of one is told and
+/// does not keep the others from being done.
+ExitCode forEachFile(const std::vector<std::string>& paths, const std::function<ExitCode(const std::string&)>& work);
 
 /// A count with its thousands set apart: "301,949".
 std::string grouped(std::uint64_t count);

@@ -6,6 +6,8 @@
 #include "Save.h"
 #include "Utf8.h"
 
+#include <KpIfcCore/KpIfcVersion.h>
+
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -113,6 +113,7 @@ Command infoCommand() {
                     "where columns count bytes. Of each kind the first hundred are listed, and all\n"
                     "are counted.\n"
                     "\n"
+                    "With several files the JSON object has one key, files[], with an object for each.\n\n"
                     "Keys of the JSON object:\n"
                     "  file, size              path as given, bytes\n"
                     "  schema                  name of the schema that the file was read with\n"

@@ -3,6 +3,8 @@
 #include "HelpText.h"
 #include "TextLayout.h"
 
+#include <KpIfcCore/KpIfcVersion.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>

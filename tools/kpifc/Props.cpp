@@ -2,7 +2,11 @@
 
 #include "Commands.h"
 #include "Files.h"
+#include "JsonText.h"
+#include "Terminal.h"
+#include "Utf8.h"
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 
@@ -13,35 +17,74 @@ namespace kpifc {
 namespace {
 
 struct PropsArguments {
-    std::string file;
+    std::vector<std::string> files; ///< NAME behind them as long as nameOf() has not taken it away
     std::optional<std::string> name;
     bool asJson = false;
     bool asCsv = false;
 };
 
-ExitCode tellProps(const PropsArguments& arguments) {
-    const KpIfcFile file = openFile(arguments.file);
+/// The last of several operands, where it is no file: names of objects have neither points nor slashes.
+std::optional<std::string> nameOf(std::vector<std::string>& files) {
+    std::error_code none;
+    if (files.size() < 2 || files.back().find_first_of("./") != std::string::npos || files.back() == kStandardStream ||
+        std::filesystem::exists(files.back(), none)) {
+        return std::nullopt;
+    }
+    std::string name = std::move(files.back());
+    files.pop_back();
+    return name;
+}
+
+/// In JSON the file becomes the first key, in tables it stands above.
+void tellFile(std::string& out, const std::string& file, bool asJson, std::size_t start) {
+    if (asJson) {
+        std::string key = "{\"file\":";
+        json::appendText(key, file);
+        out.replace(start, 1, key + ',');
+    } else {
+        out.insert(start, styled(Style::bold, printable(file) + ':') + '\n');
+    }
+}
+
+ExitCode tellPropsOf(const std::string& path, const PropsArguments& arguments, Output& output) {
+    const KpIfcFile file = openFile(path);
     KpIfcModel& model = *file.model();
     model.mode(kReadOnly);
     const props::Objects objects = propertyObjects(model, arguments.name);
-    Output output;
     if (arguments.asCsv) {
         props::printCsv(output, model, objects, arguments.name.has_value());
     } else {
         KpIfcPropertySets sets(model);
         const bool isOne = arguments.name && objects.size() == 1; // told also where it has none
+        bool isToTell = arguments.files.size() > 1;
         for (const KpIfcEntityBase* object : objects) {
             const props::Values values = sets.of(*object);
             if (!values.empty() || isOne) {
+                const std::size_t start = output.text().size();
                 (arguments.asJson ? props::appendJson : props::appendTable)(output.text(), ObjectIdentity(*object),
                                                                             values);
+                if (isToTell) {
+                    tellFile(output.text(), fileLabel(path), arguments.asJson, start);
+                    isToTell = arguments.asJson;
+                }
                 output.passOn();
             }
         }
     }
-    tellProblems(arguments.file, file.report());
-    output.finish();
+    tellProblems(path, file.report());
     return exitCode(file.report());
+}
+
+ExitCode tellProps(PropsArguments& arguments) {
+    arguments.name = nameOf(arguments.files);
+    if (arguments.asCsv && arguments.files.size() > 1) {
+        throw Failure("--csv takes one file, for what columns there are follows from it");
+    }
+    Output output;
+    const ExitCode code =
+        forEachFile(arguments.files, [&](const std::string& path) { return tellPropsOf(path, arguments, output); });
+    output.finish();
+    return code;
 }
 
 } // namespace
@@ -51,8 +94,8 @@ Command propsCommand() {
     return {.name = "props",
             .summary = "Print property sets and quantities of objects",
             .operands = {{.name = "FILE",
-                          .place = &arguments->file,
-                          .help = "STEP file; - for standard input",
+                          .place = &arguments->files,
+                          .help = "STEP files; - for standard input",
                           .kind = WordKind::file},
                          {.name = "NAME",
                           .place = &arguments->name,
@@ -63,7 +106,8 @@ Command propsCommand() {
                          .place = &arguments->asCsv,
                          .help = "A line for each object, a column for each property",
                          .excludes = "--json"}},
-            .text = "Without NAME, prints all objects and types that have properties. Properties of an\n"
+            .text = "Of several words the last one is NAME unless it is a file. Without NAME, prints all objects and "
+                    "types that have properties. Properties of an\n"
                     "object's type are its own unless it has them itself. Units are those of the values,\n"
                     "else those of the project.\n"
                     "\n"

@@ -1,5 +1,6 @@
 #include "PropertyText.h"
 #include "Props.h"
+#include "Terminal.h"
 #include "Utf8.h"
 
 #include <fmt/format.h>
@@ -39,7 +40,7 @@ void appendTable(std::string& out, const ObjectIdentity& object, const Values& v
     }
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (i == 0 || !(values[i].setInstance == values[i - 1].setInstance)) {
-            out += "  " + printable(values[i].set) + '\n';
+            out += "  " + styled(Style::bold, printable(values[i].set)) + '\n';
         }
         std::string line = "   ";
         for (std::size_t column = 0; column < widths.size(); ++column) {

@@ -32,7 +32,8 @@ bool showsStyles(int stream) {
 
 std::string styledOn(int stream, Style style, std::string_view text) {
     static constexpr std::array<std::string_view, 6> kCodes{"1", "2", "31", "32", "33", "36"};
-    if (text.empty() || !showsStyles(stream)) {
+    static const std::array<bool, 2> shows{showsStyles(STDOUT_FILENO), showsStyles(STDERR_FILENO)};
+    if (text.empty() || !shows[stream == STDERR_FILENO]) {
         return std::string(text);
     }
     std::string out = "\x1b[";

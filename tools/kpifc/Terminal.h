@@ -14,7 +14,7 @@ std::string& colorMode();
 enum class Style { bold, dim, red, green, yellow, cyan };
 
 /// The text in a style where standard output shows styles: as colorMode() says; by itself on terminals other than dumb
-/// ones, unless NO_COLOR is set. The text must have its final width.
+/// ones, unless NO_COLOR is set. What was found out on the first call holds for all.
 std::string styled(Style style, std::string_view text);
 /// The same for standard error.
 std::string styledMessage(Style style, std::string_view text);

@@ -1,5 +1,6 @@
 #include "Files.h"
 #include "Labels.h"
+#include "Terminal.h"
 #include "Tree.h"
 
 #include <fmt/format.h>
@@ -50,7 +51,7 @@ private:
         if (longName && longName != name) {
             out += (name ? ", " : " ") + quotedName(*longName);
         }
-        out += fmt::format(" #{}", instance.instanceName());
+        out += ' ' + styled(Style::dim, fmt::format("#{}", instance.instanceName()));
         if (const std::optional<double> elevation = m_labels.real(instance, "Elevation")) {
             out += fmt::format(", elevation {}", *elevation);
         }

@@ -5,6 +5,8 @@
 #include "Output.h"
 #include "Terminal.h"
 
+#include <KpIfcCore/KpIfcVersion.h>
+
 #include <csignal>
 #include <exception>
 #include <new>

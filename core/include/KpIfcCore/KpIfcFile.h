@@ -17,6 +17,13 @@ namespace KP_SDAI {
 struct KpIfcOpenOptions {
     /// What the standard or the schema forbids, however harmless, ends opening (KpIfcReport::departures()).
     bool strict = false;
+    /// How many threads read at most, the caller's included: 0 for as many as the machine runs at once, 1 for none
+    /// besides the caller's. What is read is the same with any number, to the last bit. None is started for files under
+    /// a megabyte, and none is left when opening returns.
+    unsigned threads = 0;
+    /// Bytes that a thread takes at a time; 0 for what is best. Other values are for tests: threads are then started
+    /// for small files, too.
+    std::size_t partSize = 0;
 };
 
 /// How a file is written.

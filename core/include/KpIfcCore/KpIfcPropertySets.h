@@ -17,6 +17,7 @@
 ///         if (value.set == "Pset_WallCommon" && value.name == "IsExternal") ...
 namespace KP_SDAI {
 
+class KpIfcAttributeDefinition;
 class KpIfcEntityBase;
 class KpIfcModel;
 
@@ -75,6 +76,9 @@ public:
     /// project's for its measure. A complex property counts once in a set, so cycles end; what lies more than 64 levels
     /// deep is left out.
     std::vector<KpIfcPropertyValue> of(const KpIfcEntityBase& object);
+    /// What numbers mean that an attribute holds, such as the height of a door: the type that it is declared with and
+    /// the project's unit for that.
+    KpIfcMeasure measureOf(const KpIfcAttributeDefinition& attribute);
 
 private:
     class Reader;

@@ -88,6 +88,8 @@ public:
     void add(KpIfcReportEntry entry);
     /// Counts findings that are not listed, none of which isAllowed.
     void addUnlisted(KpIfcFinding finding, KpIfcSeverity severity, std::size_t count);
+    /// Adds all findings of `later`, which lists as many of each kind, behind those that are here.
+    void append(KpIfcReport&& later);
     void clear();
     std::size_t listedPerKind() const { return m_listedPerKind; }
     /// True where the next finding of a kind would be listed.

@@ -20,6 +20,8 @@ class KpIfcEntityBase;
 class KpIfcEntityType;
 class LateReferences;
 class ModelData;
+class PendingField; // part21/PendingField.h
+struct ReadingMemory;
 class RecordReader;
 class RecordWriter;
 } // namespace KP_SDAI
@@ -126,13 +128,9 @@ private:
     friend class KP_SDAI::RecordWriter;
 
     struct FieldIssue; // part21/FieldIssue.h
-    /// A field with references whose instances had not come yet. The offset of its record and its number share a word.
-    struct PendingField {
-        KP_SDAI::KpIfcEntityBase* instance;
-        std::uint64_t offsetAndField;
-    };
 
-    explicit KpSpfFilerBase(KP_SDAI::ModelData& data);
+    /// `memory` is for reading only.
+    explicit KpSpfFilerBase(KP_SDAI::ModelData& data, KP_SDAI::ReadingMemory* memory = nullptr);
 
     bool beginField(bool separator);
     bool beginMember(bool separator);
@@ -187,6 +185,7 @@ private:
     KP_SDAI::ModelData& m_data;
 
     // reading
+    KP_SDAI::ReadingMemory* m_memory;
     const char* m_cur = nullptr;
     const char* m_end = nullptr; ///< a zero stands there
     const char* m_fieldStart = nullptr;
@@ -198,9 +197,10 @@ private:
     bool m_ownsHeap = false; ///< the instance being read holds memory outside the arena
     const char* m_brokenExpected = nullptr;
     KP_SDAI::KpIfcEntityBase* m_instance = nullptr;
-    std::uint64_t m_recordOffset = 0;
+    const char* m_recordBegin = nullptr;
+    std::uint64_t m_recordOffset = 0; ///< in the source
     std::vector<FieldIssue> m_issues;
-    std::vector<PendingField> m_pending;
+    std::vector<KP_SDAI::PendingField>* m_pending = nullptr;
     std::string m_decoded;
     std::vector<const char*> m_sharedTexts; ///< by a hash of their characters; null where there is none
     std::vector<double> m_reals;

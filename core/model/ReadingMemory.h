@@ -1,0 +1,17 @@
+#pragma once
+
+#include "model/InstanceTable.h"
+#include "part21/KnownTypes.h"
+
+#include <KpIfcCore/KpArena.h>
+
+namespace KP_SDAI {
+
+/// Where one thread puts what it reads.
+struct ReadingMemory {
+    KpArena& arena;
+    SlotCache slots = {};
+    KnownTypes types = {}; ///< of what it has read
+};
+
+} // namespace KP_SDAI

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "part21/EntityNames.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace KP_SDAI {
+
+/// Of which entities the instances are that one thread has read so far, by instance name. A byte each and close
+/// together, so that most references can be checked without a look at what they refer to, which is seldom in the
+/// processor's cache.
+class KnownTypes {
+public:
+    /// The entity of an instance; null where it is not known.
+    const KpIfcEntityType* of(std::uint64_t name) const {
+        const std::uint64_t page = name / kPage;
+        return page < m_pages.size() && m_pages[page] ? m_kinds[m_pages[page][name % kPage]] : nullptr;
+    }
+    /// Notes the entity at a place of EntityNames, null where the instance's is none of them.
+    void note(std::uint64_t name, std::size_t place, const KpIfcEntityType* type) {
+        ++m_count;
+        std::uint8_t kind = 0;
+        if (type) {
+            std::uint8_t& known = m_numbers[place];
+            if (known == 0 && m_kindCount < kKinds) {
+                m_kinds[m_kindCount] = type;
+                known = static_cast<std::uint8_t>(m_kindCount++);
+            }
+            kind = known;
+        }
+        const std::uint64_t page = name / kPage;
+        if (page >= m_pages.size() || !m_pages[page]) {
+            if (!isWorthIt(page)) return;
+            makePage(page);
+        }
+        m_pages[page][name % kPage] = kind;
+    }
+    /// Forgets all and gives the memory back.
+    void clear() { *this = KnownTypes(); }
+
+private:
+    static constexpr std::size_t kPage = 64 * 1024;
+    static constexpr std::size_t kKinds = 256; ///< files have fewer entities, nearly all
+    /// Names that are scattered over a wide range are not noted.
+    bool isWorthIt(std::uint64_t page) const {
+        constexpr std::uint64_t kThinnest = 8; // names per instance
+        return page < 2 + kThinnest * m_count / kPage;
+    }
+    void makePage(std::uint64_t page) {
+        if (page >= m_pages.size()) m_pages.resize(page + 1);
+        m_pages[page] = std::make_unique<std::uint8_t[]>(kPage);
+    }
+
+    std::vector<std::unique_ptr<std::uint8_t[]>> m_pages;
+    std::uint64_t m_count = 0; ///< of instances
+    std::size_t m_kindCount = 1;
+    std::array<const KpIfcEntityType*, kKinds> m_kinds = {}; ///< the first one is unknown
+    std::array<std::uint8_t, EntityNames::kSize> m_numbers = {};
+};
+
+} // namespace KP_SDAI
