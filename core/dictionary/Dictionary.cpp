@@ -1,11 +1,42 @@
 #include <KpIfcCore/KpIfcSchema.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
 namespace {
 
-std::uint32_t hashNoCase(std::string_view name) {
-    std::uint32_t hash = 2166136261u;
-    for (const char c : name) hash = (hash ^ static_cast<unsigned char>(KP_SDAI::lowerAscii(c))) * 16777619u;
-    return hash;
+/// Eight characters at a time, for building a schema looks up thousands of names.
+constexpr std::size_t kWord = 8;
+constexpr std::uint64_t everyByte(std::uint8_t byte) {
+    return byte * 0x0101010101010101u;
+}
+
+/// The characters of a name from `at` on, at most eight, in lower case, with zeros behind the last.
+std::uint64_t lowerWord(std::string_view name, std::size_t at) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, name.data() + at, std::min(kWord, name.size() - at));
+    // The highest bit of each byte of the sums tells whether the character is at least 'A', above 'Z'.
+    const std::uint64_t low = word & everyByte(0x7F);
+    const std::uint64_t fromA = low + everyByte(0x80 - 'A');
+    const std::uint64_t aboveZ = low + everyByte(0x7F - 'Z');
+    return word | ((fromA & ~aboveZ & ~word & everyByte(0x80)) >> 2);
+}
+
+std::size_t hashNoCase(std::string_view name) {
+    std::uint64_t hash = name.size();
+    for (std::size_t at = 0; at < name.size(); at += kWord) {
+        hash = (hash ^ lowerWord(name, at)) * 0x9E3779B97F4A7C15u;
+        hash ^= hash >> 32;
+    }
+    return static_cast<std::size_t>(hash);
+}
+
+bool equalNoCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t at = 0; at < a.size(); at += kWord)
+        if (lowerWord(a, at) != lowerWord(b, at)) return false;
+    return true;
 }
 
 } // namespace
@@ -16,8 +47,7 @@ Dictionary::~Dictionary() = default;
 std::size_t Dictionary::place(std::string_view name) const {
     const std::size_t mask = m_table.size() - 1;
     std::size_t at = hashNoCase(name) & mask;
-    while (m_table[at] && !KP_SDAI::equalNoCase(name.data(), name.size(), m_entries[m_table[at] - 1].name.c_str()))
-        at = (at + 1) & mask;
+    while (m_table[at] && !equalNoCase(name, m_entries[m_table[at] - 1].name)) at = (at + 1) & mask;
     return at;
 }
 

@@ -27,7 +27,7 @@ KpIfcEntityType* KpIfcEntityBase::getInstanceType() const {
 bool KpIfcEntityBase::putAttr(const KpAnsiString&, const KpIfcVariant&) {
     return false;
 }
-bool KpIfcEntityBase::testAttr(const KpIfcAttributeDefinition* attribute) const {
+bool KpIfcEntityBase::testByDefinition(const KpIfcAttributeDefinition* attribute) const {
     const KpIfcEntityType* type = getInstanceType();
     return attribute && type && type->isKindOf(attribute->owner()) && testAttr(KpAnsiString(attribute->name()));
 }
@@ -41,34 +41,11 @@ KP::ErrorStatus KpIfcEntityBase::inFields(KpSpfFilerBase*) {
 KP::ErrorStatus KpIfcEntityBase::outFields(KpSpfFilerBase*) {
     return KP::eOk;
 }
-KP::ErrorStatus KpIfcEntityBase::_inFields(KpSpfFilerBase* filer) {
-    return inFields(filer);
-}
-KP::ErrorStatus KpIfcEntityBase::_outFields(KpSpfFilerBase* filer) {
-    return outFields(filer);
-}
-void KpIfcEntityBase::setInverseCounterParts() {}
-void KpIfcEntityBase::resetInverseCounterParts() {}
-bool KpIfcEntityBase::testAttrCaseInsensitive(const KpAnsiString& name) const {
-    return testAttr(name);
-}
-bool KpIfcEntityBase::unsetAttrCaseInsensitive(const KpAnsiString& name) {
+bool KpIfcEntityBase::unsetIfKnown(const KpAnsiString& name) {
     unsetAttr(name);
     const KpIfcEntityType* type = getInstanceType();
     const KpIfcAttributeDefinition* attribute = type ? type->findAttribute(name.view()) : nullptr;
     return attribute && attribute->kind() == KpIfcAttributeKind::explicitAttribute;
-}
-bool KpIfcEntityBase::_getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
-    return getAttr(name, value);
-}
-bool KpIfcEntityBase::_putAttr(const KpAnsiString& name, const KpIfcVariant& value) {
-    return putAttr(name, value);
-}
-bool KpIfcEntityBase::_testAttr(const KpAnsiString& name) const {
-    return testAttr(name);
-}
-void KpIfcEntityBase::_unsetAttr(const KpAnsiString& name) {
-    unsetAttr(name);
 }
 bool KpIfcEntityBase::isInstanceOf(const KpIfcEntityType*) const {
     return false;

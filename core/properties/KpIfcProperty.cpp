@@ -6,31 +6,16 @@ KpIfcPropertyFeature::~KpIfcPropertyFeature() = default;
 KpIfcDispAsPropFeature::~KpIfcDispAsPropFeature() = default;
 KpIfcHierarchicalPropFeature::~KpIfcHierarchicalPropFeature() = default;
 
-KpIfcProperty::KpIfcProperty() = default;
+KpIfcProperty::KpIfcProperty() noexcept = default;
 KpIfcProperty::~KpIfcProperty() {
     for (const KpIfcPropertyFeature* feature : m_features) delete feature;
 }
 
-KpIfcPropertyKind KpIfcProperty::kind() const {
-    return kSimpleProperty;
-}
-KP::ErrorStatus KpIfcProperty::getAttribute(const KpIfcEntityBase*, KpIfcVariant&) const {
-    return KP::eRefused;
-}
-KP::ErrorStatus KpIfcProperty::putAttribute(KpIfcEntityBase*, const KpIfcVariant&) const {
-    return KP::eRefused;
-}
-KP::ErrorStatus KpIfcProperty::getCollection(const KpIfcEntityBase*, KpIfcArray<KpDbObjectId>&) const {
-    return KP::eRefused;
-}
-KP::ErrorStatus KpIfcProperty::countCollection(const KpIfcEntityBase* instance, std::uint32_t& count) const {
+KP::ErrorStatus KpIfcProperty::countMembers(const KpIfcEntityBase* instance, std::uint32_t& count) const {
     KpIfcArray<KpDbObjectId> members(8);
     const KP::ErrorStatus status = getCollection(instance, members);
     if (status == KP::eOk) count = members.length();
     return status;
-}
-bool KpIfcProperty::isCollectionEditable() const {
-    return false;
 }
 
 void KpIfcProperty::init(const KpAnsiString& name, const KpIfcVariantType& type, const KpIfcEntityType* entityType) {

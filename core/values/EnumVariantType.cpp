@@ -18,6 +18,8 @@ KpIfcEnumVariantType::KpIfcEnumVariantType(const wchar_t* displayName, const KpI
     m_constantNames.append(KpAnsiString(std::string_view(prefix + "UNSET")));
 }
 
+KpIfcEnumVariantType::~KpIfcEnumVariantType() = default;
+
 const KpIfcEnumFacts* KpIfcEnumVariantType::enumeration() const {
     return &m_facts;
 }

@@ -26,37 +26,6 @@ const KpLocker* kpifcGetVaraintTypeLocker() {
     return &g_variantTypeLocker;
 }
 
-bool KpIfcVariantType::isSelect() const {
-    return false;
-}
-bool KpIfcVariantType::isAggregate() const {
-    return false;
-}
-const KpIfcMemObjectAllocator* KpIfcVariantType::objectMemAllocator() const {
-    return m_allocator;
-}
-const KpIfcEnumFacts* KpIfcVariantType::enumeration() const {
-    return nullptr;
-}
-KpDbObjectId KpIfcVariantType::reference(const KpIfcVariant&) const {
-    return {};
-}
-const KcString* KpIfcVariantType::rxObjectValue(const void*) const {
-    return nullptr;
-}
-bool KpIfcVariantType::subEqualTo(const void*, const void*) const {
-    return false;
-}
-bool KpIfcVariantType::subToValueType(const KpIfcVariantType&, const KpIfcVariant&, KpIfcVariant&) const {
-    return false;
-}
-bool KpIfcVariantType::subFromValueType(const KpIfcVariant&, KpIfcVariant&) const {
-    return false;
-}
-bool KpIfcVariantType::subToString(KcString&, const void*, StringFormat) const {
-    return false;
-}
-
 bool KpIfcVariantType::toValueType(const KpIfcVariantType& target, const KpIfcVariant& value,
                                    KpIfcVariant& result) const {
     if (value.type() != this) return false;
@@ -75,21 +44,6 @@ bool KpIfcVariantType::toString(KcString& out, const KpIfcVariant& value, String
 }
 const char* KpIfcVariantType::typePath(const KpIfcVariant& value) const {
     return value.type() == this ? subTypePath(value.data()) : nullptr;
-}
-const char* KpIfcVariantType::subTypePath(const void*) const {
-    return nullptr;
-}
-bool KpIfcVariantType::createVariant(KpIfcVariant&) const {
-    return false;
-}
-KpIfcSelect* KpIfcVariantType::storedSelect(const KpIfcVariant&) const {
-    return nullptr;
-}
-KpIfcSelect* KpIfcVariantType::select(const void*) const {
-    return nullptr;
-}
-KpIfcAggr* KpIfcVariantType::aggregate(const void*) const {
-    return nullptr;
 }
 
 KpIfcVariantType& KpIfcDescriptorSlot::make() {

@@ -14,28 +14,33 @@ public:
     /// The entity's type in the dictionary; null until the schema is built.
     static KpIfcEntityType* g_pEntityType;
 
-    $class$();
-    $class$(const $class$&);
-    $class$& operator=(const $class$&);
     ~$class$() override;
 
     $accessors$
-    bool getAttr(const KpAnsiString& name, KpIfcVariant& value) const override;
-    KpIfcEntityType* getInstanceType() const override;
-    bool putAttr(const KpAnsiString& name, const KpIfcVariant& value) override;
+    bool getAttr(const KpAnsiString& name, KpIfcVariant& value) const override {
+        return getAttribute(*this, s_facts, name, value);
+    }
+    KpIfcEntityType* getInstanceType() const override { return g_pEntityType; }
+    bool putAttr(const KpAnsiString& name, const KpIfcVariant& value) override {
+        return putAttribute(*this, s_facts, name, value);
+    }
     using KpIfcEntityBase::testAttr;
-    bool testAttr(const KpAnsiString& name) const override;
-    void unsetAttr(const KpAnsiString& name) override;
-    KP::ErrorStatus inFields(KpSpfFilerBase* filer) override;
-    KP::ErrorStatus outFields(KpSpfFilerBase* filer) override;
+    bool testAttr(const KpAnsiString& name) const override { return testAttribute(*this, s_facts, name); }
+    void unsetAttr(const KpAnsiString& name) override { unsetAttribute(*this, s_facts, name); }
+    KP::ErrorStatus inFields(KpSpfFilerBase* filer) override { return readFields(*this, *filer, s_facts); }
+    KP::ErrorStatus outFields(KpSpfFilerBase* filer) override { return writeFields(*this, *filer, s_facts); }
     $counterParts$
-    bool isInstanceOf(const KpIfcEntityType* type) const override;
-    bool isInstanceOf(const char* typeName) const override;
-    bool isKindOf(const KpIfcEntityType* type) const override;
-    bool isKindOf(const char* typeName) const override;
+    bool isInstanceOf(const KpIfcEntityType* type) const override { return type == g_pEntityType; }
+    bool isInstanceOf(const char* typeName) const override { return isNamed(g_pEntityType, typeName); }
+    bool isKindOf(const KpIfcEntityType* type) const override {
+        return $isOwnType$$orBaseIsKindOfType$;
+    }
+    bool isKindOf(const char* typeName) const override {
+        return isNamed(g_pEntityType, typeName)$orBaseIsKindOfName$;
+    }
 
     /// What the schema says about the entity and where its attributes are stored.
-    static const KpIfcEntityFacts& facts();
+    static const KpIfcEntityFacts& facts() { return s_facts; }
 
 protected:
     $facts$
@@ -156,6 +161,8 @@ std::string members(const plan::EntityPlan& entity) {
 
 File emitEntityHeader(const plan::EntityPlan& entity, const plan::Frame& frame) {
     const std::string memberLines = members(entity);
+    const std::string isOwnType = "type && type == g_pEntityType";
+    const std::string orBase = " || " + entity.baseClass + "::";
     return header(frame, entity.files,
                   print(body, {{"forwardDeclarations", lines(entity.forwardDeclarations, "class ", ";") +
                                                            (entity.forwardDeclarations.empty() ? "" : "\n")},
@@ -165,6 +172,9 @@ File emitEntityHeader(const plan::EntityPlan& entity, const plan::Frame& frame) 
                                {"base", entity.baseClass},
                                {"accessors", allAccessors(entity)},
                                {"counterParts", entity.counterpartRows.empty() ? "" : print(counterParts, {})},
+                               {"isOwnType", entity.isRoot ? isOwnType : "(" + isOwnType + ")"},
+                               {"orBaseIsKindOfType", entity.isRoot ? "" : orBase + "isKindOf(type)"},
+                               {"orBaseIsKindOfName", entity.isRoot ? "" : orBase + "isKindOf(typeName)"},
                                {"facts", hasFacts(entity) ? "struct Facts;" : ""},
                                {"gap", memberLines.empty() ? "" : "\n"},
                                {"members", memberLines}}));

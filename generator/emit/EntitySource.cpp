@@ -14,58 +14,13 @@ $factsStruct$
 constinit const KpIfcEntityFacts $class$::s_facts = entityFacts<$class$>(
     $facts$
 
-const KpIfcEntityFacts& $class$::facts() {
-    return s_facts;
-}
-
-$class$::$class$() = default;
-$class$::$class$(const $class$&) = default;
-$class$& $class$::operator=(const $class$&) = default;
 $class$::~$class$() = default;
-
 $instanceGetters$
-KpIfcEntityType* $class$::getInstanceType() const {
-    return g_pEntityType;
-}
-
-$fields$
-
-bool $class$::getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
-    return getAttribute(*this, s_facts, name, value);
-}
-
-bool $class$::putAttr(const KpAnsiString& name, const KpIfcVariant& value) {
-    return putAttribute(*this, s_facts, name, value);
-}
-
-bool $class$::testAttr(const KpAnsiString& name) const {
-    return testAttribute(*this, s_facts, name);
-}
-
-void $class$::unsetAttr(const KpAnsiString& name) {
-    unsetAttribute(*this, s_facts, name);
-}
-
 $counterPartOperations$
-bool $class$::isInstanceOf(const KpIfcEntityType* type) const {
-    return type == g_pEntityType;
-}
-
-bool $class$::isInstanceOf(const char* typeName) const {
-    return isNamed(g_pEntityType, typeName);
-}
-
-bool $class$::isKindOf(const KpIfcEntityType* type) const {
-    $isKindOfType$
-}
-
-bool $class$::isKindOf(const char* typeName) const {
-    $isKindOfName$
-}
 )";
 
 constexpr auto factsStruct = R"(
-struct $class$::Facts {
+struct KPIFC_INTERNAL $class$::Facts {
     $attributes$
     $record$
     $unique$
@@ -82,52 +37,20 @@ static constexpr $type$ $name$[] = {
 )";
 
 constexpr auto instanceGetter = R"(
+
 $instanceClass$* $class$::$instanceGetter$() const {
     return opened<$instanceClass$>($member$);
-}
-
-)";
-
-constexpr auto noFields = R"(
-KP::ErrorStatus $class$::inFields(KpSpfFilerBase*) {
-    return KP::eOk;
-}
-
-KP::ErrorStatus $class$::outFields(KpSpfFilerBase*) {
-    return KP::eOk;
 }
 )";
 
 constexpr auto counterParts = R"(
+
 void $class$::setInverseCounterParts() {
     $base$::setInverseCounterParts();
     enterCounterParts(*this, Facts::counterparts);
 }
 
 void $class$::resetInverseCounterParts() {}
-
-)";
-
-constexpr auto inheritedFields = R"(
-KP::ErrorStatus $class$::inFields(KpSpfFilerBase* filer) {
-    return $base$::inFields(filer);
-}
-
-KP::ErrorStatus $class$::outFields(KpSpfFilerBase* filer) {
-    return $base$::outFields(filer);
-}
-)";
-
-constexpr auto ownFields = R"(
-KP::ErrorStatus $class$::inFields(KpSpfFilerBase* filer) {
-    $readInherited$
-    return readFields(*this, *filer, Facts::$rows$);
-}
-
-KP::ErrorStatus $class$::outFields(KpSpfFilerBase* filer) {
-    $writeInherited$
-    return writeFields(*this, *filer, Facts::$rows$);
-}
 )";
 
 /// Depth of a statement in a function and of a table's row in the struct.
@@ -184,44 +107,11 @@ std::string printInstanceGetters(const plan::EntityPlan& entity) {
     return text;
 }
 
-std::string printFields(const plan::EntityPlan& entity) {
-    using Fields = plan::EntityPlan::Fields;
-    const bool callsBase = entity.fields == Fields::Own && !entity.isRoot;
-    switch (entity.fields) {
-    case Fields::None: return print(noFields, {{"class", entity.className}});
-    case Fields::Inherited: return print(inheritedFields, {{"class", entity.className}, {"base", entity.baseClass}});
-    case Fields::Own:
-    case Fields::WholeRecord: break;
-    }
-    return print(ownFields, {{"class", entity.className},
-                             {"readInherited", callsBase ? entity.baseClass + "::inFields(filer);" : ""},
-                             {"writeInherited", callsBase ? entity.baseClass + "::outFields(filer);" : ""},
-                             {"rows", entity.fields == Fields::Own ? "attributes" : "record"}});
-}
-
 std::string printCounterParts(const plan::EntityPlan& entity) {
     if (entity.counterpartRows.empty()) {
         return {};
     }
     return print(counterParts, {{"class", entity.className}, {"base", entity.counterpartsBase}});
-}
-
-std::string printIsKindOfType(const plan::EntityPlan& entity) {
-    std::vector<std::string> tests = {"type == g_pEntityType"};
-    for (const std::string& type : entity.chain) {
-        tests.push_back("type == " + type);
-    }
-    const bool isAlone = entity.chain.empty();
-    return fill(statementIndentation, isAlone ? "return type && " : "return type && (", tests, " ||",
-                isAlone ? ";" : ");");
-}
-
-std::string printIsKindOfName(const plan::EntityPlan& entity) {
-    std::vector<std::string> tests = {"isNamed(g_pEntityType, typeName)"};
-    for (const std::string& type : entity.chain) {
-        tests.push_back("isNamed(" + type + ", typeName)");
-    }
-    return fill(statementIndentation, "return ", tests, " ||", ";");
 }
 
 } // namespace
@@ -232,10 +122,7 @@ File emitEntitySource(const plan::EntityPlan& entity, const plan::Frame& frame) 
                                {"factsStruct", printFactsStruct(entity)},
                                {"facts", printFacts(entity)},
                                {"instanceGetters", printInstanceGetters(entity)},
-                               {"fields", printFields(entity)},
-                               {"counterPartOperations", printCounterParts(entity)},
-                               {"isKindOfType", printIsKindOfType(entity)},
-                               {"isKindOfName", printIsKindOfName(entity)}}));
+                               {"counterPartOperations", printCounterParts(entity)}}));
 }
 
 std::vector<File> emitEntity(const plan::EntityPlan& entity, const plan::Frame& frame) {

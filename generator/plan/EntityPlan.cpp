@@ -69,7 +69,6 @@ public:
         for (const auto& rule : m_entity.uniqueRules) {
             planUniqueRule(rule);
         }
-        m_plan.fields = fields();
         sortUnique(m_plan.files.headerIncludes);
         sortUnique(m_plan.files.sourceIncludes);
         sortUnique(m_plan.forwardDeclarations);
@@ -98,9 +97,6 @@ private:
             m_plan.files.headerIncludes = {include("Entity", m_context)};
         }
         m_plan.summary += ".";
-        for (const facts::Entity* link : m_entity.supertypes()) {
-            m_plan.chain.push_back(entityTypeOf(className(link->name)));
-        }
     }
 
     void planAttribute(const facts::ExplicitAttribute& attribute) {
@@ -229,16 +225,6 @@ private:
             attributes += std::visit([](const auto* one) { return one->name; }, attribute);
         }
         m_plan.uniqueRows.push_back({"", {literal(rule.label), literal(attributes)}});
-    }
-
-    EntityPlan::Fields fields() const {
-        if (!m_plan.recordRows.empty()) {
-            return EntityPlan::Fields::WholeRecord;
-        }
-        if (!m_plan.attributeRows.empty()) {
-            return EntityPlan::Fields::Own;
-        }
-        return m_plan.isRoot ? EntityPlan::Fields::None : EntityPlan::Fields::Inherited;
     }
 
     const facts::Entity& m_entity;

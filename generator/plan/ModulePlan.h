@@ -91,9 +91,6 @@ struct EntityPlan {
         std::string instanceClass;  ///< of references
     };
 
-    /// Which fields the class reads and writes itself; those of its supertypes come first where it has own ones.
-    enum class Fields { None, Inherited, Own, WholeRecord };
-
     /// A row of facts: an operation and its arguments.
     struct Row {
         std::string operation;
@@ -108,8 +105,6 @@ struct EntityPlan {
     std::string baseFacts; ///< address of the supertype's facts, or of none
     bool isRoot = false;
     bool isAbstract = false;
-    Fields fields = Fields::None;
-    std::vector<std::string> chain; ///< where the dictionary types of the supertypes are kept, nearest first
     std::vector<std::string> forwardDeclarations;
     std::vector<Attribute> attributes;
     std::string inverseMember; ///< holds the inverse attributes that the entity itself declares

@@ -38,7 +38,7 @@ const Words& macros() {
     return words;
 }
 
-/// Members of the entity base and of every entity class.
+/// Members of the entity base and of every entity class, and the functions that these call.
 const Words& entityMembers() {
     static const Words words = {"Facts",
                                 "beforeChange",
@@ -46,6 +46,7 @@ const Words& entityMembers() {
                                 "close",
                                 "facts",
                                 "getAttr",
+                                "getAttribute",
                                 "getInstanceType",
                                 "g_pEntityType",
                                 "inFields",
@@ -53,17 +54,23 @@ const Words& entityMembers() {
                                 "isChanged",
                                 "isInstanceOf",
                                 "isKindOf",
+                                "isNamed",
                                 "isUncommitted",
                                 "objectId",
                                 "outFields",
                                 "owningModel",
                                 "putAttr",
+                                "putAttribute",
+                                "readFields",
                                 "resetInverseCounterParts",
                                 "setInverseCounterParts",
                                 "testAttr",
                                 "testAttrCaseInsensitive",
+                                "testAttribute",
                                 "unsetAttr",
-                                "unsetAttrCaseInsensitive"};
+                                "unsetAttrCaseInsensitive",
+                                "unsetAttribute",
+                                "writeFields"};
     return words;
 }
 

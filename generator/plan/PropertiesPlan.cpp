@@ -9,8 +9,8 @@ namespace {
 
 using Collection = PropertiesPlan::Collection;
 
-std::string rowOf(const facts::Entity& entity, const char* table, std::size_t index) {
-    return className(entity.name) + "::facts()." + table + "[" + std::to_string(index) + "]";
+std::string rowOf(const facts::Entity& entity, std::size_t index) {
+    return className(entity.name) + "::facts(), " + std::to_string(index);
 }
 
 std::size_t indexIn(const facts::ExplicitAttribute& attribute) {
@@ -30,15 +30,15 @@ Collection planCollection(const facts::Entity& entity, const Context& context) {
     };
     for (const auto& attribute : entity.derivedAttributes) {
         if (const facts::ExplicitAttribute* redeclared = attribute.redeclared) {
-            add(redeclared->name, "RedeclaredProperty", rowOf(*redeclared->owner, "attributes", indexIn(*redeclared)));
+            add(redeclared->name, "RedeclaredProperty", rowOf(*redeclared->owner, indexIn(*redeclared)));
         }
     }
     for (std::size_t i = 0; i < entity.explicitAttributes.size(); ++i) {
-        add(entity.explicitAttributes[i].name, "ExplicitProperty", rowOf(entity, "attributes", i));
+        add(entity.explicitAttributes[i].name, "ExplicitProperty", rowOf(entity, i));
     }
     for (std::size_t i = 0; i < entity.inverseAttributes.size(); ++i) {
         const std::string& name = entity.inverseAttributes[i].name;
-        const std::string row = rowOf(entity, "inverses", i);
+        const std::string row = rowOf(entity, i);
         if (const char* related = relatedThrough(context.schema.name, entity.name, name)) {
             add(name, "HierarchyProperty", row + ", " + literal(related));
         } else {

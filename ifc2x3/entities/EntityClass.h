@@ -12,6 +12,13 @@
 #include <string_view>
 #include <type_traits>
 
+/// Marks what the module does not export though its class is exported.
+#if defined(_WIN32)
+#define KPIFC_INTERNAL
+#else
+#define KPIFC_INTERNAL __attribute__((visibility("hidden")))
+#endif
+
 /// What the classes of all entities share: their rows of facts and the operations that walk them.
 namespace IFC2X3 {
 
@@ -125,7 +132,7 @@ inline constexpr std::span<const KpIfcCounterpartFacts> noCounterparts;
 inline constexpr std::span<const KpIfcUniqueFacts> noUniqueRules;
 
 template <class T>
-KpIfcEntityBase* constructEntity(void* memory) {
+KpIfcEntityBase* constructEntity(void* memory) noexcept {
     return ::new (memory) T;
 }
 
@@ -154,21 +161,6 @@ entityFacts(const char* name, bool isAbstract, const KpIfcEntityFacts* supertype
             supertype};
 }
 
-/// Reads the fields of `rows` into the members of an instance of their class, in order; always eOk.
-KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::span<const KpIfcAttributeFacts> rows);
-/// Writes the members of an instance as the fields of `rows`, in order; always eOk.
-KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
-                            std::span<const KpIfcAttributeFacts> rows);
-
-/// The attributes of an instance by name, beginning with those that the entity of `facts` declares, then those of its
-/// supertypes: KpIfcEntityBase::getAttr() and its like.
-bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
-                  KP_SDAI::KpIfcVariant& value);
-bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
-                  const KP_SDAI::KpIfcVariant& value);
-bool testAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name);
-void unsetAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name);
-
 /// Enters an instance in the inverse attributes of those that it refers to through the attributes of `rows`. What
 /// cannot be entered is passed over in silence.
 void enterCounterParts(KpIfcEntityBase& referrer, std::span<const KpIfcCounterpartFacts> rows);
@@ -178,8 +170,5 @@ template <class T>
 T* opened(const KpDbObjectId& handle) {
     return static_cast<T*>(handle.openObject(KP_SDAI::kForRead, false));
 }
-
-/// True where a type exists and has that name in any letter case.
-bool isNamed(const KpIfcEntityType* type, const char* name);
 
 } // namespace IFC2X3

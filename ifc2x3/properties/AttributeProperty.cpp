@@ -66,6 +66,13 @@ void add(KP_SDAI::KpIfcPropertyCollection& collection, const KpIfcEntityType* ty
 
 } // namespace
 
+ExplicitProperty::ExplicitProperty(const KpIfcEntityFacts& facts, std::uint32_t index) noexcept
+    : m_row(facts.attributes[index]) {}
+InverseProperty::InverseProperty(const KpIfcEntityFacts& facts, std::uint32_t index) noexcept
+    : m_row(facts.inverses[index]) {}
+HierarchyProperty::HierarchyProperty(const KpIfcEntityFacts& facts, std::uint32_t index, const char* related) noexcept
+    : m_row(facts.inverses[index]), m_related(related) {}
+
 void addProperty(KP_SDAI::KpIfcPropertyCollection& collection, const KpIfcEntityType* type,
                  ExplicitProperty* property) {
     add(collection, type, property);

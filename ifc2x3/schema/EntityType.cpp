@@ -4,6 +4,11 @@
 
 using namespace KP_SDAI;
 
+KpIfcEntityBase* KpIFC2X3SchemaBuilder::create(const KpIfcEntityFacts& facts) {
+    static_assert(noexcept(facts.construct(nullptr)), "nobody would free the memory");
+    return facts.construct(::operator new(facts.size));
+}
+
 void KpIFC2X3SchemaBuilder::buildNoProperties(KpIfcPropertyCollection*, const KpIfcEntityType*) {}
 
 void KpIFC2X3SchemaBuilder::addEntityType(const EntityType& type) {

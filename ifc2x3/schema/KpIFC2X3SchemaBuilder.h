@@ -91,6 +91,7 @@ private:
     /// The factory that the dictionary keeps for an entity class.
     template <class T>
     static KP_SDAI::KpIfcEntityBase* createEntity() {
-        return new T;
+        return create(T::facts());
     }
+    static KP_SDAI::KpIfcEntityBase* create(const KP_SDAI::KpIfcEntityFacts& facts);
 };

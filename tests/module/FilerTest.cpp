@@ -30,7 +30,7 @@ public:
     }
 };
 
-KpIfcEntityBase* constructReader(void* memory) {
+KpIfcEntityBase* constructReader(void* memory) noexcept {
     return ::new (memory) Reader;
 }
 

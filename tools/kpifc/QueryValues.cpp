@@ -119,7 +119,10 @@ void ValueReader::attribute(const KpIfcEntityBase& instance, const Step& step, V
 
 void ValueReader::property(const KpIfcEntityBase& instance, const Step& step, Values& values) {
     if (m_object != &instance) {
-        m_properties = m_sets.of(instance);
+        if (!m_sets) {
+            m_sets.emplace(m_model);
+        }
+        m_properties = m_sets->of(instance);
         m_object = &instance;
     }
     constexpr std::size_t kMostKnown = 5000;

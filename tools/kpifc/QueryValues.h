@@ -8,6 +8,7 @@
 #include <KpIfcCore/KpIfcPropertySets.h>
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <unordered_map>
@@ -34,8 +35,7 @@ void appendJson(std::string& out, const Value& value);
 /// Reads what instances of one model have. Looks only. One thread's.
 class ValueReader {
 public:
-    explicit ValueReader(const KP_SDAI::KpIfcModel& model)
-        : m_model(model), m_isUtf8(model.textIsUtf8()), m_sets(model) {}
+    explicit ValueReader(const KP_SDAI::KpIfcModel& model) : m_model(model), m_isUtf8(model.textIsUtf8()) {}
 
     /// Appends what a step leads to; its filters are not looked at.
     void read(const KP_SDAI::KpIfcEntityBase& instance, const Step& step, Values& values);
@@ -56,7 +56,7 @@ private:
 
     const KP_SDAI::KpIfcModel& m_model;
     bool m_isUtf8;
-    KP_SDAI::KpIfcPropertySets m_sets;
+    std::optional<KP_SDAI::KpIfcPropertySets> m_sets; ///< made when first needed, for it looks for the units
     std::map<std::pair<const Step*, const KP_SDAI::KpIfcEntityType*>, Row> m_rows; ///< null where none is explicit
     const KP_SDAI::KpIfcEntityBase* m_object = nullptr;                            ///< whose properties follow
     std::vector<KP_SDAI::KpIfcPropertyValue> m_properties;

@@ -30,6 +30,9 @@ class ModelData;
 /// attribute, asking for referrers and saving do by themselves. References to members obtained for changing are good
 /// for changing until then and have to be obtained anew afterwards; those obtained while the mode was kReadOnly are not
 /// good for changing at all.
+///
+/// What the classes of a schema inherit is defined here, not in a source: every table of virtual functions names it,
+/// and what each library has itself is not looked up when it is loaded.
 class KPIFCCORE_EXPORT KpIfcEntityBase {
 public:
     KpIfcEntityBase() = default;
@@ -59,7 +62,7 @@ public:
     /// or a value that does not convert, with one exception: a text that is no literal of its enumeration unsets it.
     virtual bool putAttr(const KpAnsiString& name, const KpIfcVariant& value);
     /// The same by definition; false for null and for attributes that this instance does not have.
-    virtual bool testAttr(const KpIfcAttributeDefinition* attribute) const;
+    virtual bool testAttr(const KpIfcAttributeDefinition* attribute) const { return testByDefinition(attribute); }
     /// True where the attribute holds a value; an aggregate, where it has elements.
     virtual bool testAttr(const KpAnsiString& name) const;
     virtual void unsetAttr(const KpAnsiString& name);
@@ -67,20 +70,20 @@ public:
     virtual KP::ErrorStatus inFields(KpSpfFilerBase* filer);
     /// Writes the fields of a record to `filer`; always eOk.
     virtual KP::ErrorStatus outFields(KpSpfFilerBase* filer);
-    virtual KP::ErrorStatus _inFields(KpSpfFilerBase* filer);
-    virtual KP::ErrorStatus _outFields(KpSpfFilerBase* filer);
+    virtual KP::ErrorStatus _inFields(KpSpfFilerBase* filer) { return inFields(filer); }
+    virtual KP::ErrorStatus _outFields(KpSpfFilerBase* filer) { return outFields(filer); }
     /// Enters this instance in the inverse attributes of those that it refers to. The runtime calls it when a file has
     /// been read and when changes are committed; programs need not.
-    virtual void setInverseCounterParts();
+    virtual void setInverseCounterParts() {}
     /// Does nothing: entries are withdrawn by the runtime.
-    virtual void resetInverseCounterParts();
+    virtual void resetInverseCounterParts() {}
     // The same operations once more; the second tells whether it knows the attribute.
-    virtual bool testAttrCaseInsensitive(const KpAnsiString& name) const;
-    virtual bool unsetAttrCaseInsensitive(const KpAnsiString& name);
-    virtual bool _getAttr(const KpAnsiString& name, KpIfcVariant& value) const;
-    virtual bool _putAttr(const KpAnsiString& name, const KpIfcVariant& value);
-    virtual bool _testAttr(const KpAnsiString& name) const;
-    virtual void _unsetAttr(const KpAnsiString& name);
+    virtual bool testAttrCaseInsensitive(const KpAnsiString& name) const { return testAttr(name); }
+    virtual bool unsetAttrCaseInsensitive(const KpAnsiString& name) { return unsetIfKnown(name); }
+    virtual bool _getAttr(const KpAnsiString& name, KpIfcVariant& value) const { return getAttr(name, value); }
+    virtual bool _putAttr(const KpAnsiString& name, const KpIfcVariant& value) { return putAttr(name, value); }
+    virtual bool _testAttr(const KpAnsiString& name) const { return testAttr(name); }
+    virtual void _unsetAttr(const KpAnsiString& name) { unsetAttr(name); }
     virtual bool isInstanceOf(const KpIfcEntityType* type) const;
     virtual bool isInstanceOf(const char* typeName) const;
     virtual bool isKindOf(const KpIfcEntityType* type) const;
@@ -127,6 +130,8 @@ private:
 
     void noteChange();
     void noteHandOut();
+    bool testByDefinition(const KpIfcAttributeDefinition* attribute) const;
+    bool unsetIfKnown(const KpAnsiString& name);
 
     std::uintptr_t m_self = 0; ///< address of the slot and the flags
 };

@@ -183,9 +183,9 @@ struct KpIfcUniqueFacts {
 struct KpIfcEntityFacts {
     const char* name; ///< as the schema spells it
     bool isAbstract;
-    std::uint32_t size;                              ///< bytes of an instance
-    KpIfcEntityBase* (*construct)(void* memory);     ///< makes an instance in memory of that size, aligned to 8
-    const KpIfcAttributeFacts* attributes = nullptr; ///< the explicit attributes that the entity itself declares
+    std::uint32_t size;                                   ///< bytes of an instance
+    KpIfcEntityBase* (*construct)(void* memory) noexcept; ///< makes an instance in memory of that size, aligned to 8
+    const KpIfcAttributeFacts* attributes = nullptr;      ///< the explicit attributes that the entity itself declares
     std::uint32_t attributeCount = 0;
     const KpIfcAttributeFacts* record = nullptr; ///< all fields, where the entity redeclares some as derived
     std::uint32_t recordCount = 0;

@@ -44,26 +44,30 @@ enum KpIfcPropertyKind : int {
 /// No operation throws; where one fails, nothing has changed.
 class KPIFCCORE_EXPORT KpIfcProperty {
 public:
-    KpIfcProperty();
+    KpIfcProperty() noexcept;
     KpIfcProperty(const KpIfcProperty&) = delete;
     KpIfcProperty& operator=(const KpIfcProperty&) = delete;
     virtual ~KpIfcProperty();
 
-    virtual KpIfcPropertyKind kind() const;
+    virtual KpIfcPropertyKind kind() const { return kSimpleProperty; }
     /// Makes `value` the property's value, unset markers included (of texts Consts::KpStringUnset). Texts are KcString,
     /// aggregates arrays, selects selects by value: nothing points into the instance. eRefused for null and for an
     /// instance of another entity.
-    virtual KP::ErrorStatus getAttribute(const KpIfcEntityBase* instance, KpIfcVariant& value) const;
+    virtual KP::ErrorStatus getAttribute(const KpIfcEntityBase*, KpIfcVariant& /*value*/) const { return KP::eRefused; }
     /// Stores a value of exactly the type that getAttribute() gives. eRefused for null, for other types, for an
     /// instance of another entity, where the model may not be written, and for properties that nobody sets.
-    virtual KP::ErrorStatus putAttribute(KpIfcEntityBase* instance, const KpIfcVariant& value) const;
+    virtual KP::ErrorStatus putAttribute(KpIfcEntityBase*, const KpIfcVariant& /*value*/) const { return KP::eRefused; }
     /// The instances that a collection holds, in the order of the relations that say so. eNullEntity for null, eRefused
     /// for properties that are no collections.
-    virtual KP::ErrorStatus getCollection(const KpIfcEntityBase* instance, KpIfcArray<KpDbObjectId>& members) const;
+    virtual KP::ErrorStatus getCollection(const KpIfcEntityBase*, KpIfcArray<KpDbObjectId>& /*members*/) const {
+        return KP::eRefused;
+    }
     /// How many these are.
-    virtual KP::ErrorStatus countCollection(const KpIfcEntityBase* instance, std::uint32_t& count) const;
+    virtual KP::ErrorStatus countCollection(const KpIfcEntityBase* instance, std::uint32_t& count) const {
+        return countMembers(instance, count);
+    }
     /// Whether the collection can be changed through the property; no property here can.
-    virtual bool isCollectionEditable() const;
+    virtual bool isCollectionEditable() const { return false; }
 
     /// `type` is the descriptor of the attribute's values, `entityType` the entity that declares it.
     void init(const KpAnsiString& name, const KpIfcVariantType& type, const KpIfcEntityType* entityType);
@@ -76,6 +80,8 @@ public:
     const std::vector<KpIfcPropertyFeature*>& propertyFeatures() const { return m_features; }
 
 private:
+    KP::ErrorStatus countMembers(const KpIfcEntityBase* instance, std::uint32_t& count) const;
+
     KpAnsiString m_name;
     const KpIfcVariantType* m_type = nullptr;
     const KpIfcEntityType* m_entityType = nullptr;

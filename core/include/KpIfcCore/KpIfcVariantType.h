@@ -92,26 +92,29 @@ public:
     KpIfcVariantType(const KpIfcVariantType&) = delete;
     KpIfcVariantType& operator=(const KpIfcVariantType&) = delete;
 
-    virtual bool isSelect() const;
-    virtual bool isAggregate() const;
+    virtual bool isSelect() const { return false; }
+    virtual bool isAggregate() const { return false; }
     constexpr virtual ~KpIfcVariantType() {}
     /// How values are copied and destroyed; null where they are only bytes.
-    virtual const KpIfcMemObjectAllocator* objectMemAllocator() const;
+    virtual const KpIfcMemObjectAllocator* objectMemAllocator() const { return m_allocator; }
     /// The enumeration that values are of; else null.
-    virtual const KpIfcEnumFacts* enumeration() const;
+    virtual const KpIfcEnumFacts* enumeration() const { return nullptr; }
     /// The handle that a value is or holds; the null handle where it is or holds none.
-    virtual KpDbObjectId reference(const KpIfcVariant& value) const;
+    virtual KpDbObjectId reference(const KpIfcVariant& /*value*/) const { return {}; }
     /// The value as the host's text object; null where it is none.
-    virtual const KcString* rxObjectValue(const void* value) const;
+    virtual const KcString* rxObjectValue(const void* /*value*/) const { return nullptr; }
 
     /// True where two values of this type are equal.
-    virtual bool subEqualTo(const void* a, const void* b) const;
+    virtual bool subEqualTo(const void* /*a*/, const void* /*b*/) const { return false; }
     /// Converts a value of this type to another one; false, and `result` as it was, where it cannot be.
-    virtual bool subToValueType(const KpIfcVariantType& target, const KpIfcVariant& value, KpIfcVariant& result) const;
+    virtual bool subToValueType(const KpIfcVariantType& /*target*/, const KpIfcVariant& /*value*/,
+                                KpIfcVariant& /*result*/) const {
+        return false;
+    }
     /// Converts a value of another type to this one; false, and `result` as it was, where it cannot be.
-    virtual bool subFromValueType(const KpIfcVariant& value, KpIfcVariant& result) const;
+    virtual bool subFromValueType(const KpIfcVariant& /*value*/, KpIfcVariant& /*result*/) const { return false; }
     /// The value as a text; false where there is none.
-    virtual bool subToString(KcString& out, const void* value, StringFormat format) const;
+    virtual bool subToString(KcString& /*out*/, const void* /*value*/, StringFormat) const { return false; }
 
     /// The same for a value of any type; one of the wrong type gives false.
     virtual bool toValueType(const KpIfcVariantType& target, const KpIfcVariant& value, KpIfcVariant& result) const;
@@ -119,15 +122,15 @@ public:
     virtual bool toString(KcString& out, const KpIfcVariant& value, StringFormat format) const;
     /// Of a select, the name of the type of what it holds, "" where it holds nothing; null for other values.
     virtual const char* typePath(const KpIfcVariant& value) const;
-    virtual const char* subTypePath(const void* value) const;
+    virtual const char* subTypePath(const void* /*value*/) const { return nullptr; }
     /// Makes `value` one of this type without content (unset, empty, null); false for types that have no such value.
-    virtual bool createVariant(KpIfcVariant& value) const;
+    virtual bool createVariant(KpIfcVariant& /*value*/) const { return false; }
 
     /// The select of a variant whose type is this one; null for other variants and types.
-    virtual KpIfcSelect* storedSelect(const KpIfcVariant& value) const;
+    virtual KpIfcSelect* storedSelect(const KpIfcVariant& /*value*/) const { return nullptr; }
     /// The select that a value of this type is or points at, the aggregate that it points at; null for other types.
-    virtual KpIfcSelect* select(const void* value) const;
-    virtual KpIfcAggr* aggregate(const void* value) const;
+    virtual KpIfcSelect* select(const void* /*value*/) const { return nullptr; }
+    virtual KpIfcAggr* aggregate(const void* /*value*/) const { return nullptr; }
 
     const wchar_t* displayName() const { return m_displayName; }
     std::size_t size() const { return m_size; }

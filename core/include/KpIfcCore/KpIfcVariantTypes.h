@@ -52,6 +52,7 @@ class KPIFCCORE_EXPORT KpIfcEnumVariantType : public KpIfcVariantType {
 public:
     /// `displayName` is qualified (L"IFC2X3::IfcRoleEnum"); the names of the constants are qualified alike.
     KpIfcEnumVariantType(const wchar_t* displayName, const KpIfcEnumFacts& facts);
+    ~KpIfcEnumVariantType() override;
 
     /// The names of the constants in the order of their codes, that of the unset code last.
     const KpIfcArray<KpAnsiString>& constantNames() const { return m_constantNames; }

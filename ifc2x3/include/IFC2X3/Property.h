@@ -17,7 +17,8 @@ public:
     const KP_SDAI::KpIfcVariantType& descriptor() const;
 
 protected:
-    explicit ExplicitProperty(const KpIfcAttributeFacts& row) : m_row(row) {}
+    /// `index` counts the explicit attributes that the entity of `facts` itself declares.
+    ExplicitProperty(const KpIfcEntityFacts& facts, std::uint32_t index) noexcept;
 
 private:
     const KpIfcAttributeFacts& m_row;
@@ -41,7 +42,8 @@ public:
     const KP_SDAI::KpIfcVariantType& descriptor() const;
 
 protected:
-    explicit InverseProperty(const KpIfcInverseFacts& row) : m_row(row) {}
+    /// `index` counts the inverse attributes that the entity of `facts` itself declares.
+    InverseProperty(const KpIfcEntityFacts& facts, std::uint32_t index) noexcept;
 
 private:
     const KpIfcInverseFacts& m_row;
@@ -57,8 +59,8 @@ public:
     const KP_SDAI::KpIfcVariantType& descriptor() const;
 
 protected:
-    /// `related` is the relations' attribute that holds the members.
-    HierarchyProperty(const KpIfcInverseFacts& row, const char* related) : m_row(row), m_related(related) {}
+    /// The same; `related` is the relations' attribute that holds the members.
+    HierarchyProperty(const KpIfcEntityFacts& facts, std::uint32_t index, const char* related) noexcept;
 
 private:
     const KpIfcInverseFacts& m_row;
