@@ -46,15 +46,13 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME kpifc)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
-    "IFC 2x3 building models: command line and libraries
- Reads, checks, edits and writes building models in STEP files of the schema IFC2X3: the program kpifc, the runtime
- library and the schema module."
+    "Reads, checks, edits and writes building models in STEP files of the schema IFC2X3: the program kpifc, the runtime
+library and the schema module."
 )
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME kpifc-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "kpifc (= ${KpIfc_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
-    "IFC 2x3 building models: what programs are built with
- Headers of the runtime library, a class for each entity of the schema IFC2X3, files for CMake and pkg-config, examples."
+    "For building programs: headers of the runtime library, a class for each entity of the schema IFC2X3, files for CMake and pkg-config, examples."
 )
 include(CPack)
