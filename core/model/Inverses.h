@@ -23,6 +23,8 @@ public:
     explicit Inverses(KpArena& arena) : m_arena(arena) {}
 
     void enter(KpIfcEntityBase& target, const KpIfcInverseFacts& inverse, const KpIfcEntityBase& referrer);
+    /// Gives what refers to an instance to another one of its entity.
+    static void move(KpIfcEntityBase& from, KpIfcEntityBase& to);
     /// Notes what an instance that is about to change has entered.
     void withdraw(KpIfcEntityBase& referrer);
     /// Enters instances that changed anew. Where memory runs out in the middle, the next commit, which is to be told of

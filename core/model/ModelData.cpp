@@ -19,6 +19,7 @@ ModelData::~ModelData() {
 }
 
 KpIfcEntityBase* ModelData::create(const KpIfcEntityFacts& facts, KpIfcSlot* slot) {
+    readAll();
     KpIfcEntityBase* instance = construct(facts);
     makeRoomForOne(m_toDestroy);
     makeRoomForOne(m_uncommitted);
@@ -28,6 +29,10 @@ KpIfcEntityBase* ModelData::create(const KpIfcEntityFacts& facts, KpIfcSlot* slo
 }
 
 void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
+    if (slot->word & KpIfcSlot::kUnread) { // all else was done when the record was noted
+        putIntoSlot(slot, instance);
+        return;
+    }
     const std::uint64_t name = KpDbObjectId(slot).instanceName();
     if (!m_explicitOrder && name < highestName) makeOrderExplicit();
     if (m_explicitOrder) {
@@ -35,12 +40,16 @@ void ModelData::bind(KpIfcSlot* slot, KpIfcEntityBase* instance) {
         makeRoomForOne(m_order);
     }
     if (m_changes) m_changes->noteCreated(slot, *instance);
-    slot->word = reinterpret_cast<std::uintptr_t>(instance);
-    instance->m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance->m_self & KpIfcEntityBase::kFlags);
+    putIntoSlot(slot, instance);
     if (m_explicitOrder) m_order.emplace_back(slot);
     if (name > highestName) highestName = name;
     ++instanceCount;
     table.noteInstance();
+}
+
+void ModelData::putIntoSlot(KpIfcSlot* slot, KpIfcEntityBase* instance) {
+    slot->word = reinterpret_cast<std::uintptr_t>(instance);
+    instance->m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance->m_self & KpIfcEntityBase::kFlags);
 }
 
 void ModelData::noteNamesIn(const std::string& text) {
@@ -132,6 +141,7 @@ const std::vector<KeptField>* ModelData::keptFields(const KpIfcEntityBase& insta
 }
 
 void ModelData::forgetField(const KpIfcEntityBase& instance, std::size_t field) {
+    readAll();
     const auto found = m_keptFields.find(&instance);
     if (found == m_keptFields.end()) return;
     const auto isOfField = [field](const KeptField& kept) { return kept.field == field; };
@@ -147,6 +157,7 @@ void ModelData::noteHeap(KpIfcEntityBase& instance) {
 }
 
 void ModelData::noteChange(KpIfcEntityBase& instance) {
+    readAll();
     if (m_changes) m_changes->noteChange(instance, keptFields(instance));
     if ((instance.m_self & KpIfcEntityBase::kState) == KpIfcEntityBase::kAsRead) noteHeap(instance);
     m_uncommitted.push_back(&instance);
@@ -154,6 +165,7 @@ void ModelData::noteChange(KpIfcEntityBase& instance) {
 }
 
 void ModelData::commit() {
+    readAll();
     if (m_isRollBackDue) rollBackChanges();
     commitChanges();
 }
@@ -241,7 +253,9 @@ void ModelData::makeOrderExplicit() {
     table.sortSparse();
     m_order.clear();
     m_order.reserve(instanceCount + 1);
-    for (KpIfcEntityBase* instance : model.instances()) m_order.emplace_back(instance->objectId().slot());
+    InstanceTable::Place place;
+    while (KpIfcSlot* const slot = table.next(place))
+        if (!KpDbObjectId(slot).isKeptRecord()) m_order.emplace_back(slot);
     m_explicitOrder = true;
 }
 

@@ -20,18 +20,37 @@ public:
         }
     }
     /// Null where no entity has that keyword, in upper case as the standard wants it.
-    KpIfcEntityType* find(std::string_view keyword) const {
-        for (std::size_t at = hash(keyword); m_table[at].type; at = (at + 1) & (kSize - 1))
-            if (m_table[at].name == keyword) return m_table[at].type;
-        return nullptr;
+    KpIfcEntityType* find(std::string_view keyword) const { return m_table[indexOf(keyword)].type; }
+    /// The place of an entity in the table; some place without one where no entity has that keyword.
+    std::size_t indexOf(std::string_view keyword) const {
+        std::size_t at = hash(keyword);
+        while (m_table[at].type && !isEqual(m_table[at].name, keyword)) at = (at + 1) & (kSize - 1);
+        return at;
     }
+    /// The entity at a place of the table, or null.
+    KpIfcEntityType* at(std::size_t index) const { return m_table[index].type; }
+    static constexpr std::size_t kSize = 4096;
 
 private:
-    static constexpr std::size_t kSize = 4096;
     struct Row {
         std::string_view name;
         KpIfcEntityType* type = nullptr;
     };
+    /// Without a call, for nearly always they are equal.
+    static bool isEqual(std::string_view a, std::string_view b) {
+        if (a.size() != b.size()) return false;
+        if (a.size() < 8 || a.size() > 32) return a == b;
+        const auto differ = [&](std::size_t at) {
+            std::uint64_t x;
+            std::uint64_t y;
+            std::memcpy(&x, a.data() + at, 8);
+            std::memcpy(&y, b.data() + at, 8);
+            return x ^ y;
+        };
+        const std::size_t last = a.size() - 8;
+        const auto place = [&](std::size_t at) { return at < last ? at : last; };
+        return (differ(0) | differ(place(8)) | differ(place(16)) | differ(last)) == 0;
+    }
     /// Of the length, the eight characters behind the common prefix and the last eight.
     static std::size_t hash(std::string_view name) {
         std::uint64_t head = 0;

@@ -118,11 +118,11 @@ bool KpSpfFilerBase::atUnset() {
 
 void KpSpfFilerBase::checkReference(const KpDbObjectId& reference, const KpIfcEntityType* declared) {
     if (reference.isNull() || m_broken) return;
-    if (KpIfcEntityBase* instance = reference.openObject()) {
+    if (KpIfcEntityBase* instance = reference.instanceRead()) {
         const KpIfcEntityType* type = instance->getInstanceType();
         if (type != declared && !type->isKindOf(declared))
             issue(KpIfcFinding::wrongReference, KpIfcSeverity::warning, false, declared->displayName());
-    } else if (!reference.isDefined()) {
+    } else if (!reference.isKeptRecord()) {
         deferField();
     }
 }

@@ -22,11 +22,11 @@ bool KpSpfFilerBase::readSelect(KpIfcSelect& value) {
             return false;
         }
         value.setHandleOnLoad(handle);
-        if (handle.openObject()) {
+        if (handle.instanceRead()) {
             if (!value.setHandleD(handle))
                 issue(KpIfcFinding::wrongReference, KpIfcSeverity::warning, false,
                       "an instance of one of the alternatives");
-        } else if (!handle.isDefined()) {
+        } else if (!handle.isKeptRecord()) {
             deferField();
         }
         return true;

@@ -11,6 +11,7 @@ namespace {
 
 /// What is left to say about the references of one field.
 struct FieldCheck {
+    const ModelData& data;
     const KpIfcEntityType* declared = nullptr;
     bool dangling = false;
     KpDbObjectId wrong; ///< the first to an instance of another entity
@@ -19,8 +20,8 @@ struct FieldCheck {
         if (handle.isNull()) return;
         if (!handle.isDefined()) {
             dangling = true;
-        } else if (const KpIfcEntityBase* instance = handle.openObject()) {
-            if (wrong.isNull() && !instance->getInstanceType()->isKindOf(declared)) wrong = handle;
+        } else if (const KpIfcEntityType* const entity = data.entityOf(handle)) {
+            if (wrong.isNull() && !entity->isKindOf(declared)) wrong = handle;
         }
     }
 };
@@ -53,16 +54,20 @@ void LateReferences::look(const std::vector<KpSpfFilerBase::PendingField>& field
     progress.beginItems(KpIfcStage::linking, fields.size());
     for (const KpSpfFilerBase::PendingField& pending : fields) {
         progress.step();
-        // A record that was displaced by a later one of its name is text by now.
-        if (pending.instance->objectId().openObject() != pending.instance) continue;
-        lookAt(*pending.instance, static_cast<std::uint32_t>(pending.offsetAndField & 0xFFFF),
-               pending.offsetAndField >> 16);
+        look(pending);
     }
+}
+
+void LateReferences::look(const KpSpfFilerBase::PendingField& pending) {
+    // A record that was displaced by a later one of its name is text by now.
+    if (pending.instance->objectId().instanceRead() != pending.instance) return;
+    lookAt(*pending.instance, static_cast<std::uint32_t>(pending.offsetAndField & 0xFFFF),
+           pending.offsetAndField >> 16);
 }
 
 void LateReferences::lookAt(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset) {
     const KpIfcAttributeFacts& row = *instance.getInstanceType()->recordFields()[field];
-    FieldCheck check;
+    FieldCheck check{m_data, nullptr, false, {}};
     if (row.target) check.declared = *row.target;
     visitHandles(instance, row, [&](KpDbObjectId& handle) { check.look(handle); });
     visitSelects(instance, row, [&](KpIfcSelect& select) {

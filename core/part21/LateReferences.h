@@ -17,6 +17,8 @@ public:
     LateReferences(ModelData& data, KpIfcReport& report) : m_data(data), m_report(report) {}
 
     void look(const std::vector<KpSpfFilerBase::PendingField>& fields, ProgressMeter& progress);
+    /// Looks at one of them.
+    void look(const KpSpfFilerBase::PendingField& pending);
 
 private:
     void lookAt(KpIfcEntityBase& instance, std::uint32_t field, std::uint64_t offset);

@@ -127,6 +127,28 @@ bool RecordReader::readRecordWithin(const char*& place, Failure& failure) {
     return readRecord(place, failure);
 }
 
+bool RecordReader::readOne(const char* place, std::uint64_t name) {
+    const char* digit = place + 1;
+    std::uint64_t found = 0;
+    while (lexer::isDigit(*digit)) found = found * 10 + static_cast<unsigned>(*digit++ - '0');
+    if (*place != '#' || found != name) return false;
+    m_end = m_window.end();
+    Failure failure;
+    const bool isBound = readRecord(place, failure);
+    m_referring.clear();
+    m_globalIds = {};
+    return isBound;
+}
+
+void RecordReader::lookAtReferences() {
+    LateReferences references(m_data, m_report);
+    for (std::size_t next = 0; next < m_filer.m_pending.size(); ++next) {
+        const KpSpfFilerBase::PendingField pending = m_filer.m_pending[next]; // looking may append
+        references.look(pending);
+    }
+    m_filer.m_pending.clear();
+}
+
 /// Reads one record. False, with the reason, where it is not bound; `place` then has not moved.
 bool RecordReader::readRecord(const char*& place, Failure& failure) {
     const char* const end = m_end;
@@ -268,7 +290,7 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
         entry.entity = type.name();
         m_report.add(std::move(entry));
     };
-    if (slot->word != 0) {
+    if (slot->word != 0 && !(slot->word & KpIfcSlot::kUnread)) {
         report(KpIfcFinding::duplicateName,
                {"an instance name that stands before", "another one", "this record counts, the other is kept as text"});
         m_window.layout().noteCounting(KpDbObjectId(slot).instanceName(), m_filer.m_recordOffset);

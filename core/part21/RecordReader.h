@@ -29,6 +29,12 @@ public:
     bool readSection(const char*& place);
     /// Offset of what ended the section that was read last.
     std::uint64_t sectionEnd() const { return m_sectionEnd; }
+    /// Reads the record of an instance of this name at `place` alone, into its unread slot; false where it cannot be
+    /// bound, or that is another one. Many may be read so; their references are left to be looked at.
+    bool readOne(const char* place, std::uint64_t name);
+    /// Looks at the references of all records that readOne() has read; what that leads to it may be called for, too.
+    void lookAtReferences();
+    void forgetReferences() { m_filer.m_pending.clear(); }
     /// What can only be done when everything is read: references to instances that came later or not at all.
     void finish(ProgressMeter& progress);
 

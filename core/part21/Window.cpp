@@ -24,6 +24,12 @@ bool Window::refill(const char*& place) {
     return got != 0;
 }
 
+void Window::moveTo(std::uint64_t offset) {
+    m_length = 0;
+    m_offset = offset;
+    m_ended = false;
+}
+
 std::uint64_t Window::readToEnd() {
     const char* place = end();
     while (refill(place)) place = end();

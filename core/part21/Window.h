@@ -24,6 +24,12 @@ public:
     /// Drops what stands before `place`, which lies between statements, and reads on behind the end; `place` moves
     /// along, all other places are gone. False where the source has ended.
     bool refill(const char*& place);
+    /// Forgets all that was read; the source goes on at `offset`.
+    void moveTo(std::uint64_t offset);
+    /// The place in the window of an offset in the source; null where that is outside.
+    const char* at(std::uint64_t offset) const {
+        return offset >= m_offset && offset < m_offset + m_length ? begin() + (offset - m_offset) : nullptr;
+    }
     /// Reads what is left; returns the size of the source.
     std::uint64_t readToEnd();
     SourceLayout& layout() const { return m_layout; }

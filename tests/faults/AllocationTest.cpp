@@ -187,6 +187,43 @@ TEST_P(FailingAllocations, LeaveModelsSound) {
     });
 }
 
+/// A touch that fails has read nothing; reading all that fails leaves what was read where it is.
+TEST_P(FailingAllocations, LeaveLazyModelsSound) {
+    std::string content;
+    for (int i = 1; i <= 60; ++i)
+        content += "#" + std::to_string(i) + "=IFCPOLYLINE((#" + std::to_string(100 - i) + ",#999));\n#" +
+                   std::to_string(100 + i) + "=IFCPRESENTATIONSTYLEASSIGNMENT((#" + std::to_string(200 + i) + "));\n#" +
+                   std::to_string(200 + i) + "=IFCCURVESTYLE('a name of some length',$,$,$);\n";
+    content = stepFile(content + "#90=IFCWALL('0000000000000000000001',12,$,$,$,$,$,$);\n");
+    KpIfcFile full = opened(content);
+    const std::string expected = rewritten(full) + saved(full);
+    sweep([&] {
+        std::unique_ptr<KpIfcFile> file;
+        again([&] { file = std::make_unique<KpIfcFile>(); });
+        again(*file, [&] { return file->openMemory(content.data(), content.size(), "memory", {.lazy = true}); });
+        KpIfcModel& model = *file->model();
+        EXPECT_FALSE(model.isWhole());
+        std::vector<const KpIfcEntityBase*> touched;
+        touched.reserve(8);
+        for (const std::uint64_t name : {160, 1, 201, 101}) {
+            again([&] { touched.push_back(model.find(name).openObject()); });
+            EXPECT_FALSE(model.isWhole());
+        }
+        again([&] { EXPECT_EQ(model.findByGlobalId("0000000000000000000001").instanceName(), 90u); });
+        again(*file, [&] { return file->readAll(); });
+        for (const std::uint64_t name : {101, 201, 1, 160}) {
+            EXPECT_EQ(model.find(name).openObject(), touched.back());
+            touched.pop_back();
+        }
+        std::string written;
+        again(*file, [&] { return file->saveToMemory(written); });
+        std::string normalised;
+        again(*file, [&] { return file->saveToMemory(normalised, {.normalise = true}); });
+        failing_memory::disarm();
+        EXPECT_EQ(written + normalised, expected);
+    });
+}
+
 INSTANTIATE_TEST_SUITE_P(Memory, FailingAllocations, testing::Bool(),
                          [](const auto& test) { return test.param ? "AllFromOneOn" : "One"; });
 
