@@ -140,7 +140,7 @@ std::size_t readByName(Bench& bench, void (*measure)(const std::function<void()>
 }
 
 std::size_t createPoints(Bench& bench, void (*measure)(const std::function<void()>&)) {
-    constexpr std::size_t count = 10'000;
+    constexpr std::size_t count = 100'000;
     KpIfcModel model(bench.module);
     measure([&] {
         for (std::size_t i = 0; i < count; ++i)

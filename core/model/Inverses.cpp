@@ -53,6 +53,9 @@ public:
     KP::ErrorStatus remove(const KpDbObjectId&) override { return KP::eRefused; }
     void assign(const KpDbObjectId*, std::size_t) override {}
     KpIfcAggrImp* clone() const override { return const_cast<NobodyImp*>(this); }
+
+protected:
+    KpIfcAggrImp* create(KpArena*, std::size_t) const override { return clone(); }
 };
 
 class NobodySet : public KpIfcSetAggr<KpDbObjectId> {

@@ -24,7 +24,10 @@ KpIfcEntityBase* ModelData::create(const KpIfcEntityFacts& facts, KpIfcSlot* slo
     makeRoomForOne(m_toDestroy);
     makeRoomForOne(m_uncommitted);
     bind(slot, instance);
-    KpIfcChange::before(*instance); // refers to nothing yet, so this needs no memory any more
+    // As any change would be noted, but that it refers to nothing yet.
+    m_toDestroy.push_back(instance);
+    m_uncommitted.push_back(instance);
+    instance->m_self |= KpIfcEntityBase::kUncommitted;
     return instance;
 }
 

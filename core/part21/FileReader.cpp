@@ -198,8 +198,8 @@ std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
                 std::string tail(m_place, m_window.end());
                 while (!tail.empty() && static_cast<unsigned char>(tail.back()) <= ' ') tail.pop_back();
                 // What is left of a record has no end of its own: a comment keeps it apart from what is written next.
-                if (!tail.empty() && tail.find("*/") == std::string::npos)
-                    data.keep("/* cut off: " + tail + " */", nullptr);
+                for (std::size_t at = 0; (at = tail.find("*/", at)) != std::string::npos;) tail.insert(++at, 1, ' ');
+                if (!tail.empty()) data.keep("/* cut off: " + tail + " */", nullptr);
                 break;
             }
         } else if (keyword == "END-ISO-10303-21") {

@@ -2,6 +2,7 @@
 #include <KpIfcCore/KpStepText.h>
 
 #include "model/ModelData.h"
+#include "part21/Scan.h"
 #include "part21/TextIssues.h"
 
 #include <cstring>
@@ -36,9 +37,7 @@ std::size_t hashOf(std::string_view text) {
 bool KpSpfFilerBase::readText(std::string_view& text) {
     if (*m_cur != '\'') return false;
     const char* const begin = m_cur + 1;
-    const char* p = begin;
-    while (static_cast<unsigned char>(*p) >= ' ' && static_cast<unsigned char>(*p) < 0x7F && *p != '\'' && *p != '\\')
-        ++p;
+    const char* const p = scan::plainEnd(begin);
     if (*p == '\'' && p[1] != '\'') {
         text = {begin, static_cast<std::size_t>(p - begin)};
         m_cur = p + 1;

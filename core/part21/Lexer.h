@@ -123,8 +123,9 @@ inline const char* recordEnd(const char* p, const char* end) {
     return nullptr;
 }
 
-/// What must be written behind a record's text so that it ends there and takes nothing that follows along: its ';', and
-/// the end of a text or comment that it leaves open.
+/// What must be written next behind the text of a record that could not be read, so that it ends there and takes
+/// nothing that follows along: its ';', and the end of a text or comment that it leaves open. With the comment closed
+/// it could be read and take the name of another; a text behind it keeps it from that.
 inline const char* missingEnd(const char* p, const char* end) {
     const char* missing = ";";
     while (p < end) {
@@ -134,7 +135,7 @@ inline const char* missingEnd(const char* p, const char* end) {
             if (!p) return "';";
         } else if (isComment(p)) {
             p = commentEnd(p, end);
-            if (!p) return "*/;";
+            if (!p) return "*/ 'comment without end';";
         } else if (*p++ == ';') {
             missing = "";
         }

@@ -45,6 +45,22 @@ const char* damagedRecordEnd(const char* begin, const char* end) {
     }
 }
 
+/// The comment that begins in [p, end) and does not end there; null where there is none.
+const char* openComment(const char* p, const char* end) {
+    while (p && p < end) {
+        if (*p == '\'') {
+            p = KpStepText::stringEnd(p + 1, end);
+        } else if (lexer::isComment(p)) {
+            const char* const behind = lexer::commentEnd(p, end);
+            if (!behind) return p;
+            p = behind;
+        } else {
+            ++p;
+        }
+    }
+    return nullptr;
+}
+
 bool isStatement(const char* begin, const char* end, std::string_view name) {
     return end - begin >= static_cast<std::ptrdiff_t>(name.size()) &&
            equalNoCase(begin, name.size(), std::string(name).c_str()) && !lexer::isKeywordPart(begin[name.size()]);
@@ -81,7 +97,6 @@ bool RecordReader::readSection(const char*& place) {
             m_window.refill(place); // what fails close to the end of the window may be whole behind it
             continue;
         }
-        if (*place == '#' && lexer::isComment(failure.place)) m_openComment = m_window.offsetOf(m_window.end());
 
         const char* const begin = place;
         const bool isFrame = *begin == ';' || isStatement(begin, m_window.end(), "ENDSEC") ||
@@ -90,6 +105,16 @@ bool RecordReader::readSection(const char*& place) {
             isFrame ? lexer::recordEnd(begin, m_window.end()) : damagedRecordEnd(begin, m_window.end());
         if (!end && m_window.refill(place)) continue;
         if (!end) return false;
+        if (!isFrame && m_window.offsetOf(begin) >= m_openComment) {
+            if (const char* const comment = openComment(begin, end)) {
+                const char* const behind = lexer::commentEnd(comment, m_window.end());
+                if (!behind && !m_window.hasEnded()) {
+                    m_window.refill(place); // however far behind a comment ends, it may be whole
+                    continue;
+                }
+                m_openComment = m_window.offsetOf(behind ? behind : m_window.end());
+            }
+        }
         if (isFrame && hasLowerCase({begin, static_cast<std::size_t>(lexer::keywordEnd(begin) - begin)}))
             m_report.add(findingAt(KpIfcFinding::spelling, KpIfcSeverity::warning, m_window.offsetOf(begin),
                                    {"the end of a section", "ENDSEC; in upper case", kReadAllTheSame}));
@@ -117,13 +142,16 @@ bool RecordReader::readSection(const char*& place) {
     }
 }
 
-/// Reads one record, looking for the ends of its texts and comments within the window. Where a comment was found that
-/// does not end there, later ones do not either: they are looked for within their own record only, so that many of them
-/// cost no more than their length.
+/// Reads one record, looking for the ends of its texts and comments within the window. Where a record was cut because
+/// its comment goes on over what looks like the next ones, comments before the end of that one are looked for within
+/// their own record only, so that many of them cost no more than their length.
 bool RecordReader::readRecordWithin(const char*& place, Failure& failure) {
     m_end = m_window.end();
     if (m_window.offsetOf(place) < m_openComment)
-        if (const char* line = nextRecordLine(place + 1, m_end)) m_end = line;
+        if (const char* line = nextRecordLine(place + 1, m_end)) {
+            while (*line == ' ' || *line == '\t') ++line;
+            m_end = line;
+        }
     return readRecord(place, failure);
 }
 
@@ -260,7 +288,7 @@ bool RecordReader::readFields(const KpIfcEntityType& type, KpIfcSlot* slot, cons
         const char* const close = m_filer.m_cur;
         const char* p = lexer::skipBlanks(close + 1, m_filer.m_end);
         const bool ends = *p == ';';
-        if (ends || *p == '#' || isStatement(p, m_filer.m_end, "ENDSEC")) {
+        if (ends || *p == '#' || isStatement(p, m_window.end(), "ENDSEC")) {
             bind(type, slot, instance, {begin, static_cast<std::size_t>(close - begin)});
             if (!ends) {
                 m_report.add(findingOn(*instance, KeptField::kWholeRecord, KpIfcFinding::unreadableRecord,
@@ -366,7 +394,9 @@ void RecordReader::keepRecord(const char* begin, const char* end, Failure& failu
     m_report.add(std::move(entry));
     std::string text(begin, end);
     while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.pop_back();
-    text += lexer::missingEnd(text.data(), text.data() + text.size());
+    // More than once where a text ends in "\\S\\", which makes a letter of the first apostrophe.
+    for (const char* missing = ";"; *missing; text += missing)
+        missing = lexer::missingEnd(text.data(), text.data() + text.size());
     KpIfcSlot* slot = failure.name ? m_data.table.slot(failure.name) : nullptr;
     const bool isFirst = slot && slot->word == 0;
     m_window.layout().noteOpaque(m_window.offsetOf(begin), m_window.offsetOf(end), failure.name);

@@ -38,6 +38,8 @@ public:
     /// What can only be done when everything is read: references to instances that came later or not at all.
     void finish(ProgressMeter& progress);
 
+    class FieldReader; ///< of the fields of a record
+
 private:
     /// Why a record could not be bound.
     struct Failure {
@@ -71,7 +73,7 @@ private:
     bool m_isMisspelled = false; ///< the keyword of the record that is being read is not in upper case
     std::uint64_t m_sectionEnd = 0;
     const char* m_end = nullptr;     ///< how far the record that is being read may look
-    std::uint64_t m_openComment = 0; ///< a comment before this offset did not end before it
+    std::uint64_t m_openComment = 0; ///< to here goes a comment that a record was cut from
 };
 
 } // namespace KP_SDAI

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "part21/ByteSource.h"
+#include "part21/Scan.h"
 #include "part21/SourceLayout.h"
 
 #include <cstddef>
@@ -47,7 +48,7 @@ public:
 
 private:
     static constexpr std::size_t kSize = 2 * kReach;
-    static constexpr std::size_t kZeros = 8;
+    static constexpr std::size_t kZeros = scan::kReach;
     ByteSource& m_source;
     SourceLayout& m_layout;
     std::vector<char> m_buffer = std::vector<char>(kZeros);

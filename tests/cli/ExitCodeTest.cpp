@@ -112,15 +112,6 @@ const Damage kDamages[] = {
 
 INSTANTIATE_TEST_SUITE_P(Files, DamageTest, ValuesIn(kDamages), [](const auto& test) { return test.param.name; });
 
-/// Makes a dump that does not fit into any pipe.
-std::string manyPoints() {
-    std::string records;
-    for (int i = 1; i <= 20'000; ++i) {
-        records += "#" + std::to_string(i) + "=IFCCARTESIANPOINT((0.,1.));\n";
-    }
-    return stepFile(records);
-}
-
 class LostOutputTest : public TestWithParam<const char*> {};
 
 TEST_P(LostOutputTest, FullDiskIsAnError) {

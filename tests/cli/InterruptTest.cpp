@@ -29,14 +29,6 @@ using testing::ValuesIn;
 
 namespace {
 
-std::string manyPoints() {
-    std::string records;
-    for (int i = 1; i <= 20'000; ++i) {
-        records += "#" + std::to_string(i) + "=IFCCARTESIANPOINT((0.,1.));\n";
-    }
-    return stepFile(records);
-}
-
 /// A folder with a model and a pipe, of which the test has the other end.
 class PipeTest : public testing::Test {
 protected:
@@ -172,7 +164,7 @@ TEST_F(PipeTest, TerminalShowsProgressOfLongWork) {
             EXPECT_THAT(child.messages(), testing::StartsWith("\r\x1b[Kreading "));
             EXPECT_THAT(child.messages(), testing::EndsWith("\r\x1b[K"));
         }
-        EXPECT_THAT(contentOf(m_folder.path("results")), HasSubstr("20,000"));
+        EXPECT_THAT(contentOf(m_folder.path("results")), HasSubstr("30,000"));
     }
 }
 

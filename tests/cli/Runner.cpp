@@ -59,3 +59,13 @@ std::vector<std::string> linesOf(const std::string& text) {
     }
     return lines;
 }
+
+std::string manyPoints() {
+    std::string records;
+    unsigned random = 1;
+    const auto number = [&random] { return std::to_string(random = random * 1664525U + 1013904223U) + '.'; };
+    for (int i = 1; i <= 30'000; ++i) {
+        records += "#" + std::to_string(i) + "=IFCCARTESIANPOINT((" + number() + "," + number() + "));\n";
+    }
+    return stepFile(records);
+}

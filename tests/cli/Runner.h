@@ -38,6 +38,10 @@ private:
     std::filesystem::path m_path;
 };
 
+/// 30,000 points, which no container makes small and no pipe takes at once: every source takes several reads, every
+/// target several writes.
+std::string manyPoints();
+
 std::vector<std::string> linesOf(const std::string& text);
 /// Quoted for the shell.
 std::string quoted(const std::filesystem::path& path);

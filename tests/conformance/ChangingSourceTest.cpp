@@ -1,4 +1,5 @@
 #include "Archives.h"
+#include "SkippedTime.h"
 #include "StepFiles.h"
 
 #include <gmock/gmock.h>
@@ -7,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <thread>
 #include <tuple>
 
 namespace fs = std::filesystem;
@@ -111,7 +111,7 @@ TEST_P(ChangingSourceTest, IsNoMixWhileItIsRead) {
         KpIfcFile file;
         file.progress([&](const KpIfcProgress& progress) {
             // Who takes his time is told of every block.
-            if (progress.isInBytes) std::this_thread::sleep_for(std::chrono::milliseconds(21));
+            if (progress.isInBytes) skipTime(std::chrono::milliseconds(21));
             if (!isDone && isMoment(progress)) {
                 change();
                 isDone = true;

@@ -1,4 +1,5 @@
 #include "Archives.h"
+#include "SkippedTime.h"
 #include "StepFiles.h"
 
 #include <KpIfcCore/KpIfcCheck.h>
@@ -42,7 +43,7 @@ struct Calls {
     KpIfcProgressFunction function(bool isSlow = false) {
         return [this, isSlow](const KpIfcProgress& progress) {
             // Who takes his time is told of every block.
-            if (isSlow && progress.isInBytes) std::this_thread::sleep_for(std::chrono::milliseconds(21));
+            if (isSlow && progress.isInBytes) skipTime(std::chrono::milliseconds(21));
             all.push_back(progress);
             if (static_cast<int>(all.size()) - 1 != stopAt) return true;
             if (end == End::exception) throw std::runtime_error("enough");

@@ -86,6 +86,13 @@ TEST(Windows, RecordsMayBeLongerThanAWindow) {
     EXPECT_EQ(file.model()->count(), 4u);
     EXPECT_TRUE(recordsOf(saved(file)) == records);
 
+    std::string lines;
+    while (lines.size() < 3 * kWindow) lines += "#9=IFCWALL();\n";
+    file = opened(stepFile("#1=IFCPERSON('a',/*\n" + lines + "*/$,$,$,$,$,$,$);\n"));
+    EXPECT_EQ(recordsOf(saved(file)), "#1=IFCPERSON('a',$,$,$,$,$,$,$);\n");
+    ASSERT_EQ(findings(file.report()), "");
+    file = opened(stepFile(records));
+
     const std::filesystem::path path = temporaryPath("long_records.ifc");
     ASSERT_EQ(file.save(path.string()), KP::eOk) << file.error();
     KpIfcFile fromDisk;
@@ -113,6 +120,7 @@ struct Hostile {
     const char* before;
     const char* repeated;
     std::size_t bytes;
+    const char* behind = "";
 };
 
 void PrintTo(const Hostile& hostile, std::ostream* out) {
@@ -129,7 +137,7 @@ TEST_P(HostileTest, TakesLittleTime) {
     while (records.size() < hostile.bytes) {
         records += hostile.repeated;
     }
-    const std::string content = stepFile(records + '\n');
+    const std::string content = stepFile(records + hostile.behind + '\n');
     const std::clock_t begin = std::clock();
     KpIfcFile file = opened(content);
     const double read = static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
@@ -163,6 +171,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Hostile{"odd_apostrophes", "", "#1=IFCWALL('\n", 5 * kMegabyte},
                     Hostile{"odd_apostrophes_in_texts", "", "#1=IFCPERSON('a'',$,$);\n", 5 * kMegabyte},
                     Hostile{"open_comments", "", "#1=IFCWALL(/*\n", 5 * kMegabyte},
+                    Hostile{"comments_of_one_end", "", "#1=IFCWALL(/*\n", 5 * kMegabyte, "*/"},
                     Hostile{"one_name", "", "#1=IFCCARTESIANPOINT((0.,0.));\n", 5 * kMegabyte},
                     Hostile{"kept_fields", "", "#1=IFCCALENDARDATE('',.X.,#9);\n", 5 * kMegabyte},
                     Hostile{"junk_lines", "", "junk\n", 5 * kMegabyte},

@@ -35,7 +35,7 @@ ExitCode checkOne(const std::string& path, const CheckArguments& arguments, std:
         }
         return kFailed;
     }
-    CheckedFile checked{.path = path, .model = *file.model(), .report = KpIfcReport(listed)};
+    CheckedFile checked{.path = fileLabel(path), .model = *file.model(), .report = KpIfcReport(listed)};
     {
         Progress progress;
         checkFile(file, checked.report, progress.function());
@@ -66,22 +66,30 @@ ExitCode check(const CheckArguments& arguments) {
 
 } // namespace
 
-void addCheck(CLI::App& app, Action& action) {
+Command checkCommand() {
     const auto arguments = std::make_shared<CheckArguments>();
-    CLI::App* command = app.add_subcommand("check", "Tell what in files is not as the schema declares it");
-    command->add_option("FILE", arguments->paths, "STEP files")->required();
-    command->add_flag("--all", arguments->listsAll, "List all findings, not the first hundred of each kind");
-    command->add_flag("--json", arguments->asJson, "One JSON object, for programs");
-    command->footer("A line for each finding, then one for each file that counts them:\n"
+    return {.name = "check",
+            .summary = "Tell what in files is not as the schema declares it",
+            .operands = {{.name = "FILE",
+                          .place = &arguments->paths,
+                          .help = "STEP files; - for standard input",
+                          .kind = WordKind::file}},
+            .options = {{.name = "--all",
+                         .place = &arguments->listsAll,
+                         .help = "List all findings, not the first hundred of each kind"},
+                        {.name = "--json", .place = &arguments->asJson, .help = "One JSON object, for programs"}},
+            .text = "A line for each finding, then one for each file that counts them:\n"
                     "  house.ifc: warning: #34 IfcWall \"Wall 1\" OwnerHistory: no value, expected\n"
                     "  IfcOwnerHistory [missing-value]\n"
-                    "with LINE:COLUMN behind the file's name for what reading found.\n\n"
+                    "with LINE:COLUMN behind the file's name for what reading found.\n"
+                    "\n"
                     "Checked is what the schema declares: mandatory attributes, entities of references\n"
                     "and selects, literals, sizes of lists and sets and members that stand twice in\n"
                     "them, widths, how many instances refer to one (inverse attributes), uniqueness,\n"
                     "abstract entities; form and uniqueness of GlobalIds; the header section; and all\n"
                     "that kpifc info tells. Rules that the schema writes as expressions (WHERE) are not\n"
-                    "checked.\n\n"
+                    "checked.\n"
+                    "\n"
                     "Kinds that only this command finds (kpifc info has the others):\n"
                     "  missing-value    no value where the schema wants one\n"
                     "  aggregate-size   fewer or more elements than allowed\n"
@@ -89,18 +97,18 @@ void addCheck(CLI::App& app, Action& action) {
                     "  too-long         more bits than allowed\n"
                     "  inverse-count    fewer or more referrers than allowed\n"
                     "  not-unique       values that another instance has, too\n"
-                    "  global-id        not the form of a GlobalId\n\n"
+                    "  global-id        not the form of a GlobalId\n"
+                    "\n"
                     "Keys of the JSON object:\n"
                     "  files[]             file, schema, instances, errors, warnings, notes: numbers;\n"
                     "                      error instead where it could not be read\n"
                     "  files[].codes       code: number\n"
-                    "  files[].findings[]  as of kpifc info, with name, that of the instance\n\n"
-                    "Exit codes: 0 nothing found, or notes only; 1 warnings or errors found; 2 a file\n"
-                    "could not be read.\n\n"
-                    "Examples:\n"
-                    "  kpifc check house.ifc\n"
-                    "  kpifc check *.ifc --all | grep missing-value");
-    command->callback([arguments, &action] { action = [arguments] { return check(*arguments); }; });
+                    "  files[].findings[]  as of kpifc info, with name, that of the instance",
+            .exitCodes = {{0, "nothing found, or notes only"},
+                          {1, "warnings or errors found"},
+                          {2, "a file could not be read"}},
+            .examples = {"kpifc check house.ifc", "kpifc check *.ifc --all | grep missing-value"},
+            .run = [arguments] { return check(*arguments); }};
 }
 
 } // namespace kpifc

@@ -1,31 +1,31 @@
 #pragma once
 
-#include "Failure.h"
+#include "CommandLine.h"
 
-#include <CLI/App.hpp>
-
-#include <functional>
+#include <vector>
 
 namespace kpifc {
 
-/// What the chosen subcommand does. Throws Failure where it could not be done.
-using Action = std::function<ExitCode()>;
+/// The description of each subcommand, with places of its own.
+Command checkCommand();
+Command completionCommand();
+Command convertCommand();
+Command diffCommand();
+Command dumpCommand();
+Command eraseCommand();
+Command extractCommand();
+Command getCommand();
+Command headerCommand();
+Command helpCommand();
+Command infoCommand();
+Command newCommand();
+Command propsCommand();
+Command schemaCommand();
+Command setCommand();
+Command showCommand();
+Command treeCommand();
 
-/// Each adds its subcommand to the application; parsing one sets `action`.
-void addInfo(CLI::App& app, Action& action);
-void addCheck(CLI::App& app, Action& action);
-void addConvert(CLI::App& app, Action& action);
-void addDump(CLI::App& app, Action& action);
-void addTree(CLI::App& app, Action& action);
-void addShow(CLI::App& app, Action& action);
-void addGet(CLI::App& app, Action& action);
-void addSet(CLI::App& app, Action& action);
-void addNew(CLI::App& app, Action& action);
-void addErase(CLI::App& app, Action& action);
-void addExtract(CLI::App& app, Action& action);
-void addProps(CLI::App& app, Action& action);
-void addHeader(CLI::App& app, Action& action);
-void addDiff(CLI::App& app, Action& action);
-void addSchema(CLI::App& app, Action& action);
+/// All of them, in the order in which help tells them.
+std::vector<Command> allCommands();
 
 } // namespace kpifc

@@ -24,17 +24,20 @@ ExitCode convert(const ConvertArguments& arguments) {
 
 } // namespace
 
-void addConvert(CLI::App& app, Action& action) {
+Command convertCommand() {
     const auto arguments = std::make_shared<ConvertArguments>();
-    CLI::App* command = app.add_subcommand("convert", "Read a file and write it anew");
-    command->add_option("IN", arguments->input, "STEP file to read")->required();
-    addSaveOptions(*command, arguments->saving);
-    command->footer("Everything that was read is written, also what could not be understood: byte for byte,\n"
-                    "or uniform with --normalise. What was done is told in one line on standard error.\n\n"
-                    "Examples:\n"
-                    "  kpifc convert house.ifc --normalise -o house_new.ifc\n"
-                    "  kpifc convert house.ifc -o house.ifczip");
-    command->callback([arguments, &action] { action = [arguments] { return convert(*arguments); }; });
+    return {
+        .name = "convert",
+        .summary = "Read a file and write it anew",
+        .operands = {{.name = "IN",
+                      .place = &arguments->input,
+                      .help = "STEP file to read; - for standard input",
+                      .kind = WordKind::file}},
+        .options = saveOptions(arguments->saving),
+        .text = "Everything that was read is written, also what could not be understood: byte for byte,\n"
+                "or uniform with --normalise. What was done is told in one line on standard error.",
+        .examples = {"kpifc convert house.ifc --normalise -o house_new.ifc", "kpifc convert house.ifc -o house.ifczip"},
+        .run = [arguments] { return convert(*arguments); }};
 }
 
 } // namespace kpifc

@@ -22,25 +22,35 @@ void dumpModel(const KpIfcModel& model, bool withInverses, Output& output) {
     }
 }
 
-ExitCode dump(const std::string& path, bool withInverses) {
-    const KpIfcFile file = openFile(path);
-    tellProblems(path, file.report());
+struct DumpArguments {
+    std::string path;
+    bool withInverses = false;
+};
+
+ExitCode dump(const DumpArguments& arguments) {
+    const KpIfcFile file = openFile(arguments.path);
+    tellProblems(arguments.path, file.report());
     Output output;
     file.model()->mode(kReadOnly);
-    dumpModel(*file.model(), withInverses, output);
+    dumpModel(*file.model(), arguments.withInverses, output);
     output.finish();
     return exitCode(file.report());
 }
 
 } // namespace
 
-void addDump(CLI::App& app, Action& action) {
-    const auto path = std::make_shared<std::string>();
-    const auto withInverses = std::make_shared<bool>(false);
-    CLI::App* command = app.add_subcommand("dump", "Print all instances as JSON, one a line");
-    command->add_option("FILE", *path, "STEP file")->required();
-    command->add_flag("--inverse", *withInverses, "Inverse attributes too: the instances that refer to each");
-    command->footer("Instances come in ascending order of their names:\n"
+Command dumpCommand() {
+    const auto arguments = std::make_shared<DumpArguments>();
+    return {.name = "dump",
+            .summary = "Print all instances as JSON, one a line",
+            .operands = {{.name = "FILE",
+                          .place = &arguments->path,
+                          .help = "STEP file; - for standard input",
+                          .kind = WordKind::file}},
+            .options = {{.name = "--inverse",
+                         .place = &arguments->withInverses,
+                         .help = "Inverse attributes too: the instances that refer to each"}},
+            .text = "Instances come in ascending order of their names:\n"
                     "  {\"id\":15,\"type\":\"IfcPerson\",\"attributes\":{\"Id\":\"007\",...}}\n"
                     "No value is null; a reference {\"ref\":22}; an enumeration its literal; a logical\n"
                     "true, false or \"UNKNOWN\"; a value of a select {\"type\":\"IfcLabel\",\"value\":\"Oak\"};\n"
@@ -48,11 +58,9 @@ void addDump(CLI::App& app, Action& action) {
                     "Attributes that the entity redeclares as derived and records that are kept as\n"
                     "text are left out. --inverse adds, behind the attributes,\n"
                     "  ,\"inverse\":{\"EngagedIn\":[{\"ref\":22}],...}\n"
-                    "with an array for every inverse attribute, whether it may hold one or many.\n\n"
-                    "Example: the walls\n"
-                    "  kpifc dump house.ifc | grep '\"type\":\"IfcWall'");
-    command->callback(
-        [path, withInverses, &action] { action = [path, withInverses] { return dump(*path, *withInverses); }; });
+                    "with an array for every inverse attribute, whether it may hold one or many.",
+            .examples = {"kpifc dump house.ifc | grep '\"type\":\"IfcWall'"},
+            .run = [arguments] { return dump(*arguments); }};
 }
 
 } // namespace kpifc

@@ -83,26 +83,32 @@ ExitCode eraseTargets(const EraseArguments& arguments) {
 
 } // namespace
 
-void addErase(CLI::App& app, Action& action) {
+Command eraseCommand() {
     const auto arguments = std::make_shared<EraseArguments>();
-    CLI::App* command = app.add_subcommand("erase", "Erase instances and write the file anew");
-    command->add_option("IN", arguments->input, "STEP file to read")->required();
-    command->add_option("TARGET", arguments->targets, "#15, or a GlobalId")->required();
-    addSaveOptions(*command, arguments->saving);
-    command->add_option("--policy", arguments->policy, "What happens to what refers to a target")
-        ->check(CLI::IsMember({"refuse", "drop", "cascade"}))
-        ->type_name("");
-    command->footer("  refuse   nothing is erased while anything else refers to it (if nothing is said)\n"
+    std::vector<Option> options = saveOptions(arguments->saving);
+    options.push_back({.name = "--policy",
+                       .place = &arguments->policy,
+                       .help = "What happens to what refers to a target: refuse, drop or cascade",
+                       .value = "POLICY",
+                       .choices = {"refuse", "drop", "cascade"}});
+    return {.name = "erase",
+            .summary = "Erase instances and write the file anew",
+            .operands = {{.name = "IN",
+                          .place = &arguments->input,
+                          .help = "STEP file to read; - for standard input",
+                          .kind = WordKind::file},
+                         {.name = "TARGET", .place = &arguments->targets, .help = "#15, or a GlobalId"}},
+            .options = options,
+            .text = "  refuse   nothing is erased while anything else refers to it (if nothing is said)\n"
                     "  drop     attributes that refer to it are unset, members of aggregates removed\n"
                     "  cascade  the same; then goes what only it used (placement, geometry, properties),\n"
                     "           openings in it, and relations that are left without what they relate.\n"
                     "           Other objects stay.\n"
                     "Attributes that lack a value afterwards are told on standard error. All other\n"
-                    "records stay byte for byte.\n\n"
-                    "Examples:\n"
-                    "  kpifc erase house.ifc '#15' '#16' -o house_new.ifc\n"
-                    "  kpifc erase house.ifc 2O2Fr$t4X7Zf8NOew3FLOH --policy cascade -o house_new.ifc");
-    command->callback([arguments, &action] { action = [arguments] { return eraseTargets(*arguments); }; });
+                    "records stay byte for byte.",
+            .examples = {"kpifc erase house.ifc '#15' '#16' -o house_new.ifc",
+                         "kpifc erase house.ifc 2O2Fr$t4X7Zf8NOew3FLOH --policy cascade -o house_new.ifc"},
+            .run = [arguments] { return eraseTargets(*arguments); }};
 }
 
 } // namespace kpifc

@@ -94,25 +94,34 @@ ExitCode extract(const ExtractArguments& arguments) {
 
 } // namespace
 
-void addExtract(CLI::App& app, Action& action) {
+Command extractCommand() {
     const auto arguments = std::make_shared<ExtractArguments>();
-    CLI::App* command = app.add_subcommand("extract", "Write a part of a model as a file of its own");
-    command->add_option("FILE", arguments->input, "STEP file to read")->required();
-    command
-        ->add_option("NAME", arguments->names,
-                     "#15 or a GlobalId for one instance; an entity for all of it and its subtypes")
-        ->required();
-    command->add_option("-o,--output", arguments->output, "File to write; not the input")->required();
-    command->footer("Objects come with their parts, contents, openings and what fills these; their types,\n"
+    return {.name = "extract",
+            .summary = "Write a part of a model as a file of its own",
+            .operands = {{.name = "FILE",
+                          .place = &arguments->input,
+                          .help = "STEP file to read; - for standard input",
+                          .kind = WordKind::file},
+                         {.name = "NAME",
+                          .place = &arguments->names,
+                          .help = "#15 or a GlobalId for one instance; an entity for all of it and its subtypes",
+                          .kind = WordKind::entity}},
+            .options = {{.name = "--output",
+                         .place = &arguments->output,
+                         .help = "File to write; not the input",
+                         .value = "FILE",
+                         .letter = 'o',
+                         .kind = WordKind::file,
+                         .isRequired = true}},
+            .text = "Objects come with their parts, contents, openings and what fills these; their types,\n"
                     "properties, quantities, materials, classifications and other associations; shapes\n"
                     "with styles and layers; and with the storeys, buildings and sites that they are in.\n"
                     "The project with its units and contexts comes always, a group only where it is named,\n"
                     "anything else with what it refers to. Relations keep those of their members that are\n"
-                    "there. Instances keep their names, the file its header and order.\n\n"
-                    "Examples:\n"
-                    "  kpifc extract house.ifc IfcWall IfcDoor -o walls.ifc\n"
-                    "  kpifc extract house.ifc '2O2Fr$t4X7Zf8NOew3FLOH' -o wall.ifc");
-    command->callback([arguments, &action] { action = [arguments] { return extract(*arguments); }; });
+                    "there. Instances keep their names, the file its header and order.",
+            .examples = {"kpifc extract house.ifc IfcWall IfcDoor -o walls.ifc",
+                         "kpifc extract house.ifc '2O2Fr$t4X7Zf8NOew3FLOH' -o wall.ifc"},
+            .run = [arguments] { return extract(*arguments); }};
 }
 
 } // namespace kpifc

@@ -15,10 +15,14 @@ KpIfcOpenOptions& openOptions() {
     return options;
 }
 
+std::string fileLabel(const std::string& path) {
+    return path == kStandardStream ? "standard input" : path;
+}
+
 bool open(KpIfcFile& file, const std::string& path, const KpIfcOpenOptions& options) {
     Progress progress;
     file.progress(progress.function());
-    const bool isOpen = file.open(path, options) == KP::eOk;
+    const bool isOpen = file.open(path == kStandardStream ? "/dev/stdin" : path, options) == KP::eOk;
     file.progress({});
     stopIfInterrupted();
     return isOpen;
@@ -54,7 +58,7 @@ std::string summary(const KpIfcReport& report) {
 
 void tellProblems(const std::string& path, const KpIfcReport& report) {
     if (!report.isClean()) {
-        tell(fmt::format("kpifc: {}: read with {}; kpifc info lists them", path, summary(report)));
+        tell(fmt::format("kpifc: {}: read with {}; kpifc info lists them", fileLabel(path), summary(report)));
     }
 }
 

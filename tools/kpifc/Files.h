@@ -13,7 +13,12 @@ namespace kpifc {
 /// How openFile() reads from now on, and what exitCode() makes of departures from the standard.
 KP_SDAI::KpIfcOpenOptions& openOptions();
 
-/// Opens a file, showing progress; false, with error(), where it cannot be read. Throws Interrupted.
+/// What stands for standard input and output where a file is named.
+inline constexpr std::string_view kStandardStream = "-";
+/// A path for messages: what names a stream is spelled out.
+std::string fileLabel(const std::string& path);
+
+/// Opens a file, or standard input, showing progress; false, with error(), where it cannot be read. Throws Interrupted.
 bool open(KP_SDAI::KpIfcFile& file, const std::string& path, const KP_SDAI::KpIfcOpenOptions& options = {});
 /// The same, by openOptions(); throws Failure where it cannot be read.
 KP_SDAI::KpIfcFile openFile(const std::string& path);

@@ -95,22 +95,28 @@ ExitCode get(const GetArguments& arguments) {
 
 } // namespace
 
-void addGet(CLI::App& app, Action& action) {
+Command getCommand() {
     const auto arguments = std::make_shared<GetArguments>();
-    CLI::App* command = app.add_subcommand("get", "Print values of attributes");
-    command->add_option("FILE", arguments->file, "STEP file")->required();
-    command->add_option("NAME", arguments->names, "#15.FamilyName; #15 for all attributes of the instance")->required();
-    command->add_flag("--json", arguments->asJson, "Values as kpifc dump prints them; instances as its lines");
-    command->footer("Prints a line for each attribute, in the notation of STEP files, as kpifc set takes\n"
+    return {.name = "get",
+            .summary = "Print values of attributes",
+            .operands = {{.name = "FILE",
+                          .place = &arguments->file,
+                          .help = "STEP file; - for standard input",
+                          .kind = WordKind::file},
+                         {.name = "NAME",
+                          .place = &arguments->names,
+                          .help = "#15.FamilyName; #15 for all attributes of the instance"}},
+            .options = {{.name = "--json",
+                         .place = &arguments->asJson,
+                         .help = "Values as kpifc dump prints them; instances as its lines"}},
+            .text = "Prints a line for each attribute, in the notation of STEP files, as kpifc set takes\n"
                     "it: $ stands for no value. A GlobalId may stand for #15. Names of attributes are\n"
                     "known in any letter case. Attributes of a whole instance come as Name = value in\n"
                     "the order of its record, those that its entity derives left out. Of a sound file only\n"
-                    "what is asked for is read, so problems elsewhere are not told; kpifc info tells all.\n\n"
-                    "Examples:\n"
-                    "  kpifc get house.ifc '#15.FamilyName'\n"
-                    "  kpifc get house.ifc '2O2Fr$t4X7Zf8NOew3FLOH.Name' '#15'\n"
-                    "  kpifc get house.ifc '#15' --json");
-    command->callback([arguments, &action] { action = [arguments] { return get(*arguments); }; });
+                    "what is asked for is read, so problems elsewhere are not told; kpifc info tells all.",
+            .examples = {"kpifc get house.ifc '#15.FamilyName'",
+                         "kpifc get house.ifc '2O2Fr$t4X7Zf8NOew3FLOH.Name' '#15'", "kpifc get house.ifc '#15' --json"},
+            .run = [arguments] { return get(*arguments); }};
 }
 
 } // namespace kpifc

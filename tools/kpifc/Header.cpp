@@ -169,15 +169,25 @@ ExitCode header(const HeaderArguments& arguments) {
 
 } // namespace
 
-void addHeader(CLI::App& app, Action& action) {
+Command headerCommand() {
     const auto arguments = std::make_shared<HeaderArguments>();
-    CLI::App* command = app.add_subcommand("header", "Print the header, or change it and write the file anew");
-    command->add_option("FILE", arguments->file, "STEP file")->required();
-    command->add_option("FIELD[=TEXT]", arguments->fields, "time_stamp; name='house.ifc'");
-    addSaveOptions(*command, arguments->saving);
-    command->add_flag("--refresh", arguments->refresh, "Set time_stamp to now, preprocessor_version to this program");
-    command->add_flag("--json", arguments->asJson, "One JSON object, for programs");
-    command->footer("Without FIELD prints all fields, then the header's other records as they stand in\n"
+    std::vector<Option> options = saveOptions(arguments->saving);
+    options.push_back({.name = "--refresh",
+                       .place = &arguments->refresh,
+                       .help = "Set time_stamp to now, preprocessor_version to this program"});
+    options.push_back({.name = "--json", .place = &arguments->asJson, .help = "One JSON object, for programs"});
+    return {.name = "header",
+            .summary = "Print the header, or change it and write the file anew",
+            .operands = {{.name = "FILE",
+                          .place = &arguments->file,
+                          .help = "STEP file; - for standard input",
+                          .kind = WordKind::file},
+                         {.name = "FIELD[=TEXT]",
+                          .place = &arguments->fields,
+                          .help = "time_stamp; name='house.ifc'",
+                          .isRequired = false}},
+            .options = options,
+            .text = "Without FIELD prints all fields, then the header's other records as they stand in\n"
                     "the file; with some, their texts alone, a line each. Names of fields are those of the\n"
                     "standard, in any letter case; '-' may stand for '_', or nothing:\n"
                     "  description (a list), implementation_level,\n"
@@ -186,14 +196,13 @@ void addHeader(CLI::App& app, Action& action) {
                     "  schema_identifiers (a list; cannot be changed)\n"
                     "Texts are given as they are, without apostrophes. A list that is given several times\n"
                     "gets all the texts; what it had before goes. All other records stay byte for byte.\n"
-                    "time_stamp is changed only when asked.\n\n"
+                    "time_stamp is changed only when asked.\n"
+                    "\n"
                     "Keys of the JSON object: the fields, lists as arrays; other_records[] with keyword\n"
-                    "and text as the file writes it, where no FIELD is named.\n\n"
-                    "Examples:\n"
-                    "  kpifc header house.ifc\n"
-                    "  kpifc header house.ifc time_stamp\n"
-                    "  kpifc header house.ifc author='A. Meier' author='B. Roth' --refresh -o new.ifc");
-    command->callback([arguments, &action] { action = [arguments] { return header(*arguments); }; });
+                    "and text as the file writes it, where no FIELD is named.",
+            .examples = {"kpifc header house.ifc", "kpifc header house.ifc time_stamp",
+                         "kpifc header house.ifc author='A. Meier' author='B. Roth' --refresh -o new.ifc"},
+            .run = [arguments] { return header(*arguments); }};
 }
 
 } // namespace kpifc

@@ -43,18 +43,24 @@ static Counts countTypes(const KpIfcModel& model) {
     return counts;
 }
 
-static ExitCode info(const std::string& path, bool asJson) {
+namespace {
+
+struct InfoArguments {
+    std::vector<std::string> paths;
+    bool asJson = false;
+};
+
+ExitCode infoOfOne(const std::string& path, bool asJson, std::string& text) {
     KpIfcFile file;
     if (!open(file, path)) {
+        tell("kpifc: " + file.error());
         if (asJson) {
-            Output output;
-            output.text() = spelled(failureOf(path, file.error())) + '\n';
-            output.finish();
+            text += spelled(failureOf(path, file.error()));
         }
-        throw Failure(file.error());
+        return kFailed;
     }
     const KpIfcModel& model = *file.model();
-    const FileInfo about{.path = path,
+    const FileInfo about{.path = fileLabel(path),
                          .size = file.size(),
                          .moduleSchema = model.schema().name(),
                          .header = file.header(),
@@ -62,22 +68,46 @@ static ExitCode info(const std::string& path, bool asJson) {
                          .types = countTypes(model),
                          .keptRecords = model.keptRecordCount(),
                          .report = file.report()};
-    Output output;
-    output.text() = asJson ? jsonOf(about) : textOf(about);
-    output.finish();
+    text += asJson ? jsonOf(about) : textOf(about);
     return exitCode(file.report());
 }
 
-void addInfo(CLI::App& app, Action& action) {
-    const auto path = std::make_shared<std::string>();
-    const auto asJson = std::make_shared<bool>(false);
-    CLI::App* command = app.add_subcommand("info", "Tell what is in a file and what is wrong with it");
-    command->add_option("FILE", *path, "STEP file")->required();
-    command->add_flag("--json", *asJson, "One JSON object, for programs");
-    command->footer("Problems are listed as\n"
+ExitCode info(const InfoArguments& arguments) {
+    const bool isList = arguments.asJson && arguments.paths.size() > 1;
+    Output output;
+    ExitCode code = kFine;
+    std::string_view separator = isList ? "{\"files\":[\n" : "";
+    for (const std::string& path : arguments.paths) {
+        std::string text;
+        code = std::max(code, infoOfOne(path, arguments.asJson, text));
+        if (!text.empty()) {
+            output.text() += separator;
+            separator = isList ? ",\n" : "\n";
+        }
+        output.text() += text;
+        output.passOn();
+    }
+    output.text() += isList ? "\n]}\n" : arguments.asJson ? "\n" : "";
+    output.finish();
+    return code;
+}
+
+} // namespace
+
+Command infoCommand() {
+    const auto arguments = std::make_shared<InfoArguments>();
+    return {.name = "info",
+            .summary = "Tell what is in a file and what is wrong with it",
+            .operands = {{.name = "FILE",
+                          .place = &arguments->paths,
+                          .help = "STEP files; - for standard input",
+                          .kind = WordKind::file}},
+            .options = {{.name = "--json", .place = &arguments->asJson, .help = "One JSON object, for programs"}},
+            .text = "Problems are listed as\n"
                     "  LINE:COLUMN: SEVERITY: #INSTANCE ENTITY.ATTRIBUTE: what was found\n"
                     "where columns count bytes. Of each kind the first hundred are listed, and all\n"
-                    "are counted.\n\n"
+                    "are counted.\n"
+                    "\n"
                     "Keys of the JSON object:\n"
                     "  file, size              path as given, bytes\n"
                     "  schema                  name of the schema that the file was read with\n"
@@ -96,11 +126,9 @@ void addInfo(CLI::App& app, Action& action) {
                     "                          instance, entity, attribute, found, expected, done\n"
                     "                          (what became of it); null where there is none;\n"
                     "                          allowed: whether the standard allows it\n"
-                    "  error                   instead of all but file where it cannot be read\n\n"
-                    "Examples:\n"
-                    "  kpifc info house.ifc\n"
-                    "  kpifc info --json house.ifc | python3 -m json.tool");
-    command->callback([path, asJson, &action] { action = [path, asJson] { return info(*path, *asJson); }; });
+                    "  error                   instead of all but file where it cannot be read",
+            .examples = {"kpifc info house.ifc", "kpifc info --json house.ifc | python3 -m json.tool"},
+            .run = [arguments] { return info(*arguments); }};
 }
 
 } // namespace kpifc

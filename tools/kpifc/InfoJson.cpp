@@ -58,7 +58,7 @@ std::string jsonOf(const FileInfo& info) {
                          {"types", countsOf(info.types)},
                          {"keptRecords", info.keptRecords},
                          {"problems", problemsOf(info)}};
-    return spelled(object) + '\n';
+    return spelled(object);
 }
 
 } // namespace kpifc

@@ -1,6 +1,8 @@
 #include "Files.h"
 #include "HeaderFields.h"
 #include "Info.h"
+#include "Terminal.h"
+#include "TextLayout.h"
 #include "Utf8.h"
 
 #include <fmt/format.h>
@@ -13,36 +15,14 @@ namespace kpifc {
 
 namespace {
 
-constexpr std::size_t kColumns = 80;
 constexpr std::size_t kIndent = 17; ///< of what stands behind the labels
-
-/// A text broken at blanks into lines of `width` columns; words that are longer get a line of their own.
-std::vector<std::string> wrapped(std::string_view text, std::size_t width) {
-    std::vector<std::string> lines(1);
-    while (!text.empty()) {
-        const std::string_view word = text.substr(0, text.find(' '));
-        text.remove_prefix(word.size());
-        if (!lines.back().empty() && displayWidth(lines.back()) + displayWidth(word) > width) {
-            lines.emplace_back();
-        }
-        lines.back() += word;
-        while (text.starts_with(' ')) {
-            lines.back() += ' ';
-            text.remove_prefix(1);
-        }
-    }
-    for (std::string& line : lines) {
-        line.erase(line.find_last_not_of(' ') + 1);
-    }
-    return lines;
-}
 
 /// A label and one or more values, each from a line of its own.
 void field(std::string& out, std::string_view label, const std::vector<std::string>& values) {
     for (const std::string& value : values) {
-        for (const std::string& line : wrapped(printable(value), kColumns - kIndent)) {
+        for (const std::string& line : wrapped(printable(value), textColumns() - kIndent)) {
             if (!line.empty()) {
-                out += fmt::format("{:<{}}{}\n", label, kIndent, line);
+                out += styled(Style::bold, fmt::format("{:<{}}", label, kIndent)) + line + '\n';
                 label = "";
             }
         }
@@ -90,7 +70,7 @@ void problems(std::string& out, const FileInfo& info) {
     }
     for (const KpIfcReportEntry& entry : report.entries()) {
         std::string_view indent = "";
-        for (const std::string& line : wrapped(printable(entry.text()), kColumns - 4)) {
+        for (const std::string& line : wrapped(printable(entry.text()), textColumns() - 4)) {
             out += fmt::format("{}{}\n", indent, line);
             indent = "    ";
         }

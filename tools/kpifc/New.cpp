@@ -75,6 +75,10 @@ ExitCode createInstance(const NewArguments& arguments) {
                          instance.getInstanceType()->displayName(), fmt::join(names, ", ")));
     }
     const ExitCode code = save(file, arguments.input, arguments.saving, "1 created");
+    if (!arguments.saving.inPlace && arguments.saving.output == kStandardStream) {
+        tell(label);
+        return code;
+    }
     Output output;
     output.text() = label + '\n';
     output.finish();
@@ -83,19 +87,28 @@ ExitCode createInstance(const NewArguments& arguments) {
 
 } // namespace
 
-void addNew(CLI::App& app, Action& action) {
+Command newCommand() {
     const auto arguments = std::make_shared<NewArguments>();
-    CLI::App* command = app.add_subcommand("new", "Create an instance and write the file anew");
-    command->add_option("IN", arguments->input, "STEP file to read")->required();
-    command->add_option("ENTITY", arguments->entity, "Its entity, in any letter case")->required();
-    command->add_option("ASSIGNMENT", arguments->assignments, "FamilyName='Meier'");
-    addSaveOptions(*command, arguments->saving);
-    command->footer("The instance gets the name after the highest one, which is printed, and a fresh\n"
+    return {.name = "new",
+            .summary = "Create an instance and write the file anew",
+            .operands = {{.name = "IN",
+                          .place = &arguments->input,
+                          .help = "STEP file to read; - for standard input",
+                          .kind = WordKind::file},
+                         {.name = "ENTITY",
+                          .place = &arguments->entity,
+                          .help = "Its entity, in any letter case",
+                          .kind = WordKind::entity},
+                         {.name = "ASSIGNMENT",
+                          .place = &arguments->assignments,
+                          .help = "FamilyName='Meier'",
+                          .isRequired = false}},
+            .options = saveOptions(arguments->saving),
+            .text = "The instance gets the name after the highest one, which is printed, and a fresh\n"
                     "GlobalId where its entity has one. Values are as kpifc set takes them. Attributes\n"
-                    "that must have a value and were given none are told on standard error.\n\n"
-                    "Example:\n"
-                    "  kpifc new house.ifc IfcWall \"Name='North'\" 'OwnerHistory=#11' -o house_new.ifc");
-    command->callback([arguments, &action] { action = [arguments] { return createInstance(*arguments); }; });
+                    "that must have a value and were given none are told on standard error.",
+            .examples = {"kpifc new house.ifc IfcWall \"Name='North'\" 'OwnerHistory=#11' -o house_new.ifc"},
+            .run = [arguments] { return createInstance(*arguments); }};
 }
 
 } // namespace kpifc

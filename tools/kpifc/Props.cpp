@@ -46,27 +46,36 @@ ExitCode tellProps(const PropsArguments& arguments) {
 
 } // namespace
 
-void addProps(CLI::App& app, Action& action) {
+Command propsCommand() {
     const auto arguments = std::make_shared<PropsArguments>();
-    CLI::App* command = app.add_subcommand("props", "Print property sets and quantities of objects");
-    command->add_option("FILE", arguments->file, "STEP file")->required();
-    command->add_option("NAME", arguments->name, "#15, a GlobalId, or an entity, which includes its subtypes");
-    CLI::Option* json = command->add_flag("--json", arguments->asJson, "A JSON object a line for each object");
-    command->add_flag("--csv", arguments->asCsv, "A line for each object, a column for each property")->excludes(json);
-    command->footer("Without NAME, prints all objects and types that have properties. Properties of an\n"
+    return {.name = "props",
+            .summary = "Print property sets and quantities of objects",
+            .operands = {{.name = "FILE",
+                          .place = &arguments->file,
+                          .help = "STEP file; - for standard input",
+                          .kind = WordKind::file},
+                         {.name = "NAME",
+                          .place = &arguments->name,
+                          .help = "#15, a GlobalId, or an entity, which includes its subtypes",
+                          .kind = WordKind::entity}},
+            .options = {{.name = "--json", .place = &arguments->asJson, .help = "A JSON object a line for each object"},
+                        {.name = "--csv",
+                         .place = &arguments->asCsv,
+                         .help = "A line for each object, a column for each property",
+                         .excludes = "--json"}},
+            .text = "Without NAME, prints all objects and types that have properties. Properties of an\n"
                     "object's type are its own unless it has them itself. Units are those of the values,\n"
-                    "else those of the project.\n\n"
+                    "else those of the project.\n"
+                    "\n"
                     "Columns of the table: name, value, unit, type of measure, \"from type\".\n"
                     "Columns of CSV: id, GlobalId, type, name; then Set.Property in the order in which\n"
                     "they are first met. Every object that NAME stands for has a line.\n"
                     "Keys of JSON: id, type, global_id, name, properties[]: set, name, kind (single,\n"
                     "bounded, enumerated, list, table, reference, quantity, attribute), value, measure,\n"
                     "unit, unit_id, from_type, set_id, property_id; of tables defining_measure,\n"
-                    "defining_unit, defining_unit_id, too.\n\n"
-                    "Examples:\n"
-                    "  kpifc props house.ifc '#15'\n"
-                    "  kpifc props house.ifc IfcWall --csv > walls.csv");
-    command->callback([arguments, &action] { action = [arguments] { return tellProps(*arguments); }; });
+                    "defining_unit, defining_unit_id, too.",
+            .examples = {"kpifc props house.ifc '#15'", "kpifc props house.ifc IfcWall --csv > walls.csv"},
+            .run = [arguments] { return tellProps(*arguments); }};
 }
 
 } // namespace kpifc

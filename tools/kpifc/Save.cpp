@@ -13,19 +13,33 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
-void addSaveOptions(CLI::App& command, SaveOptions& options) {
-    CLI::Option* const output = command.add_option("-o,--output", options.output,
-                                                   "File to write; not the input. Compressed where it\n"
-                                                   "ends in .gz, .ifczip or .zip");
-    command.add_flag("--in-place", options.inPlace, "Replace the input, when all is written")->excludes(output);
-    command.add_flag("--normalise", options.normalise,
-                     "Write every record anew, uniform and sorted, without comments; else\n"
-                     "what is not changed is copied byte for byte");
+std::vector<Option> saveOptions(SaveOptions& options) {
+    return {{.name = "--output",
+             .place = &options.output,
+             .help = "File to write; not the input; - for standard output. Compressed where it ends in .gz, .ifczip "
+                     "or .zip",
+             .value = "FILE",
+             .letter = 'o',
+             .kind = WordKind::file},
+            {.name = "--in-place",
+             .place = &options.inPlace,
+             .help = "Replace the input, when all is written",
+             .excludes = "--output"},
+            {.name = "--normalise",
+             .place = &options.normalise,
+             .help = "Write every record anew, uniform and sorted, without comments; else what is not changed is "
+                     "copied byte for byte"}};
 }
 
 void checkTarget(const std::string& input, const SaveOptions& options) {
     if (!options.inPlace && options.output.empty()) {
         throw Failure("where to write? Expected -o FILE or --in-place");
+    }
+    if (options.inPlace && input == kStandardStream) {
+        throw Failure("standard input cannot be replaced; expected -o FILE");
+    }
+    if (!options.inPlace && options.output == kStandardStream) {
+        return;
     }
     std::error_code none; // files that are missing are not the same
     if (!options.inPlace && std::filesystem::equivalent(input, options.output, none)) {
@@ -48,10 +62,13 @@ void checkTarget(const std::string& input, const SaveOptions& options) {
 
 static void saveShowingProgress(KpIfcFile& file, const std::string& output, const KpIfcSaveOptions& options) {
     Progress progress;
+    Output stream;
     file.progress(progress.function());
-    const KP::ErrorStatus status = file.save(output, options);
+    const KP::ErrorStatus status =
+        output == kStandardStream ? file.saveToMemory(stream.text(), options) : file.save(output, options);
     file.progress({});
     if (status == KP::eOk) {
+        stream.finish();
         return; // a signal that came later comes too late
     }
     stopIfInterrupted();
@@ -62,7 +79,8 @@ ExitCode save(KpIfcFile& file, const std::string& input, const SaveOptions& opti
     const std::string& output = options.inPlace ? input : options.output;
     saveShowingProgress(file, output, {.normalise = options.normalise});
     const KpIfcModel& model = *file.model();
-    std::string line = fmt::format("{} -> {}: {}", input, output, counted(model.count(), "instance"));
+    const std::string written = output == kStandardStream ? "standard output" : output;
+    std::string line = fmt::format("{} -> {}: {}", fileLabel(input), written, counted(model.count(), "instance"));
     if (!changes.empty()) {
         line += ", " + changes;
     }
@@ -77,7 +95,7 @@ ExitCode save(KpIfcFile& file, const std::string& input, const SaveOptions& opti
     }
     tell(line);
     for (const KpIfcReportEntry& entry : file.writeReport().entries()) {
-        tell(fmt::format("{}: {}", output, entry.text()));
+        tell(fmt::format("{}: {}", written, entry.text()));
     }
     return file.writeReport().isClean() ? exitCode(file.report()) : kProblems;
 }

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "Failure.h"
+#include "CommandLine.h"
 
 #include <KpIfcCore/KpIfcFile.h>
 
-#include <CLI/App.hpp>
-
 #include <string>
+#include <vector>
 
 namespace kpifc {
 
@@ -17,8 +16,8 @@ struct SaveOptions {
     bool normalise = false;
 };
 
-/// Adds -o, --in-place and --normalise to a command; one of the first two must be given.
-void addSaveOptions(CLI::App& command, SaveOptions& options);
+/// -o, --in-place and --normalise; one of the first two must be given, which checkTarget() looks at.
+std::vector<Option> saveOptions(SaveOptions& options);
 
 /// Throws Failure where nothing says where to write, the input would be overwritten without --in-place, or the output
 /// is a folder or stands in none. To be called before work is done in vain.

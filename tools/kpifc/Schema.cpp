@@ -8,6 +8,7 @@
 #include <KpIfcCore/KpIfcModule.h>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <memory>
 #include <optional>
@@ -22,6 +23,7 @@ struct SchemaArguments {
     std::optional<std::string> name;
     std::string schema = "IFC2X3";
     bool asJson = false;
+    bool namesOnly = false;
 };
 
 std::string unknownText(const KpIfcSchema& schema, const std::string& name) {
@@ -30,6 +32,9 @@ std::string unknownText(const KpIfcSchema& schema, const std::string& name) {
 }
 
 std::string answer(const KpIfcSchema& schema, const SchemaArguments& arguments) {
+    if (arguments.namesOnly) {
+        return fmt::format("{}\n", fmt::join(SchemaNames(schema).entities, "\n"));
+    }
     if (!arguments.name) {
         return arguments.asJson ? schema_json::overview(schema) : schema_text::overview(schema);
     }
@@ -56,15 +61,27 @@ ExitCode tellSchema(const SchemaArguments& arguments) {
 
 } // namespace
 
-void addSchema(CLI::App& app, Action& action) {
+Command schemaCommand() {
     const auto arguments = std::make_shared<SchemaArguments>();
-    CLI::App* command = app.add_subcommand("schema", "Tell what a schema declares");
-    command->add_option("NAME", arguments->name, "Entity or type, in any letter case");
-    command->add_option("--schema", arguments->schema, "The schema")->capture_default_str();
-    command->add_flag("--json", arguments->asJson, "One JSON object, for programs");
-    command->footer("NAME is that of an entity, defined type, enumeration or select; without one,\n"
+    return {.name = "schema",
+            .summary = "Tell what a schema declares",
+            .operands = {{.name = "NAME",
+                          .place = &arguments->name,
+                          .help = "Entity or type, in any letter case",
+                          .kind = WordKind::entity}},
+            .options = {{.name = "--schema",
+                         .place = &arguments->schema,
+                         .help = "The schema; IFC2X3 by default",
+                         .value = "NAME"},
+                        {.name = "--json", .place = &arguments->asJson, .help = "One JSON object, for programs"},
+                        {.name = "--names",
+                         .place = &arguments->namesOnly,
+                         .help = "The names of all entities, a line each, as completion wants them",
+                         .isHidden = true}},
+            .text = "NAME is that of an entity, defined type, enumeration or select; without one,\n"
                     "tells how much the schema declares. Attributes of an entity are numbered by\n"
-                    "their places in its records.\n\n"
+                    "their places in its records.\n"
+                    "\n"
                     "Keys of the JSON object:\n"
                     "  schema, version         name of the schema; version without NAME only\n"
                     "  counts                  entities, abstract_entities, explicit_attributes,\n"
@@ -86,11 +103,10 @@ void addSchema(CLI::App& app, Action& action) {
                     "  members[]               of a select, as declared\n"
                     "  flattened_members[]     of a select, nested selects replaced by their members\n"
                     "of both\n"
-                    "  used_by                 types[], selects[], attributes[] (entity, name, kind)\n\n"
-                    "Examples:\n"
-                    "  kpifc schema ifcwall\n"
-                    "  kpifc schema IfcTrimmingSelect --json");
-    command->callback([arguments, &action] { action = [arguments] { return tellSchema(*arguments); }; });
+                    "  used_by                 types[], selects[], attributes[] (entity, name, kind)",
+            .exitCodes = {{0, "told"}, {2, "the schema declares no such thing, or has no module"}},
+            .examples = {"kpifc schema ifcwall", "kpifc schema IfcTrimmingSelect --json"},
+            .run = [arguments] { return tellSchema(*arguments); }};
 }
 
 } // namespace kpifc

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Suggestions.h"
+
 #include <KpIfcCore/KpIfcSchema.h>
 
 #include <string>
@@ -18,11 +20,7 @@ struct SchemaNames {
     std::vector<std::string> selects;
 };
 
-/// Names that somebody who wrote `name` may have meant, nearest first, at most five. Letter case and a missing "Ifc" do
-/// not matter. Where no spelling is near, names that contain what was written.
+/// Names of any kind that somebody who wrote `name` may have meant.
 std::vector<std::string> suggestions(const SchemaNames& names, std::string_view name);
-std::vector<std::string> suggestions(const std::vector<std::string>& names, std::string_view name);
-/// "; did you mean IfcWall, IfcSlab?"; empty where there are none.
-std::string didYouMean(const std::vector<std::string>& suggestions);
 
 } // namespace kpifc

@@ -34,14 +34,19 @@ ExitCode set(const SetArguments& arguments) {
 
 } // namespace
 
-void addSet(CLI::App& app, Action& action) {
+Command setCommand() {
     const auto arguments = std::make_shared<SetArguments>();
-    CLI::App* command = app.add_subcommand("set", "Change attributes and write the file anew");
-    command->add_option("IN", arguments->input, "STEP file to read")->required();
-    command->add_option("ASSIGNMENT", arguments->assignments, "#15.FamilyName='Meier'; a GlobalId may stand for #15")
-        ->required();
-    addSaveOptions(*command, arguments->saving);
-    command->footer("Values are in the notation of STEP files, as kpifc get prints them:\n"
+    return {.name = "set",
+            .summary = "Change attributes and write the file anew",
+            .operands = {{.name = "IN",
+                          .place = &arguments->input,
+                          .help = "STEP file to read; - for standard input",
+                          .kind = WordKind::file},
+                         {.name = "ASSIGNMENT",
+                          .place = &arguments->assignments,
+                          .help = "#15.FamilyName='Meier'; a GlobalId may stand for #15"}},
+            .options = saveOptions(arguments->saving),
+            .text = "Values are in the notation of STEP files, as kpifc get prints them:\n"
                     "  1.5  7                 numbers; a real may be without its point\n"
                     "  'Oak'                  texts, encoded as in files or plain UTF-8; '' for an apostrophe\n"
                     "  .ELEMENT.  .T.         literals of enumerations; booleans .T. .F., logicals .U. too\n"
@@ -52,10 +57,9 @@ void addSet(CLI::App& app, Action& action) {
                     "  $                      no value\n"
                     "Nothing is written unless every assignment fits its attribute. What the schema\n"
                     "does not want but files can hold (no value where one must be, too many members)\n"
-                    "is stored and told on standard error. All other records stay byte for byte.\n\n"
-                    "Example:\n"
-                    "  kpifc set house.ifc \"#15.FamilyName='Meier'\" '#15.GivenName=$' -o house_new.ifc");
-    command->callback([arguments, &action] { action = [arguments] { return set(*arguments); }; });
+                    "is stored and told on standard error. All other records stay byte for byte.",
+            .examples = {"kpifc set house.ifc \"#15.FamilyName='Meier'\" '#15.GivenName=$' -o house_new.ifc"},
+            .run = [arguments] { return set(*arguments); }};
 }
 
 } // namespace kpifc

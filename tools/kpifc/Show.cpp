@@ -42,27 +42,32 @@ ExitCode show(const ShowArguments& arguments) {
 
 } // namespace
 
-void addShow(CLI::App& app, Action& action) {
+Command showCommand() {
     const auto arguments = std::make_shared<ShowArguments>();
-    CLI::App* command = app.add_subcommand("show", "Show an instance and what refers to it");
-    command->add_option("FILE", arguments->file, "STEP file")->required();
-    command->add_option("NAME", arguments->name, "#15, or a GlobalId")->required();
-    command->add_flag("--all", arguments->isWhole, "Long lists to their ends");
-    command->add_flag("--json", arguments->asJson, "One JSON object, for programs; always whole");
-    command->footer("Shows the entity with its supertypes, the values of all attributes (references with\n"
+    return {.name = "show",
+            .summary = "Show an instance and what refers to it",
+            .operands = {{.name = "FILE",
+                          .place = &arguments->file,
+                          .help = "STEP file; - for standard input",
+                          .kind = WordKind::file},
+                         {.name = "NAME", .place = &arguments->name, .help = "#15, or a GlobalId"}},
+            .options = {{.name = "--all", .place = &arguments->isWhole, .help = "Long lists to their ends"},
+                        {.name = "--json",
+                         .place = &arguments->asJson,
+                         .help = "One JSON object, for programs; always whole"}},
+            .text = "Shows the entity with its supertypes, the values of all attributes (references with\n"
                     "type and name, - for no value), the inverse attributes that hold something, and all\n"
                     "that refers to the instance, by the attribute through which it does. Records that\n"
-                    "are kept as text are shown as they stand in the file.\n\n"
+                    "are kept as text are shown as they stand in the file.\n"
+                    "\n"
                     "Keys of the JSON object:\n"
                     "  id, type, attributes, inverse   as kpifc dump --inverse prints them\n"
                     "  supertypes[]                    the direct one first\n"
                     "  referrers                       \"IfcRelDefinesByType.RelatedObjects\": [{\"ref\":5}]\n"
                     "  keptText                        of records that are kept as text, instead of type,\n"
-                    "                                  attributes, inverse and supertypes\n\n"
-                    "Examples:\n"
-                    "  kpifc show house.ifc '#15'\n"
-                    "  kpifc show house.ifc '2O2Fr$t4X7Zf8NOew3FLOH'");
-    command->callback([arguments, &action] { action = [arguments] { return show(*arguments); }; });
+                    "                                  attributes, inverse and supertypes",
+            .examples = {"kpifc show house.ifc '#15'", "kpifc show house.ifc '2O2Fr$t4X7Zf8NOew3FLOH'"},
+            .run = [arguments] { return show(*arguments); }};
 }
 
 } // namespace kpifc

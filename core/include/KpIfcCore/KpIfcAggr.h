@@ -8,7 +8,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace KP_SDAI {
@@ -162,6 +165,23 @@ public:
             ++m_count;
         }
     }
+    /// Replaces the elements by copies of values that are in order and may be this aggregate's own. Where memory runs
+    /// out nothing has changed.
+    void replaceByCopies(const T* values, std::size_t count) {
+        if constexpr (std::is_trivially_copyable_v<T>) {
+            const std::less<const T*> before;
+            if (before(values + count, begin()) || !before(values, end())) {
+                makeRoom(count);
+                std::uninitialized_copy_n(values, count, data());
+                m_count = static_cast<std::uint32_t>(count);
+                return;
+            }
+        }
+        KpIfcArray<T> copies;
+        copies.reserve(static_cast<std::uint32_t>(count));
+        for (std::size_t i = 0; i < count; ++i) copies.append(values[i]);
+        replace(copies.begin(), count);
+    }
     /// Destroys the elements from position `count` on.
     void shrinkTo(std::size_t count) {
         T* items = data();
@@ -172,6 +192,8 @@ public:
         for (const T& element : *this) static_cast<KpIfcAggrElements*>(copy.imp)->place(element);
         return copy.release();
     }
+    /// A new implementation of the same class on the heap, without elements, with room for some.
+    KpIfcAggrImp* createWithRoom(std::size_t room) const { return this->create(nullptr, room); }
     /// A new implementation of the same class in a model's memory, with room for `room` elements at least; takes the
     /// values over.
     KpIfcAggrImp* createFilled(KpArena& arena, T* values, std::size_t count, std::size_t room = 0) const {

@@ -29,12 +29,7 @@ public:
     }
     virtual const T& at(int position) const { return const_cast<KpIfcOrderedAggrImp*>(this)->at(position); }
     /// Replaces the elements, in array order; the bounds are not checked.
-    virtual void assign(const T* values, std::size_t count) {
-        KpIfcArray<T> copies; // the values may be this aggregate's own
-        copies.reserve(static_cast<std::uint32_t>(count));
-        for (std::size_t i = 0; i < count; ++i) copies.append(values[i]);
-        this->replace(copies.begin(), count);
-    }
+    virtual void assign(const T* values, std::size_t count) { this->replaceByCopies(values, count); }
     void append(const T& value) { this->insertAt(this->m_count, value); }
     /// The position of the first equal element; count() where there is none.
     std::size_t find(const T& value) const {

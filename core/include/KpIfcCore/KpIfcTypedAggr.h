@@ -32,7 +32,7 @@ public:
     /// Replaces the elements by those of an array, which may come from this aggregate; creates it where nil.
     template <class Reallocator>
     void assign(const KpIfcArray<T, Reallocator>& values) {
-        changeable().assign(values.begin(), values.size());
+        changeable(values.size()).assign(values.begin(), values.size());
     }
     /// The same without a look at bounds; takes over the elements.
     void replace(KpIfcArray<T>&& values) {
@@ -61,9 +61,8 @@ protected:
     void copy(const KpIfcTypedAggr& other) {
         if (this == &other) return;
         if (!other.isNil()) {
-            KpIfcArray<T> elements; // in order already; no bound refuses what the other holds
-            other.copyTo(elements);
-            changeable().replace(elements.begin(), elements.size());
+            // In order already; no bound refuses what the other holds.
+            changeable(other.size()).replaceByCopies(other.begin(), other.size());
         } else if (!this->isNil()) {
             KpIfcAggrImp* const nil = this->m_imp->placeholder();
             this->dispose();
@@ -74,6 +73,11 @@ protected:
     const Imp& imp() const { return static_cast<const Imp&>(*this->m_imp); }
     Imp& changeable() {
         this->createEmpty();
+        return static_cast<Imp&>(*this->m_imp);
+    }
+    /// Where nil, with room for so many elements.
+    Imp& changeable(std::size_t room) {
+        if (this->isNil()) this->m_imp = imp().createWithRoom(room);
         return static_cast<Imp&>(*this->m_imp);
     }
 };
