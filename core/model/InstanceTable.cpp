@@ -1,6 +1,7 @@
 #include "model/InstanceTable.h"
 
 #include "model/MakeRoom.h"
+#include "model/SlotWalk.h"
 
 #include <algorithm>
 #include <atomic>
@@ -100,24 +101,7 @@ KpIfcSlot* InstanceTable::find(std::uint64_t name) const {
 }
 
 KpIfcSlot* InstanceTable::next(Place& place) const {
-    // The next among the dense ones, and the next scattered one: the lower name wins.
-    KpIfcSlot* dense = nullptr;
-    for (; place.stretch < stretchCount(); ++place.stretch, place.index = 0) {
-        KpIfcSlotChunk* const slots = chunk(place.stretch);
-        if (!slots) continue;
-        while (place.index < KpIfcSlotChunk::kSlots && slots->slots[place.index].word == 0) ++place.index;
-        if (place.index == KpIfcSlotChunk::kSlots) continue;
-        dense = &slots->slots[place.index];
-        break;
-    }
-    while (place.sparse < m_sparse.size() && m_sparse[place.sparse]->word == 0) ++place.sparse;
-    KpIfcSlot* const scattered = place.sparse < m_sparse.size() ? m_sparse[place.sparse] : nullptr;
-    if (scattered && (!dense || KpDbObjectId(scattered) < KpDbObjectId(dense))) {
-        ++place.sparse;
-        return scattered;
-    }
-    if (dense) ++place.index;
-    return dense;
+    return nextSlot(*this, place);
 }
 
 void InstanceTable::sortSparse() {

@@ -2,6 +2,7 @@
 #include <KpIfcCore/KpIfcModel.h>
 
 #include "model/ModelData.h"
+#include "model/SlotWalk.h"
 
 #include <algorithm>
 #include <cstring>
@@ -152,17 +153,21 @@ KpIfcModel::Range KpIfcModel::instances(std::string_view entityName, bool withSu
 
 void KpIfcModel::Iterator::advance() {
     InstanceTable::Place place{m_stretch, m_index, m_sparse};
+    KpIfcEntityBase* current = nullptr;
     for (;;) {
-        const KpDbObjectId next(m_data->table.next(place));
-        m_current = next.instanceRead();
-        if (next.isNull() || (m_current && !m_type)) break;
+        const KpDbObjectId next(nextSlot(m_data->table, place));
+        current = next.instanceRead();
+        if (next.isNull() || (current && !m_type)) break;
         // What has not been read need not be, where it is of another entity; a record kept as text has none.
-        const KpIfcEntityType* const type = m_current ? m_current->getInstanceType() : m_data->entityOf(next);
+        const KpIfcEntityType* const type = current ? current->getInstanceType() : m_data->entityOf(next);
         if (!type) continue;
-        if (m_type && type != m_type && !(m_withSubtypes && type->isKindOf(m_type))) continue;
-        if (!m_current) m_current = next.openObject();
-        if (m_current) break;
+        if (m_type && type != m_type) {
+            if (!m_withSubtypes || !(current ? current->isKindOf(m_type) : type->isKindOf(m_type))) continue;
+        }
+        if (!current) current = next.openObject();
+        if (current) break;
     }
+    m_current = current;
     m_stretch = place.stretch;
     m_index = place.index;
     m_sparse = place.sparse;
