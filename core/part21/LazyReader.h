@@ -64,7 +64,8 @@ private:
 
     SourcePiece m_piece;
     RecordReader m_records;
-    ReadRecords m_into; ///< by the touch that is under way, as far as the model has not been told; its layout is of no use
+    ReadRecords
+        m_into; ///< by the touch that is under way, as far as the model has not been told; its layout is of no use
     struct Touched {
         KpIfcSlot* slot;
         std::uintptr_t word; ///< that it had

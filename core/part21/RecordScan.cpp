@@ -3,6 +3,7 @@
 #include "model/RootedEntity.h"
 #include "part21/Lexer.h"
 #include "part21/ParameterScan.h"
+#include "part21/Scan.h"
 #include "part21/UnreadWord.h"
 
 #include <bit>
@@ -120,7 +121,11 @@ bool RecordScan::passRecords(const char*& place, ProgressMeter& progress) {
         }
         const char* p = place + 1;
         std::uint64_t name = 0;
-        while (lexer::isDigit(*p)) name = name * 10 + static_cast<unsigned>(*p++ - '0');
+        if (const char* const behind = scan::name(p, name)) {
+            p = behind;
+        } else {
+            for (name = 0; lexer::isDigit(*p); ++p) name = name * 10 + static_cast<unsigned>(*p - '0');
+        }
         const std::ptrdiff_t digits = p - place - 1;
         p = behindBlanks(p, end());
         const bool hasName = digits > 0 && digits <= 18 && name != 0 && *p == '=';

@@ -32,6 +32,10 @@ const Records kRecords[] = {
     {"#2=IFCPOLYLINE((#1,#3));\n#3=IFCCARTESIANPOINT((1.,2.));\n#1=IFCCARTESIANPOINT((0.,0.));\n", true},
     {"#1 = IFCPOLYLINE ( ( #2 , #3 ) ) ;\n/* a 'comment; */ #2=IFCCARTESIANPOINT((1.,\n\t2.));#3=IFCDIRECTION(());",
      true},
+    // Comments that look like records: several threads cannot read them.
+    {"#1=IFCDIRECTION((1.));\n/* a;\n#2=IFCPOLYLINE((#1));\n#3=IFCDIRECTION((1.));\n*/\n#2=IFCDIRECTION((2.));\n"
+     "#3=IFCPERSON((7),$,$,$,$,$,$,$);\n",
+     true},
     // Texts.
     {"#1=IFCPERSON('it''s; a (name','/* none */',$,('a=b','c\\\\'),$,$,$,$);", true},
     {"#1=IFCPERSON('\\S\\'',$,$,$,$,$,$,$);\n#2=IFCPERSON('\\S\\''',$,$,$,$,$,$,$);\n", false},
