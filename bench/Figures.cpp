@@ -57,6 +57,11 @@ Json memoryOf(const FileFigures& file) {
             {"bytesPerInstance", orNull(bytesPerInstance(file))}};
 }
 
+Json lazyOf(const std::optional<LazyFigures>& figures) {
+    if (!figures) return {};
+    return {{"timePerOpen", figures->timePerOpen}, {"memoryPerOpen", figures->memoryPerOpen}};
+}
+
 } // namespace
 
 std::string tableOf(const Figures& figures) {
@@ -73,6 +78,15 @@ std::string tableOf(const Figures& figures) {
                              cell(ratio(size, file.close), 0), cell(inNanoseconds(file.inverse), 1),
                              cell(bytesPerInstance(file), 0), cell(peakPerFile(file), 2));
     }
+    for (const FileFigures& file : figures.files) {
+        if (!file.findGlobalId || !file.countTypes) continue;
+        const auto percent = [](double share) { return cell(100 * share, 0) + " %"; };
+        table +=
+            fmt::format("{}, lazily: one GlobalId {} of the time and {} of the memory of opening; instances by "
+                        "type {} and {}\n",
+                        file.name, percent(file.findGlobalId->timePerOpen), percent(file.findGlobalId->memoryPerOpen),
+                        percent(file.countTypes->timePerOpen), percent(file.countTypes->memoryPerOpen));
+    }
     if (figures.module) {
         table += fmt::format("module: load and initialise {:.2f} ms, unload {:.2f} ms\n",
                              figures.module->initialise * 1e3, figures.module->unload * 1e3);
@@ -84,16 +98,18 @@ std::string tableOf(const Figures& figures) {
 std::string jsonOf(const Figures& figures) {
     Json files = Json::array();
     for (const FileFigures& file : figures.files) {
-        files.push_back({{"file", file.name},
-                         {"bytes", file.bytes},
-                         {"instances", file.instances},
-                         {"open", speedOf(file, file.open)},
-                         {"openWallSeconds", orNull(file.openWall)},
-                         {"write", speedOf(file, file.write)},
-                         {"save", speedOf(file, file.save)},
-                         {"close", speedOf(file, file.close)},
-                         {"inverse", {{"cpuSecondsPerRead", orNull(file.inverse)}}},
-                         {"memory", memoryOf(file)}});
+        files.push_back(
+            {{"file", file.name},
+             {"bytes", file.bytes},
+             {"instances", file.instances},
+             {"open", speedOf(file, file.open)},
+             {"openWallSeconds", orNull(file.openWall)},
+             {"write", speedOf(file, file.write)},
+             {"save", speedOf(file, file.save)},
+             {"close", speedOf(file, file.close)},
+             {"inverse", {{"cpuSecondsPerRead", orNull(file.inverse)}}},
+             {"memory", memoryOf(file)},
+             {"lazy", {{"findGlobalId", lazyOf(file.findGlobalId)}, {"countTypes", lazyOf(file.countTypes)}}}});
     }
     Json module;
     if (figures.module) {

@@ -5,6 +5,12 @@
 #include <string>
 #include <vector>
 
+/// What looking at little of a lazily opened file costs, opening included, over a full open by one thread.
+struct LazyFigures {
+    double timePerOpen = 0;
+    double memoryPerOpen = 0; ///< what the peak grew by it, each in a process of its own
+};
+
 /// What was measured of one file. Times are seconds of CPU time of all threads but where said otherwise, medians of the
 /// runs; what was not asked for is empty.
 struct FileFigures {
@@ -19,6 +25,8 @@ struct FileFigures {
     std::optional<double> inverse;             ///< of reading one inverse attribute of one instance
     std::optional<std::uint64_t> peakMemory;   ///< bytes of a process that opens the file and does nothing else
     std::optional<std::uint64_t> memoryGrowth; ///< what the peak grew by opening it, once the module is loaded
+    std::optional<LazyFigures> findGlobalId;   ///< one, of an instance in the middle
+    std::optional<LazyFigures> countTypes;     ///< how many instances of which entities there are
 };
 
 /// Seconds of CPU time, medians of the runs.

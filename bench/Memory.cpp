@@ -1,14 +1,11 @@
 #include "ChildProcess.h"
+#include "PeakMemory.h"
 #include "Workloads.h"
 
 #include <KpIfcCore/KpIfcFile.h>
 #include <KpIfcCore/KpIfcModule.h>
 
 #include <memory>
-
-#if __has_include(<sys/resource.h>)
-#include <sys/resource.h>
-#endif
 
 using namespace KP_SDAI;
 
@@ -19,22 +16,6 @@ struct Measured {
     std::uint64_t before; ///< peak once the module is loaded
     std::uint64_t peak;
 };
-
-/// Bytes of resident memory; 0 where the system does not tell.
-std::uint64_t peakOfThisProcess() {
-#if __has_include(<sys/resource.h>)
-#ifdef __APPLE__
-    constexpr std::uint64_t unit = 1;
-#else
-    constexpr std::uint64_t unit = 1024;
-#endif
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<std::uint64_t>(usage.ru_maxrss) * unit;
-#else
-    return 0;
-#endif
-}
 
 } // namespace
 

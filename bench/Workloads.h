@@ -13,6 +13,7 @@ struct Workloads {
     bool close = false;
     bool inverse = false; ///< every inverse attribute of every instance
     bool memory = false;
+    bool lazy = false; ///< look at little of it
     bool module = false;
     unsigned threads = 1; ///< that open files
 };
@@ -24,5 +25,7 @@ void measureSpeed(const std::string& path, int runs, const Workloads& workloads,
 /// Fills in how much memory an open file takes, seen in a fresh child process. Counts what this process holds in memory
 /// when it is called, so it should be called before any other work.
 void measureMemory(const std::string& path, const Workloads& workloads, FileFigures& figures);
+/// Fills in what looking at little of a lazily opened file costs. To be called early, as measureMemory().
+void measureLazily(const std::string& path, int runs, FileFigures& figures);
 /// Each run in a process that has not had the module before.
 ModuleFigures measureModule(int runs);

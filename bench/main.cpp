@@ -46,6 +46,7 @@ Workloads workloadsFor(const Arguments& arguments) {
             .close = wanted("close"),
             .inverse = wanted("inverse"),
             .memory = wanted("memory"),
+            .lazy = wanted("lazy"),
             .module = wanted("module"),
             .threads = arguments.threads};
 }
@@ -65,6 +66,9 @@ Figures measure(const Arguments& arguments) {
     for (std::size_t i = 0; workloads.memory && i < files.size(); ++i) {
         measureMemory(files[i].path().string(), workloads, figures.files[i]);
     }
+    for (std::size_t i = 0; workloads.lazy && i < files.size(); ++i) {
+        measureLazily(files[i].path().string(), arguments.runs, figures.files[i]);
+    }
     if (workloads.module) {
         figures.module = measureModule(arguments.runs);
     }
@@ -81,10 +85,11 @@ static int run(int argc, char** argv) {
     CLI::App app("Measures reading and writing of STEP files.", "kpifc_bench");
     Arguments arguments;
     app.add_option("FILE", arguments.files, "STEP files, also compressed (.gz); else the samples that are found");
-    app.add_option("--only", arguments.only, "Workloads: open, write, save, close, inverse, memory, module; else all")
+    app.add_option("--only", arguments.only,
+                   "Workloads: open, write, save, close, inverse, memory, lazy, module; else all")
         ->allow_extra_args(false)
         ->delimiter(',')
-        ->check(CLI::IsMember({"open", "write", "save", "close", "inverse", "memory", "module"}));
+        ->check(CLI::IsMember({"open", "write", "save", "close", "inverse", "memory", "lazy", "module"}));
     app.add_option("--runs", arguments.runs, "Runs, of which medians are taken")->check(CLI::PositiveNumber);
     app.add_option("--threads", arguments.threads, "Threads that open a file; 0 for as many as there are cores");
     app.add_flag("--json", arguments.json, "Print one JSON object");

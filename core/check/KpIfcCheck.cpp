@@ -154,6 +154,7 @@ KpIfcReport checkModel(const KpIfcModel& model, std::size_t listedPerKind) {
 
 KP::ErrorStatus checkFile(KpIfcFile& file, KpIfcReport& report, const KpIfcProgressFunction& progress) {
     if (!file.model()) return KP::eOk;
+    if (const KP::ErrorStatus status = file.readAll(); status != KP::eOk) return status;
     takeOver(file.report(), report);
     checkHeader(file.header(), file.model()->schema().name(), report);
     const KP::ErrorStatus status = checkModel(*file.model(), report, progress);

@@ -61,6 +61,22 @@ struct ReadInstances {
         for (KpIfcEntityBase* instance : toDestroy) instance->~KpIfcEntityBase();
     }
 
+    /// Drops all.
+    void forget() noexcept {
+        for (KpIfcEntityBase* instance : toDestroy) instance->~KpIfcEntityBase();
+        toDestroy.clear();
+        keptFields.clear();
+        kept.clear();
+        forgetPlaces();
+    }
+    /// Drops the places of all, and how many there are.
+    void forgetPlaces() noexcept {
+        order.clear();
+        isAscending = true;
+        firstName = highestName = 0;
+        count = keptCount = 0;
+    }
+
     KeptRecord& keep(std::string text, std::uint64_t name) {
         KeptRecord& record = kept.emplace_back(KeptRecord{std::move(text), name});
         order.emplace_back(&record);

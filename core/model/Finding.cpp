@@ -8,13 +8,21 @@
 namespace KP_SDAI {
 
 KpDbObjectId KpIfcModel::findByGlobalId(std::string_view globalId) const {
+    if (!m_data->isWhole()) {
+        const std::vector<KpDbObjectId> found = m_data->findUnread(globalId);
+        return found.empty() ? KpDbObjectId() : found.front();
+    }
     m_data->commit();
     return m_data->globalIdIndex().find(globalId);
 }
 
 KpIfcArray<KpDbObjectId> KpIfcModel::findAllByGlobalId(std::string_view globalId) const {
-    m_data->commit();
     KpIfcArray<KpDbObjectId> instances;
+    if (!m_data->isWhole()) {
+        for (const KpDbObjectId& handle : m_data->findUnread(globalId)) instances.append(handle);
+        return instances;
+    }
+    m_data->commit();
     m_data->globalIdIndex().copyTo(globalId, instances);
     return instances;
 }

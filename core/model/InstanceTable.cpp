@@ -1,6 +1,7 @@
 #include "model/InstanceTable.h"
 
 #include "model/MakeRoom.h"
+#include "model/SlotWalk.h"
 
 #include <algorithm>
 #include <atomic>
@@ -125,6 +126,10 @@ KpIfcSlot* InstanceTable::find(std::uint64_t name) const {
             return &dense->slots[name % KpIfcSlotChunk::kSlots];
     const auto found = m_sparseByName.find(name);
     return found == m_sparseByName.end() ? nullptr : found->second;
+}
+
+KpIfcSlot* InstanceTable::next(Place& place) const {
+    return nextSlot(*this, place);
 }
 
 void InstanceTable::sortSparse() {

@@ -51,6 +51,15 @@ public:
     const std::vector<KpIfcSlot*>& sparse() const { return m_sparse; }
     void sortSparse();
 
+    /// How far a walk over the slots has come.
+    struct Place {
+        std::size_t stretch = 0;
+        std::size_t index = 0;
+        std::size_t sparse = 0;
+    };
+    /// The next slot that is not empty, in ascending order of names; null at the end. As for sparse().
+    KpIfcSlot* next(Place& place) const;
+
     /// Tells how much memory the table may spend on stretches that may turn out thinly used.
     void expectFile(std::uint64_t bytes) { m_budget = 16 + bytes / (2 * KpIfcSlotChunk::kBytes); }
     /// Tells that so many instances are about to come in ascending order of their names.

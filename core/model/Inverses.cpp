@@ -38,7 +38,7 @@ void KpIfcInverseSet::change(KpArena& arena, std::span<const KpDbObjectId> remov
 // -- the members of an instance ---------------------------------------------------------------------------------------
 
 const KpIfcSetAggr<KpDbObjectId>& KpIfcInverseMembers::read(const KpIfcEntityBase& owner, std::size_t index) const {
-    if (KpIfcModel* const model = owner.owningModel(); model && model->hasUncommitted()) model->commit();
+    if (KpIfcModel* const model = owner.owningModel(); model && model->data().isBehind()) model->commit();
     return set(index);
 }
 
@@ -112,6 +112,12 @@ void Inverses::fillFrom(KpIfcEntityBase& referrer, unsigned share, unsigned shar
                 setOf(*target, inverse, arena).insert(arena, referrer.objectId());
         });
     }
+}
+
+void Inverses::move(KpIfcEntityBase& from, KpIfcEntityBase& to) {
+    for (const KpIfcEntityFacts* facts = from.getInstanceType()->facts(); facts; facts = facts->supertype)
+        for (std::uint32_t i = 0; i < facts->inverseCount; ++i)
+            facts->inverses[i].members(to).m_sets = facts->inverses[i].members(from).m_sets;
 }
 
 void Inverses::withdraw(KpIfcEntityBase& referrer) {

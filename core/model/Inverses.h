@@ -34,6 +34,8 @@ public:
             fillFrom(*referrer, share, shares, arena);
         }
     }
+    /// Gives what refers to an instance to another one of its entity.
+    static void move(KpIfcEntityBase& from, KpIfcEntityBase& to);
     /// Notes what an instance that is about to change has entered.
     void withdraw(KpIfcEntityBase& referrer);
     /// Enters instances that changed anew. Where memory runs out in the middle, the next commit, which is to be told of

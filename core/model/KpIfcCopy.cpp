@@ -45,6 +45,7 @@ KP::ErrorStatus KpIfcCopier::State::copy(std::span<const KpDbObjectId> handles) 
     if (&map.source == &map.target || &map.source.schema() != &map.target.schema()) return KP::eInvalidInput;
     for (const KpDbObjectId& handle : handles)
         if (!handle.isDefined() || handle.model() != &map.source) return KP::eInvalidInput;
+    map.target.data().readAll(); // so that all its names are known
     Slots found;
     const auto forgetFound = [&] {
         for (const KpIfcSlot* slot : found) map.slots[slot] = nullptr;

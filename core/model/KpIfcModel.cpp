@@ -2,9 +2,11 @@
 #include <KpIfcCore/KpIfcModel.h>
 
 #include "model/ModelData.h"
+#include "model/SlotWalk.h"
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_map>
 
 namespace KP_SDAI {
 
@@ -27,6 +29,7 @@ KpIfcEntityBase* KpIfcModel::create(std::string_view entityName, std::uint64_t i
 
 KpIfcEntityBase* KpIfcModel::create(const KpIfcEntityType* type, std::uint64_t instanceName) {
     if (!type || !type->facts() || type->isAbstract()) return nullptr;
+    m_data->readAll();
     if (instanceName == 0) instanceName = std::max(m_data->highestName, m_data->highestNameInText) + 1;
     if (instanceName == 0) instanceName = m_data->highestName + 1;
     if (instanceName == 0) return nullptr; // the highest name is in use
@@ -58,6 +61,25 @@ std::size_t KpIfcModel::count() const {
     return m_data->instanceCount;
 }
 
+KpIfcArray<KpIfcEntityCount> KpIfcModel::entityCounts() const {
+    std::unordered_map<const KpIfcEntityType*, std::size_t> byEntity;
+    const KpIfcEntityType* last = nullptr; // instances of one entity often stand one behind the other
+    std::size_t* count = nullptr;
+    InstanceTable::Place place;
+    while (KpIfcSlot* const slot = m_data->table.next(place)) {
+        const KpIfcEntityType* const entity = m_data->entityOf(KpDbObjectId(slot));
+        if (!entity) continue; // a record kept as text
+        if (entity != last) count = &byEntity[last = entity];
+        ++*count;
+    }
+    KpIfcArray<KpIfcEntityCount> counts;
+    for (const auto& [entity, instances] : byEntity) counts.append({entity, instances});
+    std::sort(counts.begin(), counts.end(), [](const KpIfcEntityCount& a, const KpIfcEntityCount& b) {
+        return std::strcmp(a.entity->name(), b.entity->name()) < 0;
+    });
+    return counts;
+}
+
 std::size_t KpIfcModel::keptRecordCount() const {
     return m_data->keptCount;
 }
@@ -82,6 +104,10 @@ KpIfcArray<KpDbObjectId> KpIfcModel::fileOrder() const {
 
 void KpIfcModel::commit() {
     m_data->commit();
+}
+
+bool KpIfcModel::isWhole() const {
+    return m_data->isWhole();
 }
 
 bool KpIfcModel::hasUncommitted() const {
@@ -126,35 +152,25 @@ KpIfcModel::Range KpIfcModel::instances(std::string_view entityName, bool withSu
 }
 
 void KpIfcModel::Iterator::advance() {
-    const InstanceTable& table = m_data->table;
-    const auto& sparse = table.sparse();
+    InstanceTable::Place place{m_stretch, m_index, m_sparse};
+    KpIfcEntityBase* current = nullptr;
     for (;;) {
-        // The next slot that holds an instance among the dense ones, and the next scattered one: the lower name wins.
-        KpIfcSlot* dense = nullptr;
-        for (; m_stretch < table.stretchCount(); ++m_stretch, m_index = 0) {
-            KpIfcSlotChunk* chunk = table.chunk(m_stretch);
-            if (!chunk) continue;
-            while (m_index < KpIfcSlotChunk::kSlots && chunk->slots[m_index].word == 0) ++m_index;
-            if (m_index == KpIfcSlotChunk::kSlots) continue;
-            dense = &chunk->slots[m_index];
-            break;
+        const KpDbObjectId next(nextSlot(m_data->table, place));
+        current = next.instanceRead();
+        if (next.isNull() || (current && !m_type)) break;
+        // What has not been read need not be, where it is of another entity; a record kept as text has none.
+        const KpIfcEntityType* const type = current ? current->getInstanceType() : m_data->entityOf(next);
+        if (!type) continue;
+        if (m_type && type != m_type) {
+            if (!m_withSubtypes || !(current ? current->isKindOf(m_type) : type->isKindOf(m_type))) continue;
         }
-        while (m_sparse < sparse.size() && sparse[m_sparse]->word == 0) ++m_sparse;
-        KpIfcSlot* scattered = m_sparse < sparse.size() ? sparse[m_sparse] : nullptr;
-        KpIfcSlot* next = dense;
-        if (scattered && (!dense || KpDbObjectId(scattered) < KpDbObjectId(dense))) {
-            next = scattered;
-            ++m_sparse;
-        } else if (dense) {
-            ++m_index;
-        }
-        m_current = KpDbObjectId(next).openObject();
-        if (!next) return;
-        if (!m_current) continue; // a record kept as text
-        if (!m_type) return;
-        const KpIfcEntityType* type = m_current->getInstanceType();
-        if (type == m_type || (m_withSubtypes && m_current->isKindOf(m_type))) return;
+        if (!current) current = next.openObject();
+        if (current) break;
     }
+    m_current = current;
+    m_stretch = place.stretch;
+    m_index = place.index;
+    m_sparse = place.sparse;
 }
 
 } // namespace KP_SDAI

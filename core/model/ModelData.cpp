@@ -20,6 +20,7 @@ ModelData::~ModelData() {
 }
 
 KpIfcEntityBase* ModelData::create(const KpIfcEntityFacts& facts, KpIfcSlot* slot) {
+    readAll();
     KpIfcEntityBase* instance = construct(facts);
     makeRoomForOne(m_toDestroy);
     makeRoomForOne(m_uncommitted);
@@ -74,18 +75,20 @@ void ModelData::take(ReadInstances& read) {
     for (const OrderEntry& entry : read.order) m_order.append(entry);
     for (const KeptRecord& record : read.kept) noteNamesIn(record.text);
     m_kept.splice(m_kept.end(), read.kept);
-    m_toDestroy.insert(m_toDestroy.end(), read.toDestroy.begin(), read.toDestroy.end());
-    read.toDestroy.clear();
-    for (auto& [instance, field] : read.keptFields) keepField(*instance, std::move(field));
-    read.keptFields.clear();
+    takeHeld(read);
     if (read.highestName > highestName) highestName = read.highestName;
     instanceCount += read.count;
     keptCount += read.keptCount;
     table.noteInstances(read.count);
-    read.order.clear();
-    read.isAscending = true;
-    read.firstName = read.highestName = 0;
-    read.count = read.keptCount = 0;
+    read.forgetPlaces();
+}
+
+/// Takes over what instances hold, and what is held of them, besides their places.
+void ModelData::takeHeld(ReadInstances& read) {
+    m_toDestroy.insert(m_toDestroy.end(), read.toDestroy.begin(), read.toDestroy.end());
+    read.toDestroy.clear();
+    for (auto& [instance, field] : read.keptFields) keepField(*instance, std::move(field));
+    read.keptFields.clear();
 }
 
 void ModelData::demote(KpIfcSlot* slot, std::string text) {
@@ -149,6 +152,7 @@ const std::vector<KeptField>* ModelData::keptFields(const KpIfcEntityBase& insta
 }
 
 void ModelData::forgetField(const KpIfcEntityBase& instance, std::size_t field) {
+    readAll();
     const auto found = m_keptFields.find(&instance);
     if (found == m_keptFields.end()) return;
     const auto isOfField = [field](const KeptField& kept) { return kept.field == field; };
@@ -164,6 +168,7 @@ void ModelData::noteHeap(KpIfcEntityBase& instance) {
 }
 
 void ModelData::noteChange(KpIfcEntityBase& instance) {
+    readAll();
     if (m_changes) m_changes->noteChange(instance, keptFields(instance));
     if ((instance.m_self & KpIfcEntityBase::kState) == KpIfcEntityBase::kAsRead) noteHeap(instance);
     m_uncommitted.push_back(&instance);
@@ -171,6 +176,7 @@ void ModelData::noteChange(KpIfcEntityBase& instance) {
 }
 
 void ModelData::commit() {
+    readAll();
     if (m_isRollBackDue) rollBackChanges();
     commitChanges();
 }

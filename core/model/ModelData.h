@@ -12,10 +12,13 @@
 #include "model/OnDemand.h"
 #include "model/PackedOrder.h"
 #include "model/ReferrerIndex.h"
+#include "model/UnreadRecords.h"
 
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <memory>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -84,6 +87,9 @@ public:
     bool hasUncommitted() const { return !m_uncommitted.empty() || m_isRollBackDue; }
     /// Where memory runs out, what is uncommitted stays so, and the next commit begins anew.
     void commit();
+    /// True where inverse attributes are not what they should be.
+    bool isBehind() const { return !isWhole() || hasUncommitted(); }
+    // Of a model that is not behind.
     const ReferrerIndex& referrerIndex() { return m_referrers.get(model); }
     const GlobalIdIndex& globalIdIndex() { return m_globalIds.get(model); }
 
@@ -99,6 +105,7 @@ public:
     /// Calls `visit(KpIfcEntityBase*)` or `visit(KeptRecord&)` for everything in file order.
     template <class VisitInstance, class VisitRecord>
     void visitInFileOrder(VisitInstance visitInstance, VisitRecord visitRecord) const {
+        readAll();
         if (!m_explicitOrder) {
             for (KpIfcEntityBase* instance : model.instances()) visitInstance(instance);
             return;
@@ -115,6 +122,7 @@ public:
     /// The same in ascending order of names, but for what has no name, which stays where it is between the others.
     template <class VisitInstance, class VisitRecord>
     void visitInNormalOrder(VisitInstance visitInstance, VisitRecord visitRecord) const {
+        readAll();
         if (m_kept.empty()) { // the table has them in this order
             for (KpIfcEntityBase* instance : model.instances()) visitInstance(instance);
             return;
@@ -131,6 +139,7 @@ public:
     /// name.
     template <class Visit>
     void visitKeptTexts(Visit visit) const {
+        readAll();
         for (const auto& [instance, fields] : m_keptFields)
             if (instance->owningModel() && !fields.empty()) visit(instance->objectId());
         for (const KeptRecord& record : m_kept) {
@@ -145,6 +154,38 @@ public:
         for (const KpIfcEntityBase* instance : m_toDestroy)
             if (instance->isChanged() && instance->objectId().openObject() == instance) visit(*instance);
     }
+
+    // -- of a model that was opened lazily; PartlyRead.cpp --
+
+    bool isWhole() const { return !m_unread; }
+    /// From now on `records` know what the unread slots stand for.
+    void leaveUnread(std::unique_ptr<UnreadRecords> records) { m_unread = std::move(records); }
+    /// Notes a record that is to be read later in its empty slot, which is no scattered one. They come in file order.
+    void noteUnread(KpIfcSlot* slot, std::uint64_t name, std::uintptr_t word);
+    /// Takes over instances that were read into unread slots.
+    void takeNoted(ReadInstances& read) {
+        takeHeld(read);
+        read.forgetPlaces();
+    }
+    /// The instance of an unread slot. Throws; then the slot is as it was.
+    KpIfcEntityBase* read(KpIfcSlot& slot);
+    /// Undoes what binding the record of an unread slot has done.
+    void unread(KpIfcSlot* slot, std::uintptr_t word) noexcept;
+    /// Reads all that is left to be read. Throws; then all is as it was.
+    void readAll() const;
+    /// Drops all that has been read, so that reading begins anew; the memory stays behind. Nothing else has happened
+    /// to the model.
+    void forgetRead() noexcept;
+    /// Calls `readFile()`, which fills the model as if nothing had been read; where that throws all is as it was.
+    /// `known` are instances that are to stay where they are.
+    void readAnew(const std::function<void()>& readFile, std::span<KpIfcEntityBase* const> known);
+    /// The entity of an instance, read or not; null where there is none.
+    const KpIfcEntityType* entityOf(const KpDbObjectId& handle) const {
+        if (const KpIfcEntityBase* const instance = handle.instanceRead()) return instance->getInstanceType();
+        return handle.isDefined() && !handle.isKeptRecord() ? m_unread->entityOf(*handle.slot()) : nullptr;
+    }
+    /// The instances of a GlobalId, ascending, where the model is not whole.
+    std::vector<KpDbObjectId> findUnread(std::string_view globalId);
 
     KpIfcModel& model;
     KpArena arena;
@@ -164,6 +205,7 @@ private:
     void noteNamesIn(const std::string& text);
     void makeOrderExplicit();
     void commitChanges();
+    void takeHeld(ReadInstances& read);
     /// Empties a slot, and fills it again with the word that it had.
     void leaveSlot(KpIfcSlot* slot);
     void returnToSlot(KpIfcSlot* slot, std::uintptr_t word);
@@ -182,7 +224,8 @@ private:
     OnDemand<ReferrerIndex> m_referrers;
     OnDemand<GlobalIdIndex> m_globalIds;
     std::unique_ptr<ChangeLog> m_changes;
-    bool m_isRollBackDue = false; ///< of m_changes
+    bool m_isRollBackDue = false;            ///< of m_changes
+    std::unique_ptr<UnreadRecords> m_unread; ///< null where all is read
 };
 
 } // namespace KP_SDAI

@@ -12,6 +12,11 @@ inline std::uintptr_t wordWhileReading(KpIfcSlot& slot) {
     return std::atomic_ref(slot.word).load(std::memory_order_acquire);
 }
 
+/// True for what wordWhileReading() gives of an instance; an unread record counts as one that comes later.
+inline bool isInstance(std::uintptr_t word) {
+    return word != 0 && !(word & KpIfcSlot::kNoInstance);
+}
+
 /// Fills an empty slot; false where it is not empty.
 inline bool fillWhileReading(KpIfcSlot& slot, std::uintptr_t word) {
     std::uintptr_t none = 0;

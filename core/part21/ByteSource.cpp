@@ -16,6 +16,13 @@ std::size_t MemorySource::read(char* to, std::size_t size) {
     return size;
 }
 
+std::size_t MemorySource::readAt(std::uint64_t place, char* to, std::size_t size, std::string&) {
+    if (place >= m_data.size()) return 0;
+    size = std::min<std::size_t>(size, m_data.size() - static_cast<std::size_t>(place));
+    std::memcpy(to, m_data.data() + place, size);
+    return size;
+}
+
 std::size_t WatchedSource::read(char* to, std::size_t size) {
     constexpr std::size_t kPiece = 256 * 1024;
     std::size_t got = 0;
@@ -49,6 +56,12 @@ std::size_t FileSource::read(char* to, std::size_t size) {
     std::size_t got = 0;
     if (const std::error_code reason = m_file.read(to, size, got)) m_error = reason.message();
     m_place += got;
+    return got;
+}
+
+std::size_t FileSource::readAt(std::uint64_t place, char* to, std::size_t size, std::string& reason) {
+    std::size_t got = 0;
+    if (const std::error_code code = m_file.readAt(place, to, size, got)) reason = code.message();
     return got;
 }
 

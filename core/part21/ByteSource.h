@@ -23,6 +23,11 @@ public:
     /// Back to the first byte, to read all anew: why reading failed before is forgotten. False, with error(), where
     /// that fails.
     virtual bool rewind() = 0;
+    /// True where readAt() can be used: the bytes lie open, in memory or in a file.
+    virtual bool isDirect() const { return false; }
+    /// Reads up to `size` bytes from a place on, whatever read() does; fewer only at the end, or on an error, of which
+    /// `reason` then tells.
+    virtual std::size_t readAt(std::uint64_t, char*, std::size_t, std::string& /*reason*/) { return 0; }
     /// Why reading failed, without the file's name; empty where it did not.
     virtual std::string error() const { return {}; }
     /// Bytes in all, as far as that is known beforehand: 0 for a pipe, an estimate for compressed ones.
@@ -51,6 +56,11 @@ public:
         : m_source(std::move(source)), m_progress(progress) {}
     std::size_t read(char* to, std::size_t size) override;
     bool rewind() override { return m_source->rewind(); }
+    bool isDirect() const override { return m_source->isDirect(); }
+    /// Tells nothing.
+    std::size_t readAt(std::uint64_t place, char* to, std::size_t size, std::string& reason) override {
+        return m_source->readAt(place, to, size, reason);
+    }
     std::string error() const override { return m_source->error(); }
     std::uint64_t size() const override { return m_source->size(); }
     bool isOneOfSeveral() const override { return m_source->isOneOfSeveral(); }
@@ -73,6 +83,8 @@ public:
         m_next = 0;
         return true;
     }
+    bool isDirect() const override { return true; }
+    std::size_t readAt(std::uint64_t place, char* to, std::size_t size, std::string& reason) override;
     std::uint64_t size() const override { return m_data.size(); }
     std::uint64_t place() const override { return m_next; }
     std::uint64_t fileSize() const override { return m_data.size(); }
@@ -90,6 +102,9 @@ public:
     explicit FileSource(ProgressMeter& progress) : m_file(progress) {}
     std::size_t read(char* to, std::size_t size) override;
     bool rewind() override;
+    /// False for what is no regular file, such as a pipe.
+    bool isDirect() const override { return m_stamp != FileStamp(); }
+    std::size_t readAt(std::uint64_t place, char* to, std::size_t size, std::string& reason) override;
     std::string error() const override { return m_error; }
     std::uint64_t size() const override { return m_stamp.size; }
     std::uint64_t place() const override { return m_place; }

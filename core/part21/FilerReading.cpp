@@ -124,7 +124,7 @@ void KpSpfFilerBase::checkReference(const KpDbObjectId& reference, const KpIfcEn
     if (reference.isNull() || m_broken) return;
     const std::uintptr_t word = wordWhileReading(*reference.slot());
     if (word & KpIfcSlot::kKeptRecord) return;
-    if (word) {
+    if (isInstance(word)) {
         const KpIfcEntityType* type = reinterpret_cast<const KpIfcEntityBase*>(word)->getInstanceType();
         if (type == declared || type->isKindOf(declared)) return;
     }

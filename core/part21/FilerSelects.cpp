@@ -25,7 +25,7 @@ bool KpSpfFilerBase::readSelect(KpIfcSelect& value) {
         }
         value.setHandleOnLoad(handle);
         const std::uintptr_t word = wordWhileReading(*handle.slot());
-        if (!(word & KpIfcSlot::kKeptRecord) && !(word && value.setHandleD(handle))) deferField();
+        if (!(word & KpIfcSlot::kKeptRecord) && !(isInstance(word) && value.setHandleD(handle))) deferField();
         return true;
     }
     if (atUnset()) return true;

@@ -1,5 +1,7 @@
 #include "part21/Findings.h"
 
+#include "model/ModelData.h"
+
 #include <KpIfcCore/KpIfcEntityType.h>
 
 namespace KP_SDAI {
@@ -40,8 +42,9 @@ std::string quoted(std::string_view text) {
 
 std::string labelOf(const KpDbObjectId& handle) {
     const std::string name = '#' + std::to_string(handle.instanceName());
-    if (const KpIfcEntityBase* const instance = handle.openObject())
-        return name + ' ' + instance->getInstanceType()->displayName();
+    const KpIfcModel* const model = handle.model();
+    if (const KpIfcEntityType* const entity = model ? model->data().entityOf(handle) : nullptr)
+        return name + ' ' + entity->displayName();
     return handle.isDefined() ? name + ", which is kept as text" : name + ", which is no instance";
 }
 

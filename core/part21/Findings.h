@@ -28,12 +28,14 @@ std::string excerpt(std::string_view text);
 /// The same between apostrophes, for pieces that begin anywhere.
 std::string quoted(std::string_view text);
 
-/// "#5 IfcDoor", "#5, which is no instance"
+/// "#5 IfcDoor", "#5, which is no instance". Reads nothing that has not been read.
 std::string labelOf(const KpDbObjectId& handle);
 
 /// "no element", "1 element", "7 elements"
 std::string countOf(std::size_t count, const std::string& noun);
 
+/// Why reading fails where a source is no longer what it was when it was opened.
+inline constexpr const char* kSourceHasChanged = "another program has changed the file since it was opened";
 inline constexpr const char* kTextKept = "its text is kept";
 inline constexpr const char* kReadAllTheSame = "read all the same";
 

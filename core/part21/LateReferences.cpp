@@ -65,16 +65,19 @@ void LateReferences::look(const std::vector<std::vector<PendingField>>& parts, c
         for (const Departure& departure : ofPart) settle(departure);
 }
 
-LateReferences::Departure LateReferences::check(const PendingField& field) {
+void LateReferences::look(const PendingField& field) {
+    settle(check(field));
+}
+
+LateReferences::Departure LateReferences::check(const PendingField& field) const {
     const KpIfcAttributeFacts& row = rowOf(field);
     Departure departure{field, false, {}};
     visitHandles(field.instance(), row, [&](const KpDbObjectId& handle) {
         if (handle.isNull()) return;
         if (!handle.isDefined()) {
             departure.isDangling = true;
-        } else if (const KpIfcEntityBase* instance = handle.openObject()) {
-            if (departure.wrong.isNull() && !instance->getInstanceType()->isKindOf(*row.target))
-                departure.wrong = handle;
+        } else if (const KpIfcEntityType* const entity = m_data.entityOf(handle)) {
+            if (departure.wrong.isNull() && !entity->isKindOf(*row.target)) departure.wrong = handle;
         }
     });
     visitSelects(field.instance(), row, [&](KpIfcSelect& select) {

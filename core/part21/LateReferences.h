@@ -18,6 +18,9 @@ public:
     LateReferences(ModelData& data, KpIfcReport& report) : m_data(data), m_report(report) {}
 
     void look(const std::vector<std::vector<PendingField>>& parts, const Threading& threading, ProgressMeter& progress);
+    /// Looks at one of them. What is unread counts as what it will be (ModelData::entityOf()); only for selects it is
+    /// read.
+    void look(const PendingField& field);
 
 private:
     /// What is to be said of a field.
@@ -26,7 +29,7 @@ private:
         bool isDangling = false;
         KpDbObjectId wrong; ///< the first to an instance of another entity
     };
-    static Departure check(const PendingField& field);
+    Departure check(const PendingField& field) const;
     void settle(const Departure& departure);
     void dropDangling(const PendingField& field);
 

@@ -201,7 +201,7 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
 
 bool RecordReader::fill(KpIfcSlot& slot, std::uintptr_t word) {
     if (m_isAlone) {
-        if (slot.word != 0) return false;
+        if (slot.word != 0 && !(slot.word & KpIfcSlot::kUnread)) return false;
         slot.word = word;
         return true;
     }

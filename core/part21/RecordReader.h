@@ -63,7 +63,7 @@ private:
     void keep(const char* begin, const char* end, Failure& failure);
     bool readFields(const KpIfcEntityType& type, KpIfcSlot* slot, const char*& place, Failure& failure);
     void bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntityBase* instance, std::string_view parameters);
-    /// Fills an empty slot; false where it has been filled before.
+    /// Fills an empty or unread slot; false where it has been filled before.
     bool fill(KpIfcSlot& slot, std::uintptr_t word);
     void takeIssues(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::string_view parameters);
     KpIfcReportEntry entryOf(const KpSpfFilerBase::FieldIssue& issue, const KpIfcEntityBase& instance) const;

@@ -61,16 +61,26 @@ std::error_code SystemFile::openToRead(const std::string& path) {
     return reasonUnless(isOpen());
 }
 
-std::error_code SystemFile::read(char* to, std::size_t size, std::size_t& got) {
+template <class Read>
+std::error_code SystemFile::readAll(char* to, std::size_t size, std::size_t& got, Read read) {
     got = 0;
     while (got < size) {
-        const ssize_t more =
-            retried(m_progress, [&] { return ::read(m_handle, to + got, std::min(size - got, kMost)); });
+        const ssize_t more = retried(m_progress, [&] { return read(to + got, std::min(size - got, kMost)); });
         if (more < 0) return reasonUnless(false);
         if (more == 0) break;
         got += static_cast<std::size_t>(more);
     }
     return {};
+}
+
+std::error_code SystemFile::read(char* to, std::size_t size, std::size_t& got) {
+    return readAll(to, size, got, [this](char* piece, std::size_t most) { return ::read(m_handle, piece, most); });
+}
+
+std::error_code SystemFile::readAt(std::uint64_t place, char* to, std::size_t size, std::size_t& got) {
+    return readAll(to, size, got, [&](char* piece, std::size_t most) {
+        return ::pread(m_handle, piece, most, static_cast<off_t>(place + static_cast<std::uint64_t>(piece - to)));
+    });
 }
 
 std::error_code SystemFile::rewind() {

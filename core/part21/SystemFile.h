@@ -4,6 +4,7 @@
 #include "part21/ProgressMeter.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -31,6 +32,8 @@ public:
     std::error_code openToRead(const std::string& path);
     /// Reads up to `size` bytes; `got` is less at the end, or where reading fails.
     std::error_code read(char* to, std::size_t size, std::size_t& got);
+    /// The same from a place on; where read() goes on does not change.
+    std::error_code readAt(std::uint64_t place, char* to, std::size_t size, std::size_t& got);
     /// Reading goes on at the first byte.
     std::error_code rewind();
     FileStamp stamp() const { return FileStamp(m_handle); }
@@ -50,6 +53,9 @@ public:
     static void syncFolder(const std::string& path);
 
 private:
+    template <class Read>
+    std::error_code readAll(char* to, std::size_t size, std::size_t& got, Read read);
+
     ProgressMeter& m_progress;
     int m_handle = -1;
 };

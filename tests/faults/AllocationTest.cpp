@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <new>
 
@@ -207,6 +208,39 @@ TEST_P(FailingAllocations, OfReadingThreadsAreTold) {
     }
     EXPECT_GT(at, 100u);
     EXPECT_EQ(outcomeOf(content, {.threads = 2, .partSize = 500}), expected);
+/// A touch that fails has read nothing; reading all that fails leaves what was read where it is.
+TEST_P(FailingAllocations, LeaveLazyModelsSound) {
+    std::string content;
+    for (int i = 1; i <= 40; ++i)
+        content += "#" + std::to_string(i) + "=IFCPOLYLINE((#" + std::to_string(100 - i) + ",#999));\n#" +
+                   std::to_string(100 + i) + "=IFCPRESENTATIONSTYLEASSIGNMENT((#" + std::to_string(200 + i) + "));\n#" +
+                   std::to_string(200 + i) + "=IFCCURVESTYLE('a name of some length',$,$,$);\n";
+    content = stepFile(content + "#90=IFCWALL('0000000000000000000001',12,$,$,$,$,$,$);\n");
+    KpIfcFile full = opened(content);
+    const std::string expected = rewritten(full) + saved(full);
+    sweep([&] {
+        std::unique_ptr<KpIfcFile> file;
+        again([&] { file = std::make_unique<KpIfcFile>(); });
+        again(*file, [&] { return file->openMemory(content.data(), content.size(), "memory", {.lazy = true}); });
+        KpIfcModel& model = *file->model();
+        EXPECT_FALSE(model.isWhole());
+        constexpr std::uint64_t kTouched[] = {140, 1, 201, 101};
+        const KpIfcEntityBase* touched[std::size(kTouched)];
+        for (std::size_t i = 0; i < std::size(kTouched); ++i) {
+            again([&] { touched[i] = model.find(kTouched[i]).openObject(); });
+            EXPECT_FALSE(model.isWhole());
+        }
+        again([&] { EXPECT_EQ(model.findByGlobalId("0000000000000000000001").instanceName(), 90u); });
+        again(*file, [&] { return file->readAll(); });
+        for (std::size_t i = 0; i < std::size(kTouched); ++i)
+            EXPECT_EQ(model.find(kTouched[i]).openObject(), touched[i]);
+        std::string written;
+        again(*file, [&] { return file->saveToMemory(written); });
+        std::string normalised;
+        again(*file, [&] { return file->saveToMemory(normalised, {.normalise = true}); });
+        failing_memory::disarm();
+        EXPECT_EQ(written + normalised, expected);
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Memory, FailingAllocations, testing::Bool(),

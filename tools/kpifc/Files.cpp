@@ -37,12 +37,22 @@ bool open(KpIfcFile& file, const std::string& path, const KpIfcOpenOptions& opti
     return isOpen;
 }
 
-KpIfcFile openFile(const std::string& path) {
+static KpIfcFile openFile(const std::string& path, const KpIfcOpenOptions& options) {
     KpIfcFile file;
-    if (!open(file, path, openOptions())) {
+    if (!open(file, path, options)) {
         throw Failure(file.error());
     }
     return file;
+}
+
+KpIfcFile openFile(const std::string& path) {
+    return openFile(path, openOptions());
+}
+
+KpIfcFile openFileLazily(const std::string& path) {
+    KpIfcOpenOptions options = openOptions();
+    options.lazy = true;
+    return openFile(path, options);
 }
 
 std::string summary(const KpIfcReport& report) {

@@ -29,6 +29,9 @@ std::string fileLabel(const std::string& path);
 bool open(KP_SDAI::KpIfcFile& file, const std::string& path, const KP_SDAI::KpIfcOpenOptions& options = {});
 /// The same, by openOptions(); throws Failure where it cannot be read.
 KP_SDAI::KpIfcFile openFile(const std::string& path);
+/// The same for those who look at little of it: lazily, but where reading is strict. The report then is about what they
+/// look at.
+KP_SDAI::KpIfcFile openFileLazily(const std::string& path);
 
 /// How many findings of each severity there are: "1 error, 3 warnings"; empty where there are none.
 std::string summary(const KP_SDAI::KpIfcReport& report);

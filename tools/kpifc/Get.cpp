@@ -6,6 +6,8 @@
 #include "Targets.h"
 #include "ValueStep.h"
 
+#include <KpIfcCore/KpIfcException.h>
+
 #include <fmt/format.h>
 
 #include <memory>
@@ -73,14 +75,18 @@ private:
 };
 
 ExitCode get(const GetArguments& arguments) {
-    const KpIfcFile file = openFile(arguments.file);
+    const KpIfcFile file = openFileLazily(arguments.file);
     KpIfcModel& model = *file.model();
     model.mode(kReadOnly);
     Targets targets(model);
     Output output;
     Printer printer(output.text(), model, arguments.asJson);
-    for (const std::string& name : arguments.names) {
-        printer.print(targets.find(name));
+    try {
+        for (const std::string& name : arguments.names) {
+            printer.print(targets.find(name));
+        }
+    } catch (const KpIfcException& failure) { // the file has changed meanwhile, or cannot be read
+        throw Failure(arguments.file + ": " + failure.where());
     }
     tellProblems(arguments.file, file.report());
     output.finish();
@@ -106,7 +112,8 @@ Command getCommand() {
             .text = "Prints a line for each attribute, in the notation of STEP files, as kpifc set takes\n"
                     "it: $ stands for no value. A GlobalId may stand for #15. Names of attributes are\n"
                     "known in any letter case. Attributes of a whole instance come as Name = value in\n"
-                    "the order of its record, those that its entity derives left out.",
+                    "the order of its record, those that its entity derives left out. Of a sound file only\n"
+                    "what is asked for is read, so problems elsewhere are not told; kpifc info tells all.",
             .examples = {"kpifc get house.ifc '#15.FamilyName'",
                          "kpifc get house.ifc '2O2Fr$t4X7Zf8NOew3FLOH.Name' '#15'", "kpifc get house.ifc '#15' --json"},
             .run = [arguments] { return get(*arguments); }};

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <memory>
 #include <tuple>
-#include <unordered_map>
 
 using namespace KP_SDAI;
 
@@ -36,13 +35,9 @@ Counts FileInfo::findings() const {
 }
 
 static Counts countTypes(const KpIfcModel& model) {
-    std::unordered_map<const KpIfcEntityType*, std::uint64_t> byType;
-    for (const KpIfcEntityBase* instance : model.instances()) {
-        ++byType[instance->getInstanceType()];
-    }
     Counts counts;
-    for (const auto& [type, count] : byType) {
-        counts.emplace_back(type->displayName(), count);
+    for (const KpIfcEntityCount& count : model.entityCounts()) {
+        counts.emplace_back(count.entity->displayName(), count.instances);
     }
     sortMostFrequentFirst(counts);
     return counts;

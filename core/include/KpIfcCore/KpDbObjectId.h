@@ -16,11 +16,18 @@ enum OpenMode : int { kForRead = 0, kForWrite = 1 };
 /// The place of one instance in its model: one word, whose address never changes while the model lives.
 ///
 /// The word is 0 where the model has no instance of that name, the address of the instance, or (lowest bit set) the
-/// address of the text of a record that could not be bound to a class.
+/// address of the text of a record that could not be bound to a class. In a file that was opened lazily it may also be
+/// (second bit set) where the instance's record stands that has not been read yet.
 struct KpIfcSlot {
     static constexpr std::uintptr_t kKeptRecord = 1;
+    static constexpr std::uintptr_t kUnread = 2;
+    static constexpr std::uintptr_t kNoInstance = kKeptRecord | kUnread;
     std::uintptr_t word;
 };
+
+/// What a slot holds that holds no instance yet: reads its record, where there is one to be read; else null. Throws
+/// what KpIfcOpenOptions::lazy says.
+KPIFCCORE_EXPORT KpIfcEntityBase* readOnTouch(KpIfcSlot& slot);
 
 /// A run of slots with what they share before them. Aligned to its size, so a slot finds it by masking its address.
 struct KpIfcSlotChunk {
@@ -57,7 +64,14 @@ public:
     /// The instance, or null where the handle is null or names no instance. The second argument has no effect here;
     /// an opened instance is ended with KpIfcEntityBase::close().
     KpIfcEntityBase* openObject(OpenMode = kForRead, bool = false) const {
-        if (m_slot == nullptr || (m_slot->word & KpIfcSlot::kKeptRecord)) return nullptr;
+        if (m_slot == nullptr) return nullptr;
+        if (m_slot->word & KpIfcSlot::kNoInstance) [[unlikely]]
+            return readOnTouch(*m_slot);
+        return reinterpret_cast<KpIfcEntityBase*>(m_slot->word);
+    }
+    /// The same without reading anything: null also for an instance that has not been read yet.
+    KpIfcEntityBase* instanceRead() const {
+        if (m_slot == nullptr || (m_slot->word & KpIfcSlot::kNoInstance)) return nullptr;
         return reinterpret_cast<KpIfcEntityBase*>(m_slot->word);
     }
 
@@ -66,6 +80,8 @@ public:
     KpIfcModel* model() const { return m_slot ? KpIfcSlotChunk::of(m_slot)->model : nullptr; }
     /// True where the model has an instance or a kept record of this name.
     bool isDefined() const { return m_slot != nullptr && m_slot->word != 0; }
+    /// True where that is a record kept as text, as far as it has been read.
+    bool isKeptRecord() const { return m_slot != nullptr && (m_slot->word & KpIfcSlot::kKeptRecord); }
     KpIfcSlot* slot() const { return m_slot; }
 
     friend bool operator==(const KpDbObjectId& a, const KpDbObjectId& b) { return a.m_slot == b.m_slot; }

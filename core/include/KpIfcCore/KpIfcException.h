@@ -9,8 +9,9 @@ namespace KP_SDAI {
 /// The one exception that instances and aggregates throw.
 ///
 /// Codes: 180 "SDAI-model access not read-write", 190 "SDAI-model access not defined" (`where` is the qualified name
-/// of the operation), 470 "Index invalid " (no `where`). `message` is not copied: it is a literal. `where` is copied.
-/// Copies without allocation.
+/// of the operation), 470 "Index invalid " (no `where`), 1000 "Underlying system error" (`where` says which: a record
+/// of a lazily opened file cannot be read). `message` is not copied: it is a literal. `where` is copied. Copies without
+/// allocation.
 class KPIFCCORE_EXPORT KpIfcException : public std::exception {
 public:
     KpIfcException(unsigned code, const char* message, const char* where);

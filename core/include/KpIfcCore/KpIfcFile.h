@@ -24,6 +24,24 @@ struct KpIfcOpenOptions {
     /// Bytes that a thread takes at a time; 0 for what is best. Other values are for tests: threads are then started
     /// for small files, too.
     std::size_t partSize = 0;
+    /// Finds only where records begin and of which entities they are, and reads each when it is first touched: opening
+    /// costs a fraction of the time and memory. For programs that look at little of a large file: some instances by
+    /// name or GlobalId, those of one entity and what they refer to, how many there are. The results are those of a
+    /// full reading, whatever is asked.
+    ///
+    ///  - Whatever needs all instances has all that is left read first, once (KpIfcModel::commit(), readAll()): inverse
+    ///    attributes, referrers, saving, checking, copying, and any change, so also a getter that hands out what could
+    ///    be changed on a model whose mode is kReadWrite. So has touching a good part of them one by one.
+    ///  - report() tells what was met so far, see KpIfcReport::isComplete().
+    ///  - A model is one thread's until it isWhole(), also for reading.
+    ///  - The file stays needed: a touch throws KpIfcException 1000 where another program has written to the file since
+    ///    it was opened, or it cannot be read; std::bad_alloc where memory runs out. Either way the touched instance
+    ///    stays unread and all that was read stays as it is.
+    ///
+    /// Files in which something is out of the ordinary (records without end, doubled or widely scattered names,
+    /// unknown entities, several data sections, ...) are read in full at once, so are compressed ones, pipes, and all
+    /// where reading is `strict`.
+    bool lazy = false;
 };
 
 /// How a file is written.
@@ -74,6 +92,9 @@ public:
                                const KpIfcOpenOptions& options = {});
     /// Begins a new, empty file of a schema ("IFC2X3").
     KP::ErrorStatus create(const std::string& schemaName);
+    /// Reads what a lazy open has left, and makes report() complete; eOk also where nothing was. Instances that were
+    /// touched before stay where they are. Where it fails (eNotAvailable with error(), eCancelled) all is as it was.
+    KP::ErrorStatus readAll();
     void close();
 
     /// Writes header and model, also over the file that was read, compressed where the path ends in .gz, .ifczip or

@@ -18,6 +18,12 @@ namespace KP_SDAI {
 class KpIfcModule;
 class ModelData;
 
+/// How many instances an entity has, those of its subtypes left out.
+struct KpIfcEntityCount {
+    const KpIfcEntityType* entity = nullptr;
+    std::size_t instances = 0;
+};
+
 /// A GlobalId that several instances have.
 struct KpIfcSharedGlobalId {
     KpIfcGUID globalId;
@@ -39,7 +45,7 @@ enum SdaiAccessMode : int {
 /// number of threads may read a model at rest: one that nobody changes and in which nothing is uncommitted
 /// (hasUncommitted()), as it is after reading a file and after commit(). Reading are the const operations of the model,
 /// of its instances and of what they hold; where the mode is kReadOnly all getters are; and whatever else says of
-/// itself that it only reads.
+/// itself that it only reads. A model that was opened lazily is one thread's until it isWhole().
 ///
 /// **Out of memory.** What needs memory throws std::bad_alloc where there is none. create() has made nothing then. What
 /// changes several things may have done a part of it. Either way the model is sound: inverse attributes, referrers and
@@ -92,6 +98,8 @@ public:
                                              const KpIfcVariant& value) const;
     /// Number of instances.
     std::size_t count() const;
+    /// The same for each entity that has any, in the order of the names of the entities.
+    KpIfcArray<KpIfcEntityCount> entityCounts() const;
     /// Number of records that are kept as text because they could not be bound to a class.
     std::size_t keptRecordCount() const;
     std::uint64_t highestName() const;
@@ -101,9 +109,12 @@ public:
     /// The handles of all instances as the file has them one after the other, created ones last.
     KpIfcArray<KpDbObjectId> fileOrder() const;
 
-    /// Makes inverse attributes and referrers follow what changed since the last commit. Reading them and saving do it
-    /// by themselves; a program need call it only before it hands a changed model to many threads for reading. From
-    /// here on, references to members that were obtained for changing are no longer good for that.
+    /// False where records are left that a lazy open has not read yet (KpIfcOpenOptions::lazy).
+    bool isWhole() const;
+    /// Makes inverse attributes and referrers follow what changed since the last commit; reads what is left to be read.
+    /// Reading inverse attributes, asking for referrers and saving do it by themselves; a program need call it only
+    /// before it hands a changed or lazily opened model to many threads for reading. From here on, references to
+    /// members that were obtained for changing are no longer good for that.
     void commit();
     /// True from a change until the next commit.
     bool hasUncommitted() const;

@@ -105,6 +105,10 @@ public:
     std::size_t departures() const { return m_departures; }
     /// True where nothing worse than notes was found.
     bool isClean() const { return count(KpIfcSeverity::warning) == 0 && count(KpIfcSeverity::error) == 0; }
+    /// False for a file that was opened lazily, until all of it is read: findings are those about what has been read
+    /// so far, in the order in which it was touched, and have no lines (0).
+    bool isComplete() const { return m_isComplete; }
+    void isComplete(bool is) { m_isComplete = is; }
     /// True where the file ended before its end mark.
     bool isTruncated() const { return count(KpIfcFinding::truncated) != 0; }
 
@@ -115,6 +119,7 @@ private:
     std::vector<KpIfcReportEntry> m_entries;
     std::size_t m_listedPerKind;
     std::size_t m_departures = 0;
+    bool m_isComplete = true;
     std::array<std::array<std::size_t, 3>, static_cast<std::size_t>(KpIfcFinding::count_)> m_counts{};
 };
 
