@@ -5,6 +5,8 @@
 #include "report/PageFiles.h"
 #include "report/PageSummary.h"
 
+#include <KpIfcCore/KpIfcVersion.h>
+
 #include <map>
 #include <string_view>
 #include <utility>
