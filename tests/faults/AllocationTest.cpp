@@ -208,6 +208,8 @@ TEST_P(FailingAllocations, OfReadingThreadsAreTold) {
     }
     EXPECT_GT(at, 100u);
     EXPECT_EQ(outcomeOf(content, {.threads = 2, .partSize = 500}), expected);
+}
+
 /// A touch that fails has read nothing; reading all that fails leaves what was read where it is.
 TEST_P(FailingAllocations, LeaveLazyModelsSound) {
     std::string content;
