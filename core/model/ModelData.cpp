@@ -12,7 +12,7 @@
 namespace KP_SDAI {
 
 ModelData::ModelData(KpIfcModel& m, std::shared_ptr<KpIfcModule> module)
-    : model(m), table(m), m_module(std::move(module)) {}
+    : model(m), table(m, pool), m_module(std::move(module)) {}
 
 ModelData::~ModelData() {
     // What was only read lies in the arena with all that it holds; the others may own memory elsewhere.

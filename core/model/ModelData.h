@@ -13,6 +13,7 @@
 #include "model/PackedOrder.h"
 #include "model/ReferrerIndex.h"
 #include "model/UnreadRecords.h"
+#include "values/BlockPool.h"
 
 #include <cstdint>
 #include <functional>
@@ -41,7 +42,7 @@ public:
     /// Makes an instance in the model's memory that is in no slot yet.
     KpIfcEntityBase* construct(const KpIfcEntityFacts& facts) { return facts.construct(arena.allocate(facts.size)); }
     /// Memory of this model for another thread to read into.
-    KpArena& addArena() { return m_arenas.emplace_back(); }
+    KpArena& addArena() { return m_arenas.emplace_back(pool); }
     /// Makes an instance in its empty slot; it counts as changed, for no file has it yet.
     KpIfcEntityBase* create(const KpIfcEntityFacts& facts, KpIfcSlot* slot);
     /// Puts an instance into its empty slot, as the last in file order.
@@ -188,7 +189,8 @@ public:
     std::vector<KpDbObjectId> findUnread(std::string_view globalId);
 
     KpIfcModel& model;
-    KpArena arena;
+    BlockPool pool;
+    KpArena arena{pool};
     Inverses inverses{arena};
     InstanceTable table;
     bool utf8 = true;

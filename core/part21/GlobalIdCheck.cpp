@@ -28,11 +28,12 @@ std::string_view textOf(KpIfcEntityBase& instance) {
 
 } // namespace
 
-void GlobalIdCheck::note(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::uint64_t offset) {
+void GlobalIdCheck::note(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::uint64_t offset,
+                         std::vector<Noted>& noted) {
     const KpIfcAttributeFacts* const row = globalIdOf(type);
     if (!row || (instance.*row->member.guid).isUnset()) return;
     const std::string_view id = (instance.*row->member.guid).constStr();
-    if (!id.empty()) m_noted.push_back({&instance, offset, XXH3_64bits(id.data(), id.size())});
+    if (!id.empty()) noted.push_back({&instance, offset, XXH3_64bits(id.data(), id.size())});
 }
 
 const GlobalIdCheck::Noted* GlobalIdCheck::firstOf(const Noted& one, std::vector<const Noted*>& table) const {
@@ -53,14 +54,16 @@ const GlobalIdCheck::Noted* GlobalIdCheck::firstOf(const Noted& one, std::vector
 
 void GlobalIdCheck::look(KpIfcReport& report) {
     // A table that is at most half full; what is compared lies in it, so that no instance is touched but twins.
-    std::vector<const Noted*> table(std::bit_ceil(2 * m_noted.size() + 1));
-    for (const Noted& one : m_noted) {
-        if (const Noted* const first = firstOf(one, table))
-            report.add(findingOn(*one.instance, 0, KpIfcFinding::notUnique, KpIfcSeverity::warning, one.offset,
-                                 {'\'' + std::string(textOf(*one.instance)) + '\'',
-                                  "another GlobalId than that of " + labelOf(first->instance->objectId())}));
+    std::vector<const Noted*> table(std::bit_ceil(2 * m_noted.count() + 1));
+    for (const std::span<Noted>& part : m_noted.parts()) {
+        for (const Noted& one : part) {
+            if (const Noted* const first = firstOf(one, table))
+                report.add(findingOn(*one.instance, 0, KpIfcFinding::notUnique, KpIfcSeverity::warning, one.offset,
+                                     {'\'' + std::string(textOf(*one.instance)) + '\'',
+                                      "another GlobalId than that of " + labelOf(first->instance->objectId())}));
+        }
     }
-    m_noted = {};
+    m_noted.clear();
 }
 
 } // namespace KP_SDAI

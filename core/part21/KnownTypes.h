@@ -2,10 +2,12 @@
 
 #include "part21/EntityNames.h"
 
+#include <KpIfcCore/KpArena.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <cstring>
 #include <vector>
 
 namespace KP_SDAI {
@@ -15,6 +17,8 @@ namespace KP_SDAI {
 /// processor's cache.
 class KnownTypes {
 public:
+    /// Keeps what it notes in memory of `pool`.
+    explicit KnownTypes(BlockPool& pool) : m_memory(pool) {}
     /// The entity of an instance; null where it is not known.
     const KpIfcEntityType* of(std::uint64_t name) const {
         const std::uint64_t page = name / kPage;
@@ -40,10 +44,14 @@ public:
         m_pages[page][name % kPage] = kind;
     }
     /// Forgets all and gives the memory back.
-    void clear() { *this = KnownTypes(); }
+    void clear() {
+        m_pages = {};
+        m_memory.clear();
+        m_count = 0;
+    }
 
 private:
-    static constexpr std::size_t kPage = 64 * 1024;
+    static constexpr std::size_t kPage = 32 * 1024;
     static constexpr std::size_t kKinds = 256; ///< files have fewer entities, nearly all
     /// Names that are scattered over a wide range are not noted.
     bool isWorthIt(std::uint64_t page) const {
@@ -52,10 +60,11 @@ private:
     }
     void makePage(std::uint64_t page) {
         if (page >= m_pages.size()) m_pages.resize(page + 1);
-        m_pages[page] = std::make_unique<std::uint8_t[]>(kPage);
+        m_pages[page] = static_cast<std::uint8_t*>(std::memset(m_memory.allocate(kPage), 0, kPage));
     }
 
-    std::vector<std::unique_ptr<std::uint8_t[]>> m_pages;
+    KpArena m_memory;
+    std::vector<std::uint8_t*> m_pages; ///< in `m_memory`; null where nothing is noted
     std::uint64_t m_count = 0; ///< of instances
     std::size_t m_kindCount = 1;
     std::array<const KpIfcEntityType*, kKinds> m_kinds = {}; ///< the first one is unknown

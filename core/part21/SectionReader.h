@@ -44,6 +44,8 @@ private:
     /// Reads on in parts. True where something follows, at `place`, that is to be looked at in the window.
     bool readParts(const char*& place);
     void take(ReadRecords& read);
+    /// Tells the model how much more memory the rest of the source will take.
+    void expectRest();
     void enterInverses(ProgressMeter& progress);
 
     ModelData& m_data;
@@ -55,8 +57,8 @@ private:
     EntityNames m_names;
     RecordReader m_reader;
     ReadRecords m_read; ///< what m_reader has read of the window, as far as it has not been taken
-    std::vector<std::vector<PendingField>> m_pending;
-    std::vector<std::vector<KpIfcEntityBase*>> m_referring;
+    StoredParts<PendingField> m_pending;
+    StoredParts<KpIfcEntityBase*> m_referring;
     GlobalIdCheck m_globalIds;
     std::unique_ptr<PartReaders> m_parts; ///< made when first needed
     std::uint64_t m_sectionEnd = 0;
