@@ -61,6 +61,9 @@ public:
     static void markHeap(KpIfcEntityBase& instance) { instance.m_self |= KpIfcEntityBase::kOwnsHeap; }
     /// Takes over what was read behind all that was taken before, and empties `read`.
     void take(ReadInstances& read);
+    /// Tells how far a file is read, so that memory for the rest comes in pieces of the right size. `size` is 0 where
+    /// it is not known.
+    void expectRest(std::uint64_t size, std::uint64_t place);
     /// Nothing more will be taken.
     void endTaking() {
         if (!m_explicitOrder) m_order.clear();
@@ -185,6 +188,8 @@ public:
         if (const KpIfcEntityBase* const instance = handle.instanceRead()) return instance->getInstanceType();
         return handle.isDefined() && !handle.isKeptRecord() ? m_unread->entityOf(*handle.slot()) : nullptr;
     }
+    /// Instances by entity, in no order, where the model is not whole.
+    std::vector<KpIfcEntityCount> countUnread() const { return m_unread->entityCounts(); }
     /// The instances of a GlobalId, ascending, where the model is not whole.
     std::vector<KpDbObjectId> findUnread(std::string_view globalId);
 

@@ -12,8 +12,9 @@ struct ReadingMemory {
     ReadingMemory(KpArena& a, BlockPool& pool) : arena(a), types(pool) {}
 
     KpArena& arena;
-    SlotCache slots;
-    KnownTypes types; ///< of what it has read
+    SlotCache slots;    ///< of what is referred to
+    SlotCache ownSlots; ///< of what is read
+    KnownTypes types;   ///< of what it has read
 };
 
 } // namespace KP_SDAI

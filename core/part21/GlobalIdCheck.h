@@ -5,7 +5,9 @@
 
 #include "part21/StoredParts.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace KP_SDAI {
@@ -15,12 +17,16 @@ class GlobalIdCheck {
 public:
     /// What was noted of a GlobalId.
     struct Noted {
+        static constexpr unsigned kHashBits = 24;
+
         KpIfcEntityBase* instance;
-        std::uint64_t offset;
-        std::uint64_t hash; ///< of the GlobalId
+        std::uint64_t offsetAndHash; ///< the hash is that of the GlobalId
+
+        std::uint64_t offset() const { return offsetAndHash >> kHashBits; }
+        std::size_t hash() const { return offsetAndHash & ((std::size_t{1} << kHashBits) - 1); }
     };
 
-    explicit GlobalIdCheck(BlockPool& pool) : m_noted(pool) {}
+    explicit GlobalIdCheck(BlockPool& pool) : m_pool(pool), m_noted(pool) {}
     /// Notes an instance that was read from `offset`, if it has a GlobalId.
     static void note(const KpIfcEntityType& type, KpIfcEntityBase& instance, std::uint64_t offset,
                      std::vector<Noted>& noted);
@@ -32,8 +38,12 @@ public:
 
 private:
     /// The first that is noted with the GlobalId of `one`; null, and noted as the first from now on, where none is.
-    const Noted* firstOf(const Noted& one, std::vector<const Noted*>& table) const;
+    static const Noted* firstOf(const Noted& one, std::span<const Noted*> table);
 
+    template <class Visit>
+    void visitShare(std::size_t share, std::size_t shares, Visit visit) const;
+
+    BlockPool& m_pool;
     StoredParts<Noted> m_noted;
 };
 

@@ -8,13 +8,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace KP_SDAI {
 
 /// Of which entities the instances are that one thread has read so far, by instance name. A byte each and close
 /// together, so that most references can be checked without a look at what they refer to, which is seldom in the
-/// processor's cache.
+/// processor's cache. Names that are far behind are forgotten.
 class KnownTypes {
 public:
     /// Keeps what it notes in memory of `pool`.
@@ -46,25 +47,40 @@ public:
     /// Forgets all and gives the memory back.
     void clear() {
         m_pages = {};
+        m_kept.clear();
         m_memory.clear();
-        m_count = 0;
+        m_count = m_made = 0;
     }
 
 private:
     static constexpr std::size_t kPage = 32 * 1024;
+    static constexpr std::size_t kKept = 8;    ///< pages
     static constexpr std::size_t kKinds = 256; ///< files have fewer entities, nearly all
     /// Names that are scattered over a wide range are not noted.
     bool isWorthIt(std::uint64_t page) const {
         constexpr std::uint64_t kThinnest = 8; // names per instance
-        return page < 2 + kThinnest * m_count / kPage;
+        const std::uint64_t limit = 2 + kThinnest * m_count / kPage;
+        return page < limit && m_made < limit;
     }
     void makePage(std::uint64_t page) {
         if (page >= m_pages.size()) m_pages.resize(page + 1);
-        m_pages[page] = static_cast<std::uint8_t*>(std::memset(m_memory.allocate(kPage), 0, kPage));
+        std::uint8_t* memory = nullptr;
+        if (m_kept.size() < kKept) {
+            memory = static_cast<std::uint8_t*>(m_memory.allocate(kPage));
+            m_kept.push_back(page);
+        } else { // the one that was made first
+            std::uint64_t& oldest = m_kept[m_made % kKept];
+            memory = std::exchange(m_pages[oldest], nullptr);
+            oldest = page;
+        }
+        m_pages[page] = static_cast<std::uint8_t*>(std::memset(memory, 0, kPage));
+        ++m_made;
     }
 
     KpArena m_memory;
     std::vector<std::uint8_t*> m_pages; ///< in `m_memory`; null where nothing is noted
+    std::vector<std::uint64_t> m_kept;  ///< which they are
+    std::uint64_t m_made = 0;
     std::uint64_t m_count = 0; ///< of instances
     std::size_t m_kindCount = 1;
     std::array<const KpIfcEntityType*, kKinds> m_kinds = {}; ///< the first one is unknown

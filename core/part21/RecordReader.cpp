@@ -98,7 +98,7 @@ bool RecordReader::read(const char*& place, const char* end, Failure& failure) {
     m_filer.m_recordBegin = place;
     m_filer.m_recordOffset = offsetOf(place);
     const char* behind = p + 1;
-    if (!readFields(*type, m_data.table.slot(name, m_memory.slots), behind, failure)) {
+    if (!readFields(*type, m_data.table.slot(name, m_memory.ownSlots), behind, failure)) {
         failure.entity = type->name();
         return false;
     }

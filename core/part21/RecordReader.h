@@ -57,7 +57,10 @@ public:
     void passOver(const char* begin, const char* end, Failure& failure);
     void report(const char* place, KpIfcFinding finding, Said said);
     /// Gives back memory that only reading needs.
-    void finish() { m_memory.types.clear(); }
+    void finish() {
+        m_memory.types.clear();
+        m_filer.m_sharedTexts = {};
+    }
 
 private:
     void keep(const char* begin, const char* end, Failure& failure);

@@ -38,7 +38,7 @@ SectionReader::SectionReader(ModelData& data, PartSource& source, Window& window
       m_names(data.schema()), m_reader(data, data.arena, m_names, threading.threads == 1),
       m_read(report.listedPerKind()), m_pending(data.pool), m_referring(data.pool), m_globalIds(data.pool) {
     m_reader.readInto(m_read);
-    expectRest();
+    m_data.expectRest(m_source.source().fileSize(), m_source.source().place());
 }
 
 bool SectionReader::readSection(const char*& place) {
@@ -164,17 +164,7 @@ void SectionReader::take(ReadRecords& read) {
     read.globalIds.clear();
     read.pending.clear();
     read.referring.clear();
-    expectRest();
-}
-
-void SectionReader::expectRest() {
-    constexpr std::uint64_t kTelling = 512 * 1024; // bytes, from which the rest can be told
-    const std::uint64_t size = m_source.source().fileSize();
-    const std::uint64_t place = m_source.source().place();
-    if (size == 0) return;
-    const auto left = static_cast<double>(size - std::min(size, place));
-    const double each = place < kTelling ? 1 : static_cast<double>(m_data.pool.inUse()) / static_cast<double>(place);
-    m_data.pool.expect(static_cast<std::size_t>(left * each));
+    m_data.expectRest(m_source.source().fileSize(), m_source.source().place());
 }
 
 void SectionReader::keep(std::string text) {

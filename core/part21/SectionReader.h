@@ -44,8 +44,6 @@ private:
     /// Reads on in parts. True where something follows, at `place`, that is to be looked at in the window.
     bool readParts(const char*& place);
     void take(ReadRecords& read);
-    /// Tells the model how much more memory the rest of the source will take.
-    void expectRest();
     void enterInverses(ProgressMeter& progress);
 
     ModelData& m_data;

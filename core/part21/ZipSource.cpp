@@ -13,6 +13,8 @@ namespace KP_SDAI {
 
 namespace {
 
+constexpr const char* kNoFile = "zip archive has no file in it";
+
 std::string textOf(int error) {
     switch (error) {
     case UNZ_CRCERROR: return "zip archive is damaged: checksum does not match";
@@ -101,6 +103,15 @@ struct ZipSource::Archive {
 bool ZipSource::Archive::open(zlib_filefunc64_def functions, void* stream, std::string& error) {
     functions.zopen64_file = opened;
     functions.opaque = stream;
+    // The directory of an archive without members is not found by the library.
+    char start[4] = {};
+    functions.zread_file(stream, stream, start, sizeof start);
+    functions.zseek64_file(stream, stream, 0, ZLIB_FILEFUNC_SEEK_SET);
+    if (std::memcmp(start, "PK\5\6", sizeof start) == 0) {
+        functions.zclose_file(stream, stream);
+        error = kNoFile;
+        return false;
+    }
     errno = 0;
     zip = unzOpen2_64(nullptr, &functions); // closes the stream where it fails
     if (zip) return true;
@@ -142,7 +153,7 @@ bool ZipSource::Archive::choose(std::string& error) {
         return false;
     }
     if (ifcNames.size() != 1 && (!ifcNames.empty() || names.size() != 1)) {
-        error = names.empty() ? "zip archive has no file in it"
+        error = names.empty() ? kNoFile
                 : ifcNames.empty()
                     ? "zip archive has no .ifc file, but several others: " + listed(names)
                     : "zip archive has several .ifc files, of which one must be chosen: " + listed(ifcNames);

@@ -16,6 +16,8 @@ struct KpArena::Block {
 namespace {
 constexpr std::size_t kFirstBlock = 16 * 1024;
 constexpr std::size_t kHeader = 16;
+// Pooled blocks are mostly resident as a whole, so an arena has to be as large that an unused end weighs little.
+constexpr std::size_t kSmallestPooled = 4 * BlockPool::kBlock;
 } // namespace
 
 void KpArena::clear() noexcept {
@@ -37,7 +39,7 @@ void* KpArena::allocateSlow(std::size_t size) {
     std::size_t room = m_reserved < kFirstBlock ? kFirstBlock : m_reserved;
     if (room > BlockPool::kBlock) room = BlockPool::kBlock;
     const bool own = size > room / 4;
-    const bool isPooled = m_pool && !own && room == BlockPool::kBlock;
+    const bool isPooled = m_pool && !own && m_reserved >= kSmallestPooled;
     const std::size_t bytes = own ? size + kHeader : room;
     void* const memory = isPooled ? m_pool->take() : std::malloc(bytes);
     if (!memory) throw std::bad_alloc();
