@@ -1,8 +1,7 @@
 #pragma once
 
 #include "part21/EntityNames.h"
-
-#include <KpIfcCore/KpArena.h>
+#include "values/BlockPool.h"
 
 #include <array>
 #include <cstddef>
@@ -19,7 +18,10 @@ namespace KP_SDAI {
 class KnownTypes {
 public:
     /// Keeps what it notes in memory of `pool`.
-    explicit KnownTypes(BlockPool& pool) : m_memory(pool) {}
+    explicit KnownTypes(BlockPool& pool) : m_pool(pool) {}
+    KnownTypes(const KnownTypes&) = delete;
+    KnownTypes& operator=(const KnownTypes&) = delete;
+    ~KnownTypes() { clear(); }
     /// The entity of an instance; null where it is not known.
     const KpIfcEntityType* of(std::uint64_t name) const {
         const std::uint64_t page = name / kPage;
@@ -45,17 +47,16 @@ public:
         m_pages[page][name % kPage] = kind;
     }
     /// Forgets all and gives the memory back.
-    void clear() {
+    void clear() noexcept {
         m_pages = {};
-        m_kept.clear();
-        m_memory.clear();
+        if (m_memory) m_pool.giveBack(std::exchange(m_memory, nullptr));
         m_count = m_made = 0;
     }
 
 private:
     static constexpr std::size_t kPage = 32 * 1024;
-    static constexpr std::size_t kKept = 8;    ///< pages
-    static constexpr std::size_t kKinds = 256; ///< files have fewer entities, nearly all
+    static constexpr std::size_t kKept = BlockPool::kBlock / kPage; ///< pages
+    static constexpr std::size_t kKinds = 256;                      ///< files have fewer entities, nearly all
     /// Names that are scattered over a wide range are not noted.
     bool isWorthIt(std::uint64_t page) const {
         constexpr std::uint64_t kThinnest = 8; // names per instance
@@ -64,22 +65,18 @@ private:
     }
     void makePage(std::uint64_t page) {
         if (page >= m_pages.size()) m_pages.resize(page + 1);
-        std::uint8_t* memory = nullptr;
-        if (m_kept.size() < kKept) {
-            memory = static_cast<std::uint8_t*>(m_memory.allocate(kPage));
-            m_kept.push_back(page);
-        } else { // the one that was made first
-            std::uint64_t& oldest = m_kept[m_made % kKept];
-            memory = std::exchange(m_pages[oldest], nullptr);
-            oldest = page;
-        }
+        if (!m_memory) m_memory = static_cast<std::uint8_t*>(m_pool.take());
+        const std::size_t place = m_made++ % kKept;
+        std::uint8_t* const memory = m_memory + place * kPage;
+        if (m_made > kKept) m_pages[m_kept[place]] = nullptr; // the one that was made first
+        m_kept[place] = page;
         m_pages[page] = static_cast<std::uint8_t*>(std::memset(memory, 0, kPage));
-        ++m_made;
     }
 
-    KpArena m_memory;
-    std::vector<std::uint8_t*> m_pages; ///< in `m_memory`; null where nothing is noted
-    std::vector<std::uint64_t> m_kept;  ///< which they are
+    BlockPool& m_pool;
+    std::uint8_t* m_memory = nullptr;             ///< a block of the pool, once it is needed
+    std::vector<std::uint8_t*> m_pages;           ///< in `m_memory`; null where nothing is noted
+    std::array<std::uint64_t, kKept> m_kept = {}; ///< which they are
     std::uint64_t m_made = 0;
     std::uint64_t m_count = 0; ///< of instances
     std::size_t m_kindCount = 1;
