@@ -53,7 +53,7 @@ const Call kCalls[] = {
     {"UnknownCommand", "kpifc explain clean.ifc", 2},
     {"UnknownOption", "kpifc info --loud clean.ifc", 2},
     {"NoFile", "kpifc dump", 2},
-    {"TwoFiles", "kpifc dump clean.ifc clean.ifc", 2},
+    {"TwoFiles", "kpifc header clean.ifc clean.ifc", 2},
     {"NoOutput", "kpifc convert clean.ifc", 2},
     {"NothingToGet", "kpifc get clean.ifc", 2},
     {"NothingToSet", "kpifc set clean.ifc -o new.ifc", 2},

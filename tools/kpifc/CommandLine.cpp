@@ -19,6 +19,14 @@ std::vector<ExitMeaning> usualExitCodes() {
             {2, "could not be done"}};
 }
 
+Operand inputFile(const Place& place, const char* name) {
+    const bool areSeveral = std::holds_alternative<std::vector<std::string>*>(place);
+    return {.name = name,
+            .place = place,
+            .help = areSeveral ? "STEP files; - for standard input" : "STEP file; - for standard input",
+            .kind = WordKind::file};
+}
+
 AskedFor& askedFor() {
     static AskedFor asked;
     return asked;

@@ -41,9 +41,8 @@ Command diffCommand() {
     return {
         .name = "diff",
         .summary = "Tell what was added, removed and changed between two files",
-        .operands =
-            {{.name = "A", .place = &arguments->a, .help = "STEP file; - for standard input", .kind = WordKind::file},
-             {.name = "B", .place = &arguments->b, .help = "STEP file, the newer one", .kind = WordKind::file}},
+        .operands = {inputFile(&arguments->a, "A"),
+                     {.name = "B", .place = &arguments->b, .help = "STEP file, the newer one", .kind = WordKind::file}},
         .options = {{.name = "--no-header", .place = &arguments->withoutHeader, .help = "Leave out the header"},
                     {.name = "--json", .place = &arguments->asJson, .help = "One JSON object, for programs"}},
         .text = "Instances are the same in both files where their GlobalIds are, or where their content\n"

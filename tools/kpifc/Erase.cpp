@@ -93,10 +93,7 @@ Command eraseCommand() {
                        .choices = {"refuse", "drop", "cascade"}});
     return {.name = "erase",
             .summary = "Erase instances and write the file anew",
-            .operands = {{.name = "IN",
-                          .place = &arguments->input,
-                          .help = "STEP file to read; - for standard input",
-                          .kind = WordKind::file},
+            .operands = {inputFile(&arguments->input, "IN"),
                          {.name = "TARGET", .place = &arguments->targets, .help = "#15, or a GlobalId"}},
             .options = options,
             .text = "  refuse   nothing is erased while anything else refers to it (if nothing is said)\n"

@@ -91,10 +91,7 @@ Command newCommand() {
     const auto arguments = std::make_shared<NewArguments>();
     return {.name = "new",
             .summary = "Create an instance and write the file anew",
-            .operands = {{.name = "IN",
-                          .place = &arguments->input,
-                          .help = "STEP file to read; - for standard input",
-                          .kind = WordKind::file},
+            .operands = {inputFile(&arguments->input, "IN"),
                          {.name = "ENTITY",
                           .place = &arguments->entity,
                           .help = "Its entity, in any letter case",

@@ -1,6 +1,7 @@
 #include "Output.h"
 
 #include "Failure.h"
+#include "Terminal.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -11,6 +12,10 @@ namespace kpifc {
 void tell(std::string_view line) {
     std::fwrite(line.data(), 1, line.size(), stderr);
     std::fputc('\n', stderr);
+}
+
+void tellFailure(std::string_view what) {
+    tell(styledMessage(Style::red, "kpifc:") + ' ' + std::string(what));
 }
 
 bool Output::s_hasWritten = false;

@@ -72,17 +72,8 @@ Command reportCommand() {
     const auto arguments = std::make_shared<ReportArguments>();
     return {.name = "report",
             .summary = "Write a page for the browser about a model",
-            .operands = {{.name = "FILE",
-                          .place = &arguments->input,
-                          .help = "STEP file; - for standard input",
-                          .kind = WordKind::file}},
-            .options = {{.name = "--output",
-                         .place = &arguments->output,
-                         .help = "Page to write, HTML; - for standard output",
-                         .value = "FILE",
-                         .letter = 'o',
-                         .kind = WordKind::file,
-                         .isRequired = true}},
+            .operands = {inputFile(&arguments->input)},
+            .options = {outputOption(arguments->output, "Page to write, HTML; - for standard output")},
             .text = "One page that needs no other file and no network: the contents by entity, the structure\n"
                     "of the building to open and close, a search over names, GlobalIds, entities and\n"
                     "properties, every object with its attributes, properties, quantities, type, material\n"

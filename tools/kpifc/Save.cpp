@@ -13,14 +13,21 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
+Option outputOption(std::string& path, const char* help) {
+    return {.name = "--output",
+            .place = &path,
+            .help = help,
+            .value = "FILE",
+            .letter = 'o',
+            .kind = WordKind::file,
+            .isRequired = true};
+}
+
 std::vector<Option> saveOptions(SaveOptions& options) {
-    return {{.name = "--output",
-             .place = &options.output,
-             .help = "File to write; not the input; - for standard output. Compressed where it ends in .gz, .ifczip "
-                     "or .zip",
-             .value = "FILE",
-             .letter = 'o',
-             .kind = WordKind::file},
+    Option output = outputOption(options.output, "File to write; not the input; - for standard output. Compressed "
+                                                 "where it ends in .gz, .ifczip or .zip");
+    output.isRequired = false;
+    return {output,
             {.name = "--in-place",
              .place = &options.inPlace,
              .help = "Replace the input, when all is written",
