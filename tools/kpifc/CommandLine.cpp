@@ -41,7 +41,7 @@ Option helpOption() {
 Option colorOption() {
     return {.name = "--color",
             .place = &colorMode(),
-            .help = "Whether output is coloured; auto, which is usual: on terminals, unless NO_COLOR is set",
+            .help = "Colours: auto, always or never; by default auto: on terminals, unless NO_COLOR is set",
             .value = "WHEN",
             .choices = {"auto", "always", "never"}};
 }
@@ -69,8 +69,7 @@ std::vector<Option> allOptions(const Command& command) {
                            .help = "Fail where a file departs from the standard, however little"});
         options.push_back({.name = "--threads",
                            .place = &threadCount(),
-                           .help = "Read large files with so many threads; as many as there are cores, if not given. "
-                                   "What is read is the same with any number",
+                           .help = "Threads that read large files; by default as many as there are cores",
                            .value = "N"});
     }
     options.push_back(colorOption());
@@ -87,15 +86,15 @@ std::vector<Option> programOptions() {
 
 std::string usageOf(const Command& command) {
     std::string line = fmt::format("kpifc {} [OPTION]...", command.name);
+    for (const Operand& operand : command.operands) {
+        line += fmt::format(fmt::runtime(isRequired(operand) ? " {}{}" : " [{}]{}"), operand.name,
+                            takesSeveral(operand) ? "..." : "");
+    }
     for (const Option& option : command.options) {
         if (option.isRequired) {
             line += option.letter ? fmt::format(" -{} {}", option.letter, option.value)
                                   : fmt::format(" {} {}", option.name, option.value);
         }
-    }
-    for (const Operand& operand : command.operands) {
-        line += fmt::format(fmt::runtime(isRequired(operand) ? " {}{}" : " [{}]{}"), operand.name,
-                            takesSeveral(operand) ? "..." : "");
     }
     return line;
 }

@@ -98,7 +98,7 @@ std::size_t parseProgramOptions(const std::vector<std::string>& words);
 /// The command of a name; throws UsageError, with suggestions, where there is none.
 const Command& findCommand(const std::vector<Command>& commands, std::string_view name);
 
-/// "kpifc set [OPTION]... IN ASSIGNMENT..."
+/// "kpifc set [OPTION]... IN NAME=VALUE..."
 std::string usageOf(const Command& command);
 
 } // namespace kpifc

@@ -42,7 +42,7 @@ Command diffCommand() {
         .name = "diff",
         .summary = "Tell what was added, removed and changed between two files",
         .operands = {inputFile(&arguments->a, "A"),
-                     {.name = "B", .place = &arguments->b, .help = "STEP file, the newer one", .kind = WordKind::file}},
+                     {.name = "B", .place = &arguments->b, .help = "The newer one; - for standard input", .kind = WordKind::file}},
         .options = {{.name = "--no-header", .place = &arguments->withoutHeader, .help = "Leave out the header"},
                     {.name = "--json", .place = &arguments->asJson, .help = "One JSON object, for programs"}},
         .text = "Instances are the same in both files where their GlobalIds are, or where their content\n"

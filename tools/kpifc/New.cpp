@@ -96,7 +96,7 @@ Command newCommand() {
                           .place = &arguments->entity,
                           .help = "Its entity, in any letter case",
                           .kind = WordKind::entity},
-                         {.name = "ASSIGNMENT",
+                         {.name = "NAME=VALUE",
                           .place = &arguments->assignments,
                           .help = "FamilyName='Meier'",
                           .isRequired = false}},

@@ -73,7 +73,13 @@ Command reportCommand() {
     return {.name = "report",
             .summary = "Write a page for the browser about a model",
             .operands = {inputFile(&arguments->input)},
-            .options = {outputOption(arguments->output, "Page to write, HTML; - for standard output")},
+            .options = {{.name = "--output",
+                         .place = &arguments->output,
+                         .help = "Page to write, HTML; - for standard output",
+                         .value = "PAGE",
+                         .letter = 'o',
+                         .kind = WordKind::file,
+                         .isRequired = true}},
             .text = "One page that needs no other file and no network: the contents by entity, the structure\n"
                     "of the building to open and close, a search over names, GlobalIds, entities and\n"
                     "properties, every object with its attributes, properties, quantities, type, material\n"

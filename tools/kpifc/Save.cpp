@@ -13,21 +13,18 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
-Option outputOption(std::string& path, const char* help) {
+Option outputOption(std::string& path) {
     return {.name = "--output",
             .place = &path,
-            .help = help,
+            .help = "File to write; not the input; - for standard output. Compressed where it ends in .gz, .ifczip or "
+                    ".zip",
             .value = "FILE",
             .letter = 'o',
-            .kind = WordKind::file,
-            .isRequired = true};
+            .kind = WordKind::file};
 }
 
 std::vector<Option> saveOptions(SaveOptions& options) {
-    Option output = outputOption(options.output, "File to write; not the input; - for standard output. Compressed "
-                                                 "where it ends in .gz, .ifczip or .zip");
-    output.isRequired = false;
-    return {output,
+    return {outputOption(options.output),
             {.name = "--in-place",
              .place = &options.inPlace,
              .help = "Replace the input, when all is written",

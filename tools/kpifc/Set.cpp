@@ -39,7 +39,7 @@ Command setCommand() {
     return {.name = "set",
             .summary = "Change attributes and write the file anew",
             .operands = {inputFile(&arguments->input, "IN"),
-                         {.name = "ASSIGNMENT",
+                         {.name = "NAME=VALUE",
                           .place = &arguments->assignments,
                           .help = "#15.FamilyName='Meier'; a GlobalId may stand for #15"}},
             .options = saveOptions(arguments->saving),

@@ -76,7 +76,7 @@ Command treeCommand() {
                     "    below                   number of instances that --depth hides\n"
                     "  uncontained[]             type, count of elements that are contained in nothing\n"
                     "Groups of elements have type, count, and children[] where they have parts.",
-            .examples = {"kpifc tree house.ifc", "kpifc tree house.ifc --depth 3", "kpifc tree house.ifc --elements"},
+            .examples = {"kpifc tree house.ifc", "kpifc tree *.ifc --depth 3", "kpifc tree house.ifc --elements"},
             .run = [arguments] { return tree(*arguments); }};
 }
 
