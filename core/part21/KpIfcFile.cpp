@@ -13,6 +13,7 @@
 #include "part21/OpenSource.h"
 #include "part21/Output.h"
 #include "part21/ProgressMeter.h"
+#include "part21/SmallParts.h"
 #include "part21/SourceRewriter.h"
 
 #include <filesystem>
@@ -150,7 +151,7 @@ void KpIfcFile::listedPerKind(std::size_t count) {
 
 KP::ErrorStatus KpIfcFile::State::open(std::unique_ptr<ByteSource> from, const std::string& name,
                                        const KpIfcOpenOptions& options) {
-    threading = Threading(options.threads, options.partSize);
+    threading = Threading(options.threads, SmallParts::size());
     if (!threading.isOfUse(from->size())) threading.threads = 1;
     KP::ErrorStatus status = KP::eOk;
     try {

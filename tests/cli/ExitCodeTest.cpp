@@ -102,6 +102,7 @@ std::string replaced(std::string text, const std::string& part, const std::strin
 const Damage kDamages[] = {
     {"Empty", "", 2, "damaged.ifc"},
     {"NoStepFile", "PK\x03\x04 this is something else entirely", 2, "damaged.ifc"},
+    {"NoText", "\xFF\x1B[2J", 2, "found '\xEF\xBF\xBD"},
     {"OtherSchema", replaced(stepFile(kPoint), "IFC2X3", "IFC4"), 2, "IFC4 has no module; can be read: IFC2X3"},
     {"Truncated", stepFile(kPoint).substr(0, stepFile(kPoint).find("#1=") + 20), 1, "truncated"},
     {"UnknownEntity", stepFile(kPoint + "#2=IFCNOSUCHTHING('x');"), 1, "unknown-entity"},

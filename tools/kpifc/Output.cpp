@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 #include "Terminal.h"
+#include "Utf8.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -15,7 +16,12 @@ void tell(std::string_view line) {
 }
 
 void tellFailure(std::string_view what) {
-    tell(styledMessage(Style::red, "kpifc:") + ' ' + std::string(what));
+    std::string text = styledMessage(Style::red, "kpifc:") + ' ';
+    for (std::size_t end = what.find('\n'); end != std::string_view::npos; end = what.find('\n')) {
+        text += printable(what.substr(0, end)) + '\n';
+        what.remove_prefix(end + 1);
+    }
+    tell(text + printable(what));
 }
 
 bool Output::s_hasWritten = false;
