@@ -36,18 +36,19 @@ struct Question {
     std::vector<Path> columns;
 };
 
+Path pathOfOneStep(const char* text, Step::Kind kind) {
+    Path path;
+    path.text = text;
+    Step& step = path.steps.emplace_back();
+    step.kind = kind;
+    if (kind == Step::Kind::attribute) step.name = text;
+    return path;
+}
+
 /// What is shown of an instance where nobody says what. Instances without such an attribute have no value.
 std::vector<Path> usualColumns() {
-    std::vector<Path> columns(4);
-    columns[0] = {.text = "@id", .steps = {}};
-    columns[0].steps.push_back({.kind = Step::Kind::id});
-    columns[1] = {.text = "@type", .steps = {}};
-    columns[1].steps.push_back({.kind = Step::Kind::type});
-    columns[2] = {.text = "GlobalId", .steps = {}};
-    columns[2].steps.push_back({.kind = Step::Kind::attribute, .name = "GlobalId"});
-    columns[3] = {.text = "Name", .steps = {}};
-    columns[3].steps.push_back({.kind = Step::Kind::attribute, .name = "Name"});
-    return columns;
+    return {pathOfOneStep("@id", Step::Kind::id), pathOfOneStep("@type", Step::Kind::type),
+            pathOfOneStep("GlobalId", Step::Kind::attribute), pathOfOneStep("Name", Step::Kind::attribute)};
 }
 
 Question questionOf(const QueryArguments& arguments, const KpIfcSchema& schema) {

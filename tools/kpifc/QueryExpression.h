@@ -72,7 +72,7 @@ struct Step {
     std::string set = {};
     std::string name = {};
     TypeTest referrer = {};
-    std::vector<Condition> filters = {}; ///< of the instances that it leads to
+    std::vector<Condition> filters; ///< of the instances that it leads to
 };
 
 /// A path from an instance to values.
