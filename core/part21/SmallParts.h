@@ -6,8 +6,8 @@
 
 namespace KP_SDAI {
 
-/// For tests: while one lives, files that its thread opens are read by several threads however small they are, each taking
-/// so many bytes at a time; 0 for what is usual. They do not nest.
+/// For tests: while one lives, files that its thread opens are read by several threads however small they are, each
+/// taking so many bytes at a time; 0 for what is usual. They do not nest.
 class KPIFCCORE_EXPORT SmallParts {
 public:
     explicit SmallParts(std::size_t size);
