@@ -252,7 +252,7 @@ TEST(CompletionTest, OfZshIsWellFormed) {
     EXPECT_EQ(outcome.out, "_kpifc\n") << outcome.err;
 }
 
-/// One page for each command, without anything that the formatters warn of; a page need have no date.
+/// One page for each command, without anything that the formatters warn of.
 TEST(ManualTest, PagesAreClean) {
     const WorkFolder folder;
     ASSERT_EQ(folder.run("mkdir pages; kpifc help --man-pages pages").exitCode, 0);
@@ -267,7 +267,7 @@ TEST(ManualTest, PagesAreClean) {
         EXPECT_NE(text.find("'IfcWall[Name ~ \"^EG\"]'"), std::string::npos) << "characters that roff would change";
     }
     if (isThere(folder, "mandoc")) {
-        EXPECT_EQ(folder.run("mandoc -T lint -W warning pages/* | grep -v 'missing date'").out, "");
+        EXPECT_EQ(folder.run("mandoc -T lint -W warning pages/*").out, "");
     } else if (!haveGroff) {
         GTEST_SKIP() << "this system has neither groff nor mandoc";
     }
