@@ -48,7 +48,7 @@ std::vector<Block> blocksOf(const std::string& text) {
 /// Of the pages that quote examples and show commands.
 std::vector<Block> pages() {
     std::vector<Block> all;
-    for (const char* page : {"README.md", "docs/command_line.md", "examples/README.md"})
+    for (const char* page : {"README.md", "docs/command_line.md"})
         for (const Block& block : blocksOf(contentOf(fs::path(KP_SOURCE_DIR) / page))) all.push_back(block);
     return all;
 }
