@@ -123,6 +123,7 @@ bool ZipSource::Archive::open(zlib_filefunc64_def functions, void* stream, std::
 /// Finds the member to read.
 bool ZipSource::Archive::choose(std::string& error) {
     constexpr uLong kEncrypted = 1; // of a member's flags
+    constexpr uLong kUtf8 = 1 << 11;
     struct Member {
         unz64_file_pos place;
         unz_file_info64 facts;
@@ -141,6 +142,9 @@ bool ZipSource::Archive::choose(std::string& error) {
         if (status != UNZ_OK || (status = unzGetFilePos64(zip, &here.place)) != UNZ_OK) break;
         // Folders, and what one system puts beside every file to hold its attributes.
         if (name.ends_with('/') || name.starts_with("__MACOSX/")) continue;
+        if (!(here.facts.flag & kUtf8)) // who knows in which code page
+            std::replace_if(
+                name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x7F; }, '?');
         names.push_back(name);
         only = here;
         if (endsInIfc(name)) {
