@@ -19,11 +19,12 @@ install(
 )
 install(EXPORT KpIfcTargets NAMESPACE Kp:: DESTINATION "${config}" COMPONENT Development)
 install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Runtime)
+install(FILES docs/guide.md docs/command_line.md DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs" COMPONENT Runtime)
 install(
     DIRECTORY examples
     DESTINATION "${CMAKE_INSTALL_DOCDIR}"
     COMPONENT Development
-    FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.ifc"
+    FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.ifc" PATTERN "*.md"
 )
 
 # Packages of the system: kpifc, to run programs, and kpifc-dev, to build them.

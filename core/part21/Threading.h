@@ -10,7 +10,7 @@ namespace KP_SDAI {
 struct Threading {
     static constexpr std::size_t kPartSize = 256 * 1024;
 
-    /// From what the caller of the library wants; 0 for what is best.
+    /// From what the caller of the library wants, 0 for what is best, and a test (SmallParts), 0 for what is usual.
     Threading(unsigned wanted, std::size_t size)
         : threads(wanted ? wanted : std::thread::hardware_concurrency()), partSize(size ? size : kPartSize),
           smallest(size ? size : 4 * kPartSize) {}
