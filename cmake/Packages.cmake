@@ -24,7 +24,7 @@ install(
     DIRECTORY examples
     DESTINATION "${CMAKE_INSTALL_DOCDIR}"
     COMPONENT Development
-    FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.ifc" PATTERN "*.md"
+    FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.ifc"
 )
 
 # Packages of the system: kpifc, to run programs, and kpifc-dev, to build them.

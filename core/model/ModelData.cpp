@@ -12,7 +12,7 @@
 namespace KP_SDAI {
 
 ModelData::ModelData(KpIfcModel& m, std::shared_ptr<KpIfcModule> module)
-    : model(m), table(m), m_module(std::move(module)) {}
+    : model(m), table(m, pool), m_module(std::move(module)) {}
 
 ModelData::~ModelData() {
     // What was only read lies in the arena with all that it holds; the others may own memory elsewhere.
@@ -71,7 +71,7 @@ KeptRecord* ModelData::keep(std::string text, KpIfcSlot* slot) {
 
 void ModelData::take(ReadInstances& read) {
     if (!read.isAscending || (!read.order.empty() && read.firstName <= highestName)) m_explicitOrder = true;
-    for (const OrderEntry& entry : read.order) m_order.append(entry);
+    m_order.append(read.order);
     for (const KeptRecord& record : read.kept) noteNamesIn(record.text);
     m_kept.splice(m_kept.end(), read.kept);
     takeHeld(read);
@@ -80,6 +80,15 @@ void ModelData::take(ReadInstances& read) {
     keptCount += read.keptCount;
     table.noteInstances(read.count);
     read.forgetPlaces();
+}
+
+void ModelData::expectRest(std::uint64_t size, std::uint64_t place) {
+    constexpr std::uint64_t kTelling = 512 * 1024; // bytes, from which the rest can be told
+    constexpr double kUsual = 1;                   // bytes for each of the file, at least
+    if (size == 0) return;
+    const auto left = static_cast<double>(size - std::min(size, place));
+    const double each = place < kTelling ? kUsual : static_cast<double>(pool.inUse()) / static_cast<double>(place);
+    pool.expect(static_cast<std::size_t>(left * each));
 }
 
 /// Takes over what instances hold, and what is held of them, besides their places.

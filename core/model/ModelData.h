@@ -15,6 +15,7 @@
 #include "model/ReferrerIndex.h"
 #include "model/SlotWalk.h"
 #include "model/UnreadRecords.h"
+#include "values/BlockPool.h"
 
 #include <cstdint>
 #include <functional>
@@ -43,7 +44,7 @@ public:
     /// Makes an instance in the model's memory that is in no slot yet.
     KpIfcEntityBase* construct(const KpIfcEntityFacts& facts) { return facts.construct(arena.allocate(facts.size)); }
     /// Memory of this model for another thread to read into.
-    KpArena& addArena() { return m_arenas.emplace_back(); }
+    KpArena& addArena() { return m_arenas.emplace_back(pool); }
     /// Makes an instance in its empty slot; it counts as changed, for no file has it yet.
     KpIfcEntityBase* create(const KpIfcEntityFacts& facts, KpIfcSlot* slot);
     /// Puts an instance into its empty slot, as the last in file order.
@@ -62,6 +63,9 @@ public:
     static void markHeap(KpIfcEntityBase& instance) { instance.m_self |= KpIfcEntityBase::kOwnsHeap; }
     /// Takes over what was read behind all that was taken before, and empties `read`.
     void take(ReadInstances& read);
+    /// Tells how far a file is read, so that memory for the rest comes in pieces of the right size. `size` is 0 where
+    /// it is not known.
+    void expectRest(std::uint64_t size, std::uint64_t place);
     /// Nothing more will be taken.
     void endTaking() {
         if (!m_explicitOrder) m_order.clear();
@@ -183,11 +187,14 @@ public:
         if (const KpIfcEntityBase* const instance = handle.instanceRead()) return instance->getInstanceType();
         return handle.isDefined() && !handle.isKeptRecord() ? m_unread->entityOf(*handle.slot()) : nullptr;
     }
+    /// Instances by entity, in no order, where the model is not whole.
+    std::vector<KpIfcEntityCount> countUnread() const { return m_unread->entityCounts(); }
     /// The instances of a GlobalId, ascending, where the model is not whole.
     std::vector<KpDbObjectId> findUnread(std::string_view globalId);
 
     KpIfcModel& model;
-    KpArena arena;
+    BlockPool pool;
+    KpArena arena{pool};
     Inverses inverses{arena};
     InstanceTable table;
     bool utf8 = true;

@@ -192,6 +192,9 @@ TEST_P(FailingAllocations, LeaveModelsSound) {
 
 /// Whichever thread runs out of memory while several read one file, the caller is told.
 TEST_P(FailingAllocations, OfReadingThreadsAreTold) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer itself ends the program where it has no memory for a new thread";
+#endif
     std::string records = "#1=IFCCARTESIANPOINT((0.,0.));\n#2=IFCNOTHING();\n";
     for (int i = 100; i < 200; ++i)
         records += "#" + std::to_string(i) + "=IFCPOLYLINE((#1,#" + std::to_string(i + 40) + "));\n";
