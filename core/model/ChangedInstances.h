@@ -31,7 +31,7 @@ public:
     template <class Visit>
     void visitUncommitted(Visit visit) const {
         const auto visitInSlot = [&visit](KpIfcEntityBase* instance) {
-            if (instance->owningModel()) visit(instance);
+            if (!instance->objectId().isNull()) visit(instance);
         };
         m_first.visitNew(visitInSlot);
         for (KpIfcEntityBase* instance : m_again) visitInSlot(instance);

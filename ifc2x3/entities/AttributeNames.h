@@ -52,8 +52,6 @@ inline bool equalNoCase(const char* text, const char* row, std::size_t length) {
     return equalNoCase(eight(text + length - 8), eight(row + length - 8));
 }
 
-} // namespace detail
-
 /// A name that is looked for.
 class Name {
 public:
@@ -63,7 +61,7 @@ public:
     std::uint32_t key() const { return m_key; }
     bool operator==(const KpIfcAttributeFacts& row) const {
         return row.key == m_key && row.nameLength == m_text.size() &&
-               detail::equalNoCase(m_text.data(), row.name, m_text.size());
+               equalNoCase(m_text.data(), row.name, m_text.size());
     }
     bool operator==(const KpIfcInverseFacts& row) const {
         return row.key == m_key && KP_SDAI::equalNoCase(m_text.data(), m_text.size(), row.name);
@@ -74,7 +72,7 @@ private:
     std::uint32_t m_key;
 };
 
-/// Where names were found before, so that nobody walks up the supertypes for them again.
+/// Where inherited names were found before, so that nobody walks up the supertypes for them again.
 ///
 /// Any number of threads may use it at once: an entry is filled once and stays. The few names whose entries are those
 /// of others are looked for every time.
@@ -82,10 +80,11 @@ class FoundRows {
 public:
     /// The explicit attribute of a name, the entity's own or the nearest supertype's; null where there is none.
     const KpIfcAttributeFacts* find(const KpIfcEntityFacts& facts, const Name& name) {
+        if (const KpIfcAttributeFacts* const own = findOwn(facts, name)) return own;
         Entry& entry = entryOf(facts, name);
         const KpIfcAttributeFacts* const known = entry.row.load(std::memory_order_acquire);
         if (known && entry.facts.load(std::memory_order_relaxed) == &facts && name == *known) return known;
-        return findAndNote(facts, name, entry);
+        return findInherited(facts, name, entry);
     }
 
 private:
@@ -100,21 +99,27 @@ private:
                                     0x9E37'79B9'7F4A'7C15; // 2^64 divided by the golden ratio
         return m_entries[mixed >> (64 - kBits)];
     }
-    [[gnu::noinline]] static const KpIfcAttributeFacts* findAndNote(const KpIfcEntityFacts& facts, const Name& name,
-                                                                    Entry& entry) {
-        for (const KpIfcEntityFacts* level = &facts; level; level = level->supertype) {
-            for (const KpIfcAttributeFacts& row : std::span(level->attributes, level->attributeCount)) {
-                if (!(name == row)) continue;
-                const KpIfcEntityFacts* nobody = nullptr;
-                if (entry.facts.compare_exchange_strong(nobody, &facts, std::memory_order_relaxed))
-                    entry.row.store(&row, std::memory_order_release);
-                return &row;
-            }
+    static const KpIfcAttributeFacts* findOwn(const KpIfcEntityFacts& facts, const Name& name) {
+        for (const KpIfcAttributeFacts& row : std::span(facts.attributes, facts.attributeCount))
+            if (name == row) return &row;
+        return nullptr;
+    }
+    [[gnu::noinline]] static const KpIfcAttributeFacts* findInherited(const KpIfcEntityFacts& facts, const Name& name,
+                                                                      Entry& entry) {
+        for (const KpIfcEntityFacts* level = facts.supertype; level; level = level->supertype) {
+            const KpIfcAttributeFacts* const row = findOwn(*level, name);
+            if (!row) continue;
+            const KpIfcEntityFacts* nobody = nullptr;
+            if (entry.facts.compare_exchange_strong(nobody, &facts, std::memory_order_relaxed))
+                entry.row.store(row, std::memory_order_release);
+            return row;
         }
         return nullptr;
     }
 
     Entry m_entries[std::size_t{1} << kBits];
 };
+
+} // namespace detail
 
 } // namespace IFC2X3

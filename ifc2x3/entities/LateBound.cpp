@@ -20,6 +20,9 @@ using KP_SDAI::KpIfcVariantType;
 
 namespace {
 
+using detail::FoundRows;
+using detail::Name;
+
 [[noreturn]] void refuse(unsigned code, const char* message, const KpIfcEntityFacts& facts, const char* operation) {
     throw KP_SDAI::KpIfcException(code, message, ("IFC2X3::" + std::string(facts.name) + "::" + operation).c_str());
 }
