@@ -1,21 +1,21 @@
-# kp_generated_sources(<prefix> SCHEMA <file> OUTPUT <folder> [FIXED <file>...])
+# kp_generated_sources(<prefix> SCHEMA <file> OUTPUT <folder>)
 #
 # Adds the run of kpifcgen that writes the sources of one schema into OUTPUT, and says which files it will write. The
 # declarations in the schema file are the list: none is kept by hand, and CMake runs again when the file changes.
 #
 #   SCHEMA  the .schema file
 #   OUTPUT  where to write; must lie in the build tree, by custom below ${KP_GENERATED_DIR}
-#   FIXED   what kpifcgen writes besides the files of single declarations, relative to OUTPUT
 #
 # With N the name of the schema and D that of a declaration, the files of OUTPUT are
 #   entity, abstract entity   include/N/D.h   entities/D.cpp
 #   select, enum              include/N/D.h   types/D.cpp
 #   type                      none of its own
+# and those that are about all declarations (fixed, below).
 # Sets in the caller's scope, all as full paths:
 #   <prefix>_ENTITY_SOURCES   entities/*.cpp
 #   <prefix>_TYPE_SOURCES     types/*.cpp
 #   <prefix>_HEADERS          include/N/*.h
-#   <prefix>_FIXED_FILES      FIXED
+#   <prefix>_FIXED_FILES      those about all declarations
 #   <prefix>_SOURCES          all of the above, and the stamp file that every run touches
 #   <prefix>_INCLUDE_DIR      OUTPUT/include
 #
@@ -25,8 +25,7 @@
 # the headers needs add_dependencies(<target> <prefix>_generate). The target "generated" is all such runs.
 #
 #   kp_generated_sources(ifc2x3 SCHEMA ${PROJECT_SOURCE_DIR}/generator/schemas/ifc2x3.schema
-#                               OUTPUT ${KP_GENERATED_DIR}/ifc2x3
-#                               FIXED include/IFC2X3/Declarations.h schema/Tables.cpp)
+#                               OUTPUT ${KP_GENERATED_DIR}/ifc2x3)
 #   add_library(KpIFC2X3 MODULE ${ifc2x3_SOURCES} ...)
 #   set_target_properties(KpIFC2X3 PROPERTIES UNITY_BUILD ${KP_UNITY} UNITY_BUILD_BATCH_SIZE 256)
 #   target_include_directories(KpIFC2X3 PUBLIC ${ifc2x3_INCLUDE_DIR})
@@ -34,9 +33,9 @@
 add_custom_target(generated)
 
 function(kp_generated_sources prefix)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCHEMA;OUTPUT" "FIXED")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCHEMA;OUTPUT" "")
     if(NOT arg_SCHEMA OR NOT arg_OUTPUT OR arg_UNPARSED_ARGUMENTS)
-        message(FATAL_ERROR "kp_generated_sources(<prefix> SCHEMA <file> OUTPUT <folder> [FIXED <file>...])")
+        message(FATAL_ERROR "kp_generated_sources(<prefix> SCHEMA <file> OUTPUT <folder>)")
     endif()
     cmake_path(IS_PREFIX PROJECT_BINARY_DIR "${arg_OUTPUT}" NORMALIZE in_build_tree)
     if(NOT in_build_tree)
@@ -71,7 +70,18 @@ function(kp_generated_sources prefix)
     if(NOT headers)
         message(FATAL_ERROR "${arg_SCHEMA}: no declarations")
     endif()
-    list(TRANSFORM arg_FIXED PREPEND "${arg_OUTPUT}/" OUTPUT_VARIABLE fixed)
+    set(fixed
+        include/${schema}/Entities.h
+        include/${schema}/Properties.h
+        module/Descriptors.cpp
+        properties/Properties.cpp
+        schema/AggregationTypes.cpp
+        schema/EntityTypes.cpp
+        schema/EnumerationTypes.cpp
+        schema/SelectTypes.cpp
+        schema/SimpleDefinedTypes.cpp
+    )
+    list(TRANSFORM fixed PREPEND "${arg_OUTPUT}/")
     set(all ${entities} ${types} ${headers} ${fixed})
 
     set(stamp "${arg_OUTPUT}/generated.stamp")

@@ -19,6 +19,7 @@ install(
 )
 install(EXPORT KpIfcTargets NAMESPACE Kp:: DESTINATION "${config}" COMPONENT Development)
 install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Runtime)
+install(FILES docs/guide.md docs/command_line.md DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs" COMPONENT Runtime)
 install(
     DIRECTORY examples
     DESTINATION "${CMAKE_INSTALL_DOCDIR}"

@@ -19,12 +19,15 @@ std::uint64_t nextSerial() {
 }
 
 constexpr std::size_t kFirstPages = 4;
-constexpr std::size_t kFirstSlab = 4;
-constexpr std::size_t kLargestSlab = 256; // chunks: 1 MiB
+constexpr std::size_t kFirstSlab = 4; // chunks
+constexpr std::size_t kSlabs = 4;     // each of twice the size of the one before; then come blocks
 
 } // namespace
 
-InstanceTable::InstanceTable(KpIfcModel& model) : m_model(model), m_serial(nextSerial()) {
+InstanceTable::InstanceTable(KpIfcModel& model, BlockPool& pool)
+    : m_model(model), m_pool(pool), m_serial(nextSerial()) {
+    static_assert(BlockPool::kAlignment % KpIfcSlotChunk::kBytes == 0 &&
+                  BlockPool::kBlock % KpIfcSlotChunk::kBytes == 0);
     growTo(kFirstPages);
 }
 
@@ -34,14 +37,17 @@ InstanceTable::~InstanceTable() {
 
 KpIfcSlotChunk* InstanceTable::newChunk() {
     if (m_slabNext == m_slabEnd) {
-        std::size_t chunks = kFirstSlab << m_slabs.size();
-        if (m_slabs.size() > 6 || chunks > kLargestSlab) chunks = kLargestSlab;
-        const std::size_t bytes = chunks * KpIfcSlotChunk::kBytes;
-        m_slabs.reserve(m_slabs.size() + 1);
-        void* slab = std::aligned_alloc(KpIfcSlotChunk::kBytes, bytes);
-        if (!slab) throw std::bad_alloc();
-        m_slabs.push_back(slab);
-        m_slabNext = static_cast<char*>(slab);
+        std::size_t bytes = BlockPool::kBlock;
+        if (m_slabs.size() < kSlabs) {
+            bytes = (kFirstSlab << m_slabs.size()) * KpIfcSlotChunk::kBytes;
+            m_slabs.reserve(kSlabs);
+            void* const slab = std::aligned_alloc(KpIfcSlotChunk::kBytes, bytes);
+            if (!slab) throw std::bad_alloc();
+            m_slabs.push_back(slab);
+            m_slabNext = static_cast<char*>(slab);
+        } else {
+            m_slabNext = static_cast<char*>(m_pool.take());
+        }
         m_slabEnd = m_slabNext + bytes;
     }
     void* memory = m_slabNext;

@@ -2,6 +2,8 @@
 
 #include <KpIfcCore/KpDbObjectId.h>
 
+#include "values/BlockPool.h"
+
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -28,7 +30,7 @@ struct SlotCache {
 /// stretches are dense may depend on which thread comes first; what is found and the order of names do not.
 class InstanceTable {
 public:
-    explicit InstanceTable(KpIfcModel& model);
+    InstanceTable(KpIfcModel& model, BlockPool& pool);
     InstanceTable(const InstanceTable&) = delete;
     InstanceTable& operator=(const InstanceTable&) = delete;
     ~InstanceTable();
@@ -94,6 +96,7 @@ private:
     KpIfcSlotChunk* newChunk();
 
     KpIfcModel& m_model;
+    BlockPool& m_pool;
     std::uint64_t m_serial;
     SlotCache m_cache;
 
@@ -113,7 +116,7 @@ private:
     KpIfcSlotChunk* m_sparseChunk = nullptr;
     std::size_t m_sparseFill = KpIfcSlotChunk::kSlots;
 
-    std::vector<void*> m_slabs;
+    std::vector<void*> m_slabs; ///< besides blocks of the pool
     char* m_slabNext = nullptr;
     char* m_slabEnd = nullptr;
     std::vector<std::unique_ptr<std::uint64_t[]>> m_sparseNames;

@@ -62,17 +62,19 @@ std::size_t KpIfcModel::count() const {
 }
 
 KpIfcArray<KpIfcEntityCount> KpIfcModel::entityCounts() const {
+    KpIfcArray<KpIfcEntityCount> counts;
     std::unordered_map<const KpIfcEntityType*, std::size_t> byEntity;
     const KpIfcEntityType* last = nullptr; // instances of one entity often stand one behind the other
     std::size_t* count = nullptr;
-    InstanceTable::Place place;
-    while (KpIfcSlot* const slot = m_data->table.next(place)) {
-        const KpIfcEntityType* const entity = m_data->entityOf(KpDbObjectId(slot));
-        if (!entity) continue; // a record kept as text
-        if (entity != last) count = &byEntity[last = entity];
-        ++*count;
+    if (m_data->isWhole()) {
+        for (const KpIfcEntityBase* const instance : instances()) {
+            const KpIfcEntityType* const entity = instance->getInstanceType();
+            if (entity != last) count = &byEntity[last = entity];
+            ++*count;
+        }
+    } else {
+        for (const KpIfcEntityCount& ofOne : m_data->countUnread()) counts.append(ofOne);
     }
-    KpIfcArray<KpIfcEntityCount> counts;
     for (const auto& [entity, instances] : byEntity) counts.append({entity, instances});
     std::sort(counts.begin(), counts.end(), [](const KpIfcEntityCount& a, const KpIfcEntityCount& b) {
         return std::strcmp(a.entity->name(), b.entity->name()) < 0;

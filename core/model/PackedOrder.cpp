@@ -1,52 +1,71 @@
 #include "model/PackedOrder.h"
 
-#include <cstring>
+#include <cstddef>
 
 namespace KP_SDAI {
 
 namespace {
 
-// Seven bits a byte, the lowest first, the eighth set where more follow. A number never ends in a zero byte that
+// Three bits in a half byte, the lowest first, the fourth set where more follow. A number never ends in a zero that
 // follows another one, so these two say that the address of a kept record comes.
-constexpr std::uint8_t kMore = 0x80;
-constexpr std::uint8_t kRecord[] = {kMore, 0};
+constexpr unsigned kBits = 3;
+constexpr unsigned kMore = 1u << kBits;
+constexpr unsigned kRecord[] = {kMore, 0};
+constexpr unsigned kAddressSize = 2 * sizeof(std::uintptr_t);
 
 } // namespace
 
 void PackedOrder::makeRoom(const OrderEntry& entry) {
-    if (m_bytes.capacity() - m_bytes.size() < kLongest) m_bytes.reserve(m_bytes.size() + m_bytes.size() / 2 + 64);
+    while (!hasRoom(kLongest)) m_chunks.push_back(std::make_unique<std::uint8_t[]>(kChunk / 2));
     if (!m_positions.empty() && entry.slot()) m_positions[entry.slot()] = m_end.count;
 }
 
 void PackedOrder::append(const OrderEntry& entry) {
     makeRoom(entry);
     if (KeptRecord* const record = entry.record()) {
-        const auto* const address = reinterpret_cast<const std::uint8_t*>(&record);
-        m_bytes.insert(m_bytes.end(), kRecord, kRecord + sizeof kRecord);
-        m_bytes.insert(m_bytes.end(), address, address + sizeof record);
+        const auto address = reinterpret_cast<std::uintptr_t>(record);
+        for (const unsigned mark : kRecord) put(mark);
+        for (unsigned i = 0; i < kAddressSize; ++i) put(static_cast<unsigned>(address >> (4 * i) & 0xFu));
     } else {
         const std::uint64_t name = KpDbObjectId(entry.slot()).instanceName();
         const std::uint64_t difference = name - m_end.name;
         // Small ones below zero are to be small, too: the sign goes to the lowest bit.
         std::uint64_t rest = difference << 1 ^ (difference >> 63 ? UINT64_MAX : 0);
-        for (; rest >= kMore; rest >>= 7) m_bytes.push_back(static_cast<std::uint8_t>(rest | kMore));
-        m_bytes.push_back(static_cast<std::uint8_t>(rest));
+        for (; rest >= kMore; rest >>= kBits) put(static_cast<unsigned>(rest & (kMore - 1)) | kMore);
+        put(static_cast<unsigned>(rest));
         m_end.name = name;
     }
     ++m_end.count;
-    m_end.bytes = m_bytes.size();
 }
 
-OrderEntry PackedOrder::next(const InstanceTable& table, Reading& reading) {
-    const std::uint8_t*& p = reading.next;
-    if (p[0] == kRecord[0] && p[1] == kRecord[1]) {
-        KeptRecord* record;
-        std::memcpy(&record, p + sizeof kRecord, sizeof record);
-        p += sizeof kRecord + sizeof record;
-        return OrderEntry(record);
+void PackedOrder::append(std::span<const OrderEntry> entries) {
+    for (const OrderEntry& entry : entries) {
+        KpIfcSlot* const slot = entry.slot();
+        const std::uint64_t difference = slot ? KpDbObjectId(slot).instanceName() - m_end.name : UINT64_MAX;
+        if (difference >= kMore / 2 || !hasRoom(1) || !m_positions.empty()) {
+            append(entry);
+            continue;
+        }
+        put(static_cast<unsigned>(difference << 1));
+        m_end.name += difference;
+        ++m_end.count;
     }
-    std::uint64_t bits = *p & (kMore - 1u);
-    for (unsigned shift = 7; *p++ & kMore; shift += 7) bits |= std::uint64_t{*p & (kMore - 1u)} << shift;
+}
+
+OrderEntry PackedOrder::next(const InstanceTable& table, Reading& reading) const {
+    std::size_t& place = reading.place;
+    unsigned last = half(place++);
+    if (last == kRecord[0] && half(place) == kRecord[1]) {
+        std::uintptr_t address = 0;
+        ++place;
+        for (unsigned i = 0; i < kAddressSize; ++i) address |= std::uintptr_t{half(place++)} << (4 * i);
+        return OrderEntry(reinterpret_cast<KeptRecord*>(address));
+    }
+    std::uint64_t bits = last & (kMore - 1);
+    for (unsigned shift = kBits; last & kMore; shift += kBits) {
+        last = half(place++);
+        bits |= std::uint64_t{last & (kMore - 1)} << shift;
+    }
     reading.name += bits >> 1 ^ (bits & 1 ? UINT64_MAX : 0);
     KpIfcSlotChunk* const chunk = reading.slot ? KpIfcSlotChunk::of(reading.slot) : nullptr;
     if (chunk && !chunk->names && reading.name - chunk->firstName < KpIfcSlotChunk::kSlots)
@@ -68,8 +87,7 @@ void PackedOrder::replace(const InstanceTable& table, KpIfcSlot* slot, KeptRecor
 }
 
 void PackedOrder::returnTo(const Mark& mark) {
-    m_bytes.resize(mark.bytes);
-    m_end = mark;
+    m_end = mark; // further memory stays for what comes
     std::erase_if(m_positions, [&](const auto& position) { return position.second >= mark.count; });
 }
 

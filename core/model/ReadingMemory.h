@@ -9,9 +9,12 @@ namespace KP_SDAI {
 
 /// Where one thread puts what it reads.
 struct ReadingMemory {
+    ReadingMemory(KpArena& a, BlockPool& pool) : arena(a), types(pool) {}
+
     KpArena& arena;
-    SlotCache slots = {};
-    KnownTypes types = {}; ///< of what it has read
+    SlotCache slots;    ///< of what is referred to
+    SlotCache ownSlots; ///< of what is read
+    KnownTypes types;   ///< of what it has read
 };
 
 } // namespace KP_SDAI

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <KpIfcCore/KpDbObjectId.h>
+#include <KpIfcCore/KpIfcModel.h>
 
 #include <string_view>
 #include <vector>
@@ -25,6 +26,8 @@ public:
     /// Throws as KpIfcOpenOptions::lazy says; then the slot is as it was.
     virtual KpIfcEntityBase* read(KpIfcSlot& slot) = 0;
     /// All that may have a GlobalId, read or not: those that have it are among them.
+    /// How many instances there are of each entity of which there are any, read ones included.
+    virtual std::vector<KpIfcEntityCount> entityCounts() const = 0;
     virtual std::vector<KpDbObjectId> mayHaveGlobalId(std::string_view globalId) const = 0;
     /// Reads the file as if nothing had been read, by ModelData::readAnew(). Throws; then all is as it was.
     virtual void readAll() = 0;

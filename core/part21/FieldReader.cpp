@@ -68,10 +68,24 @@ bool RecordReader::FieldReader::read(const KpIfcAttributeFacts& row) {
     case KpIfcFieldKind::real: return readReal(m_instance.*row.member.real, p);
     case KpIfcFieldKind::enumeration: return readEnumeration(row, p);
     case KpIfcFieldKind::boolean: return readBoolean(m_instance.*row.member.boolean, p);
-    case KpIfcFieldKind::string: return readText(m_instance.*row.member.string, p);
+    case KpIfcFieldKind::string:
+        return !(row.flags & KpIfcAttributeFacts::kBinary) && readText(m_instance.*row.member.string, p);
     case KpIfcFieldKind::guid: return readGlobalId(m_instance.*row.member.guid, p);
     case KpIfcFieldKind::select: return readUnsetSelect(row.member.select(m_instance), p);
     default: return false;
+    }
+}
+
+void RecordReader::FieldReader::readBinary(KpAnsiString& value, bool separator) {
+    if (!m_filer.beginField(separator)) return;
+    std::string_view digits;
+    if (m_filer.readBinaryText(digits)) {
+        if (m_filer.endField("a binary")) m_filer.store(value, digits);
+    } else if (m_filer.m_broken || !m_filer.atUnset()) {
+        m_filer.wrongValue("a binary");
+    } else {
+        value = KpAnsiString::unset();
+        m_filer.endField("a binary");
     }
 }
 

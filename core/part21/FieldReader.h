@@ -16,6 +16,8 @@ public:
 
     /// False, and nothing read, where the field is none of the simple ones.
     bool read(const KpIfcAttributeFacts& row);
+    /// A binary, however it is spelled; like the filer's primitives for other fields.
+    void readBinary(KpAnsiString& value, bool separator);
 
 private:
     bool readReference(const KpIfcAttributeFacts& row, const char* p);

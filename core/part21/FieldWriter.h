@@ -18,6 +18,10 @@ public:
         m_filer.separate(separator);
         put(reference);
     }
+    void writeBinary(const KpAnsiString& value, bool separator) const {
+        m_filer.separate(separator);
+        m_filer.wrBinary(value);
+    }
     /// False, and nothing written, where the elements are others.
     bool writeAggregate(const KpIfcAggrFacts& facts, const KpIfcAggr& aggregate, bool optional, bool separator) const {
         if (facts.element == KpIfcElementKind::reference)

@@ -1,5 +1,6 @@
 #include "part21/FileReader.h"
 
+#include "part21/FindingLines.h"
 #include "part21/Lexer.h"
 #include "part21/SectionReader.h"
 #include "part21/StepValueText.h"
@@ -219,7 +220,7 @@ std::uint64_t FileReader::readData(ModelData& data, ProgressMeter& progress) {
     if (m_window.firstZero() != Window::kNoZero)
         m_report.add(findingAt(KpIfcFinding::textEncoding, KpIfcSeverity::warning, m_window.firstZero(),
                                {"a zero byte, the first in the file", "none: what stood there may be lost"}));
-    locateFindings(progress);
+    if (m_source.error().empty()) locateFindings(m_report.located(), m_source, m_layout, progress);
     return size;
 }
 
@@ -297,47 +298,6 @@ void FileReader::readTrailing() {
     report(KpIfcFinding::trailingText, KpIfcSeverity::warning,
            {quotedHere(m_window.end()) + " behind END-ISO-10303-21;", "the end of the file", "no part of the model"});
     while (m_window.refill(m_place = m_window.end())) {
-    }
-}
-
-/// Sorts the findings by their places and counts lines, which costs a second walk and is done only where there is
-/// something to report.
-void FileReader::locateFindings(ProgressMeter& progress) {
-    std::vector<KpIfcReportEntry>& entries = m_report.located();
-    std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.offset < b.offset; });
-    if (entries.empty() || !m_source.error().empty() || !m_source.rewind()) return;
-    progress.beginBytes(KpIfcStage::locating, m_source.fileSize());
-    std::vector<char> buffer(256 * 1024);
-    std::uint64_t offset = 0;
-    char lineEnd = '\n';
-    std::uint64_t line = 1;
-    std::uint64_t lineStart = 0;
-    auto next = entries.begin();
-    for (std::size_t got; next != entries.end() && (got = m_source.read(buffer.data(), buffer.size())) != 0;) {
-        const char* p = buffer.data();
-        if (offset == 0 && !std::memchr(p, '\n', got)) lineEnd = '\r'; // lines that end in carriage returns only
-        for (; next != entries.end() && next->offset < offset + got; ++next) {
-            const char* const place = buffer.data() + (next->offset - offset);
-            while (const void* found = std::memchr(p, lineEnd, static_cast<std::size_t>(place - p))) {
-                p = static_cast<const char*>(found) + 1;
-                ++line;
-                lineStart = offset + static_cast<std::uint64_t>(p - buffer.data());
-            }
-            p = place;
-            next->line = line;
-            next->column = next->offset - lineStart + 1;
-        }
-        const char* const behind = buffer.data() + got;
-        while (const void* found = std::memchr(p, lineEnd, static_cast<std::size_t>(behind - p))) {
-            p = static_cast<const char*>(found) + 1;
-            ++line;
-            lineStart = offset + static_cast<std::uint64_t>(p - buffer.data());
-        }
-        offset += got;
-    }
-    for (; next != entries.end(); ++next) {
-        next->line = line;
-        next->column = next->offset - lineStart + 1;
     }
 }
 

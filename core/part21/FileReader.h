@@ -48,7 +48,6 @@ private:
     /// Reports where a statement is more than its keyword.
     void checkAlone(const char* end);
     void readTrailing();
-    void locateFindings(ProgressMeter& progress);
     std::string statement(const char* end) const;
     std::uint64_t offset() const { return m_window.offsetOf(m_place); }
     void report(KpIfcFinding finding, KpIfcSeverity severity, Said said);

@@ -41,15 +41,14 @@ void visitSelects(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, Vis
 
 } // namespace
 
-void LateReferences::look(const std::vector<std::vector<PendingField>>& parts, const Threading& threading,
+void LateReferences::look(const StoredParts<PendingField>& fields, const Threading& threading,
                           ProgressMeter& progress) {
-    std::size_t count = 0;
-    for (const std::vector<PendingField>& fields : parts) count += fields.size();
-    progress.beginItems(KpIfcStage::linking, count);
+    const auto& parts = fields.parts();
+    progress.beginItems(KpIfcStage::linking, fields.count());
     std::vector<std::vector<Departure>> departures(parts.size());
     std::atomic<std::size_t> next{0};
     std::atomic<std::size_t> done{0};
-    shareOut(threading.threadsFor(count), [&](unsigned share, const std::atomic<bool>& isStopped) {
+    shareOut(threading.threadsFor(fields.count()), [&](unsigned share, const std::atomic<bool>& isStopped) {
         for (std::size_t i = next++; i < parts.size() && !isStopped; i = next++) {
             for (const PendingField& field : parts[i]) {
                 // A record that was displaced by a later one of its name is text by now.

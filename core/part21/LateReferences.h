@@ -5,6 +5,7 @@
 #include "model/ModelData.h"
 #include "part21/PendingField.h"
 #include "part21/ProgressMeter.h"
+#include "part21/StoredParts.h"
 #include "part21/Threading.h"
 
 #include <vector>
@@ -17,7 +18,7 @@ class LateReferences {
 public:
     LateReferences(ModelData& data, KpIfcReport& report) : m_data(data), m_report(report) {}
 
-    void look(const std::vector<std::vector<PendingField>>& parts, const Threading& threading, ProgressMeter& progress);
+    void look(const StoredParts<PendingField>& fields, const Threading& threading, ProgressMeter& progress);
     /// Looks at one of them. What is unread counts as what it will be (ModelData::entityOf()); only for selects it is
     /// read.
     void look(const PendingField& field);

@@ -21,11 +21,19 @@ std::unique_ptr<LazyReader> LazyReader::open(ByteSource& source, std::uint64_t o
     error = source.hasChanged() ? kSourceHasChanged : scan.error();
     if (!isPlain || !error.empty()) return nullptr;
     reader->m_fileSize = scan.fileSize();
+    reader->m_counts = scan.counts();
     return reader;
 }
 
 const KpIfcEntityType* LazyReader::entityOf(const KpIfcSlot& slot) const {
     return m_names.at(UnreadWord::entity(slot.word));
+}
+
+std::vector<KpIfcEntityCount> LazyReader::entityCounts() const {
+    std::vector<KpIfcEntityCount> counts;
+    for (std::size_t i = 0; i < m_counts.size(); ++i)
+        if (m_counts[i]) counts.push_back({m_names.at(i), m_counts[i]});
+    return counts;
 }
 
 bool LazyReader::areMostlyRead() const {

@@ -38,8 +38,9 @@ public:
     bool areMostlyRead() const override;
     bool isReading() const override { return m_isReading; }
     KpIfcEntityBase* read(KpIfcSlot& slot) override;
+    std::vector<KpIfcEntityCount> entityCounts() const override;
     std::vector<KpDbObjectId> mayHaveGlobalId(std::string_view globalId) const override {
-        return m_globalIds.mayHave(globalId);
+        return m_globalIds.mayHave(globalId, m_data.table);
     }
     void readAll() override { m_data.readAnew(m_readFile, m_read); }
 
@@ -60,6 +61,7 @@ private:
     std::function<void()> m_readFile;
     EntityNames m_names;
     ScannedGlobalIds m_globalIds;
+    std::vector<std::size_t> m_counts; ///< of records, by the places of entities in m_names
     std::uint64_t m_fileSize = 0;
 
     SourcePiece m_piece;

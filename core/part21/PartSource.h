@@ -26,6 +26,7 @@ public:
     /// A part is no longer out: everything up to its end is read.
     void comeBack() { --m_partsOut; }
     std::size_t partsOut() const { return m_partsOut; }
+    const ByteSource& source() const { return m_source; }
     /// Bytes that were given out in all.
     std::uint64_t offset() const { return m_offset; }
 

@@ -20,7 +20,7 @@ struct ReadRecords {
     ReadInstances instances;
     std::vector<PendingField> pending;
     std::vector<KpIfcEntityBase*> referring; ///< instances that inverse attributes are about
-    GlobalIdCheck globalIds;
+    std::vector<GlobalIdCheck::Noted> globalIds;
     KpIfcReport report;
     SourceLayout layout;
 };

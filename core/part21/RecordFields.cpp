@@ -27,6 +27,10 @@ void readAggregate(KpSpfFilerBase& filer, KpIfcAggr& aggregate, const KpIfcAttri
     for (const KpDbObjectId& element : elements) filer.checkReference(element, *row.target);
 }
 
+bool isBinary(const KpIfcAttributeFacts& row) {
+    return row.flags & KpIfcAttributeFacts::kBinary;
+}
+
 void readField(KpIfcEntityBase& instance, KpSpfFilerBase& filer, const KpIfcAttributeFacts& row) {
     const bool optional = row.isOptional();
     const bool separator = !row.isFirst();
@@ -59,8 +63,13 @@ void readField(KpIfcEntityBase& instance, KpSpfFilerBase& filer, const KpIfcAttr
 
 void readRecordFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::span<const KpIfcAttributeFacts> rows) {
     RecordReader::FieldReader reader(instance, filer);
-    for (const KpIfcAttributeFacts& row : rows)
-        if (!reader.read(row)) readField(instance, filer, row);
+    for (const KpIfcAttributeFacts& row : rows) {
+        if (reader.read(row)) continue;
+        if (row.kind == KpIfcFieldKind::string && isBinary(row))
+            reader.readBinary(instance.*row.member.string, !row.isFirst());
+        else
+            readField(instance, filer, row);
+    }
 }
 
 void writeRecordFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::span<const KpIfcAttributeFacts> rows) {
@@ -69,7 +78,12 @@ void writeRecordFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, std::sp
         const bool optional = row.isOptional();
         const bool separator = !row.isFirst();
         switch (row.kind) {
-        case KpIfcFieldKind::string: filer.wrKpAnsiString(instance.*row.member.string, optional, separator); break;
+        case KpIfcFieldKind::string:
+            if (isBinary(row))
+                writer.writeBinary(instance.*row.member.string, separator);
+            else
+                filer.wrKpAnsiString(instance.*row.member.string, optional, separator);
+            break;
         case KpIfcFieldKind::guid: {
             const KpIfcGUID& guid = instance.*row.member.guid;
             filer.wrLimitedString(guid.constStr(), KpIfcGUID::kLength, false, separator);

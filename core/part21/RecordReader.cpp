@@ -98,7 +98,7 @@ bool RecordReader::read(const char*& place, const char* end, Failure& failure) {
     m_filer.m_recordBegin = place;
     m_filer.m_recordOffset = offsetOf(place);
     const char* behind = p + 1;
-    if (!readFields(*type, m_data.table.slot(name, m_memory.slots), behind, failure)) {
+    if (!readFields(*type, m_data.table.slot(name, m_memory.ownSlots), behind, failure)) {
         failure.entity = type->name();
         return false;
     }
@@ -191,7 +191,7 @@ void RecordReader::bind(const KpIfcEntityType& type, KpIfcSlot* slot, KpIfcEntit
     }
     m_into->instances.noteInstance(slot, name);
     if (!type.counterparts().empty()) m_into->referring.push_back(instance);
-    m_into->globalIds.note(type, *instance, m_filer.m_recordOffset);
+    GlobalIdCheck::note(type, *instance, m_filer.m_recordOffset, m_into->globalIds);
     if (m_isMisspelled) report(KpIfcFinding::spelling, {"the name of an entity", "it in upper case", kReadAllTheSame});
     if (type.isAbstract())
         report(KpIfcFinding::abstractEntity,

@@ -36,7 +36,7 @@ public:
     /// Instances and what they hold go to `arena`. One that is alone may meet names that come twice; one that is not
     /// throws ReadAgain there.
     RecordReader(ModelData& data, KpArena& arena, const EntityNames& names, bool isAlone)
-        : m_data(data), m_memory{arena}, m_names(names), m_isAlone(isAlone), m_filer(data, &m_memory) {}
+        : m_data(data), m_memory(arena, data.pool), m_names(names), m_isAlone(isAlone), m_filer(data, &m_memory) {}
 
     /// From now on the rest of what is read goes to `into`.
     void readInto(ReadRecords& into) {
@@ -57,7 +57,10 @@ public:
     void passOver(const char* begin, const char* end, Failure& failure);
     void report(const char* place, KpIfcFinding finding, Said said);
     /// Gives back memory that only reading needs.
-    void finish() { m_memory.types.clear(); }
+    void finish() {
+        m_memory.types.clear();
+        m_filer.m_sharedTexts = {};
+    }
 
 private:
     void keep(const char* begin, const char* end, Failure& failure);

@@ -48,7 +48,7 @@ const char* openBehind(const char* keyword) {
 
 RecordScan::RecordScan(ByteSource& source, ModelData& data, const EntityNames& names, ScannedGlobalIds& globalIds)
     : m_source(source), m_data(data), m_names(names), m_globalIds(globalIds), m_hasGlobalId(EntityNames::kSize),
-      m_buffer(kPiece + ParameterScan::kZeros) {
+      m_counts(EntityNames::kSize), m_buffer(kPiece + ParameterScan::kZeros) {
     const RootedEntity rooted(data.schema());
     for (std::size_t i = 0; i < EntityNames::kSize; ++i)
         m_hasGlobalId[i] = rooted.entity && names.at(i) && names.at(i)->isKindOf(rooted.entity);
@@ -70,6 +70,7 @@ bool RecordScan::refill(const char*& place, ProgressMeter& progress) {
     m_hasEnded = got < room;
     place = m_buffer.data();
     progress.readTo(m_offset + m_length);
+    m_data.expectRest(m_source.fileSize(), m_offset);
     return got != 0;
 }
 
@@ -147,7 +148,8 @@ bool RecordScan::passRecords(const char*& place, ProgressMeter& progress) {
                 if (slot->word != 0) return false; // the name is another one's
                 const auto offset = m_offset + static_cast<std::uint64_t>(place - m_buffer.data());
                 m_data.noteUnread(slot, name, UnreadWord::of(offset, entity));
-                if (m_hasGlobalId[entity]) m_globalIds.note(*slot, parameters + 1);
+                ++m_counts[entity];
+                if (m_hasGlobalId[entity]) m_globalIds.note(name, parameters + 1);
                 place = p;
                 continue;
             }

@@ -21,8 +21,11 @@ public:
     /// Looks at the file from `offset` on, behind the last header record, to its end. False, with the model of no use
     /// any more, where anything in it is out of the ordinary or, with error(), cannot be read.
     bool run(std::uint64_t offset, ProgressMeter& progress);
+    /// Of the file, all of which was looked at.
     std::uint64_t fileSize() const { return m_offset + m_length; }
     const std::string& error() const { return m_error; }
+    /// How many records there are of each entity, by its place in EntityNames.
+    const std::vector<std::size_t>& counts() const { return m_counts; }
 
 private:
     bool refill(const char*& place, ProgressMeter& progress);
@@ -36,6 +39,7 @@ private:
     const EntityNames& m_names;
     ScannedGlobalIds& m_globalIds;
     std::vector<char> m_hasGlobalId; ///< whether entities have, by their places in m_names
+    std::vector<std::size_t> m_counts;
     std::vector<char> m_buffer;
     std::size_t m_length = 0;
     std::uint64_t m_offset = 0; ///< of the buffer's first byte

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kLength = KpIfcGUID::kLength;
 
-std::uint64_t hashOf(const char* text) {
+std::uint32_t hashOf(const char* text) {
     std::uint64_t words[3];
     std::memcpy(&words[0], text, 8);
     std::memcpy(&words[1], text + 8, 8);
@@ -23,7 +23,7 @@ std::uint64_t hashOf(const char* text) {
         hash = (hash ^ word) * 0xFF51AFD7ED558CCDu;
         hash ^= hash >> 32;
     }
-    return hash;
+    return static_cast<std::uint32_t>(hash);
 }
 
 /// True for a text of the right length that means just what stands there.
@@ -39,19 +39,20 @@ bool isPlain(const char* parameter) {
 
 } // namespace
 
-void ScannedGlobalIds::note(KpIfcSlot& slot, const char* parameter) {
+void ScannedGlobalIds::note(std::uint64_t name, const char* parameter) {
     if (isPlain(parameter))
-        m_noted.push_back({hashOf(parameter + 1), &slot});
+        m_noted.push_back({hashOf(parameter + 1), static_cast<std::uint32_t>(name)});
     else if (*parameter != '$')
-        m_unusual.push_back(&slot);
+        m_unusual.push_back(static_cast<std::uint32_t>(name));
 }
 
-std::vector<KpDbObjectId> ScannedGlobalIds::mayHave(std::string_view globalId) const {
-    std::vector<KpDbObjectId> found(m_unusual.begin(), m_unusual.end());
+std::vector<KpDbObjectId> ScannedGlobalIds::mayHave(std::string_view globalId, const InstanceTable& table) const {
+    std::vector<KpDbObjectId> found;
+    for (const std::uint32_t name : m_unusual) found.emplace_back(table.find(name));
     if (globalId.size() != kLength) return found;
-    const std::uint64_t hash = hashOf(globalId.data());
+    const std::uint32_t hash = hashOf(globalId.data());
     for (const Noted& noted : m_noted)
-        if (noted.hash == hash) found.emplace_back(noted.slot);
+        if (noted.hash == hash) found.emplace_back(table.find(noted.name));
     return found;
 }
 

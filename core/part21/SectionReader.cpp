@@ -36,8 +36,9 @@ SectionReader::SectionReader(ModelData& data, PartSource& source, Window& window
                              KpIfcReport& report, const Threading& threading)
     : m_data(data), m_source(source), m_window(window), m_layout(layout), m_report(report), m_threading(threading),
       m_names(data.schema()), m_reader(data, data.arena, m_names, threading.threads == 1),
-      m_read(report.listedPerKind()) {
+      m_read(report.listedPerKind()), m_pending(data.pool), m_referring(data.pool), m_globalIds(data.pool) {
     m_reader.readInto(m_read);
+    m_data.expectRest(m_source.source().fileSize(), m_source.source().place());
 }
 
 bool SectionReader::readSection(const char*& place) {
@@ -156,12 +157,14 @@ void SectionReader::take(ReadRecords& read) {
     m_data.take(read.instances);
     m_report.append(std::move(read.report));
     m_layout.append(read.layout);
-    m_globalIds.append(read.globalIds);
-    // Copies are as large as need be; what was read into is used again.
-    if (!read.pending.empty()) m_pending.emplace_back(read.pending.begin(), read.pending.end());
-    if (!read.referring.empty()) m_referring.emplace_back(read.referring.begin(), read.referring.end());
+    // What was read into is used again.
+    m_globalIds.add(read.globalIds);
+    m_pending.add(read.pending);
+    m_referring.add(read.referring);
+    read.globalIds.clear();
     read.pending.clear();
     read.referring.clear();
+    m_data.expectRest(m_source.source().fileSize(), m_source.source().place());
 }
 
 void SectionReader::keep(std::string text) {
@@ -175,18 +178,18 @@ void SectionReader::finish(ProgressMeter& progress) {
     m_data.table.sortSparse();
     m_data.endTaking();
     LateReferences(m_data, m_report).look(m_pending, m_threading, progress);
-    m_pending = {};
+    m_pending.clear();
     m_globalIds.look(m_report);
     enterInverses(progress);
 }
 
 void SectionReader::enterInverses(ProgressMeter& progress) {
     std::vector<KpIfcEntityBase*> referring;
-    std::size_t count = 0;
-    for (const auto& part : m_referring) count += part.size();
-    referring.reserve(count);
-    for (const auto& part : m_referring) referring.insert(referring.end(), part.begin(), part.end());
-    m_referring = {};
+    referring.reserve(m_referring.count());
+    for (const auto& part : m_referring.parts()) referring.insert(referring.end(), part.begin(), part.end());
+    m_referring.clear();
+    constexpr std::size_t kEach = 64; // bytes that the entries of an instance take, about
+    m_data.pool.expect(kEach * referring.size());
     progress.beginItems(KpIfcStage::inverses, referring.size());
     sortByName(referring); // so that every set grows at its end
     const unsigned shares = m_threading.threadsFor(referring.size());
@@ -198,6 +201,7 @@ void SectionReader::enterInverses(ProgressMeter& progress) {
             return !isStopped;
         });
     });
+    m_data.pool.expect(BlockPool::kUnknown);
 }
 
 } // namespace KP_SDAI

@@ -55,8 +55,8 @@ private:
     EntityNames m_names;
     RecordReader m_reader;
     ReadRecords m_read; ///< what m_reader has read of the window, as far as it has not been taken
-    std::vector<std::vector<PendingField>> m_pending;
-    std::vector<std::vector<KpIfcEntityBase*>> m_referring;
+    StoredParts<PendingField> m_pending;
+    StoredParts<KpIfcEntityBase*> m_referring;
     GlobalIdCheck m_globalIds;
     std::unique_ptr<PartReaders> m_parts; ///< made when first needed
     std::uint64_t m_sectionEnd = 0;

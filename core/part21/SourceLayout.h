@@ -24,6 +24,7 @@ public:
         std::uint64_t digest;
         std::uint64_t lowestName; ///< above highestName where there is no record
         std::uint64_t highestName;
+        std::uint64_t lines; ///< line feeds in it
     };
     /// A stretch without records that belong to instances.
     struct Opaque {

@@ -3,6 +3,7 @@
 #include "part21/PartSource.h"
 
 #include <cstring>
+#include <utility>
 
 namespace KP_SDAI {
 
@@ -39,7 +40,9 @@ std::uint64_t Window::readToEnd() {
     const char* place = end();
     while (refill(place)) place = end();
     m_layout.closeBlock({m_buffer.data(), m_length});
-    return m_offset + m_length;
+    m_offset += std::exchange(m_length, 0);
+    m_buffer = std::vector<char>(kZeros);
+    return m_offset;
 }
 
 } // namespace KP_SDAI

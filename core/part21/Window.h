@@ -30,7 +30,7 @@ public:
     /// Drops all and goes on with the bytes that follow next in the source, of which `bytes` have been read already.
     /// What stood in the window, and what was passed over, is noted in the layout by now.
     void moveTo(std::uint64_t offset, std::string_view bytes);
-    /// Reads what is left; returns the size of the source.
+    /// Reads what is left and gives the memory back: all places are gone. Returns the size of the source.
     std::uint64_t readToEnd();
     /// Offset of the first zero byte that was read; kNoZero where there was none.
     std::uint64_t firstZero() const { return m_firstZero; }

@@ -1,22 +1,26 @@
 #include "part21/ZipSource.h"
 
-#include <zip.h>
+#include <unzip.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace KP_SDAI {
 
 namespace {
 
-std::string textOf(zip_error_t* error) {
-    switch (zip_error_code_zip(error)) {
-    case ZIP_ER_NOZIP: return "zip archive is damaged or cut off: its directory was not found";
-    case ZIP_ER_CRC: return "zip archive is damaged: checksum does not match";
-    default: return std::string("zip archive cannot be read: ") + zip_error_strerror(error);
+constexpr const char* kNoFile = "zip archive has no file in it";
+
+std::string textOf(int error) {
+    switch (error) {
+    case UNZ_CRCERROR: return "zip archive is damaged: checksum does not match";
+    case UNZ_ERRNO: return std::string("zip archive cannot be read: ") + std::strerror(errno ? errno : EIO);
+    case UNZ_INTERNALERROR: return "zip archive cannot be read: out of memory";
+    default: return "zip archive is damaged";
     }
 }
 
@@ -38,6 +42,37 @@ std::string listed(const std::vector<std::string>& names) {
     return text;
 }
 
+/// Bytes in memory, as the archive's reader wants a file.
+struct Content {
+    std::string bytes;
+    std::uint64_t place = 0;
+
+    static uLong read(void*, void* stream, void* to, uLong size) {
+        auto& content = *static_cast<Content*>(stream);
+        const std::size_t got = content.place < content.bytes.size()
+                                    ? std::min<std::size_t>(size, content.bytes.size() - content.place)
+                                    : 0;
+        std::memcpy(to, content.bytes.data() + (got ? content.place : 0), got);
+        content.place += got;
+        return static_cast<uLong>(got);
+    }
+    static ZPOS64_T tell(void*, void* stream) { return static_cast<Content*>(stream)->place; }
+    static long seek(void*, void* stream, ZPOS64_T offset, int origin) {
+        auto& content = *static_cast<Content*>(stream);
+        if (origin == ZLIB_FILEFUNC_SEEK_CUR) offset += content.place;
+        if (origin == ZLIB_FILEFUNC_SEEK_END) offset += content.bytes.size();
+        content.place = offset;
+        return 0;
+    }
+    static int close(void*, void*) { return 0; }
+    static int error(void*, void*) { return 0; }
+};
+
+/// What is read has been opened already.
+void* opened(void* stream, const void*, int) {
+    return stream;
+}
+
 } // namespace
 
 struct ZipSource::Archive {
@@ -45,77 +80,100 @@ struct ZipSource::Archive {
     Archive(const Archive&) = delete;
     Archive& operator=(const Archive&) = delete;
     ~Archive() {
-        if (member) zip_fclose(member);
-        if (zip) zip_discard(zip);
+        if (isMemberOpen) unzCloseCurrentFile(zip);
+        if (zip) unzClose(zip);
     }
-    bool open(zip_source_t* bytes, zip_error_t& reason, std::string& error);
+    /// Takes over `stream`, which is closed with the archive.
+    bool open(zlib_filefunc64_def functions, void* stream, std::string& error);
     bool choose(std::string& error);
+    int closeMember() { return std::exchange(isMemberOpen, false) ? unzCloseCurrentFile(zip) : UNZ_OK; }
 
-    std::string content;       ///< of an archive in memory
-    std::FILE* file = nullptr; ///< of one in a file; closed with the archive
+    Content content;           ///< of an archive in memory
+    std::FILE* file = nullptr; ///< of one in a file
     FileStamp stamp;
-    zip_t* zip = nullptr;
-    zip_file_t* member = nullptr;
-    zip_uint64_t index = 0;
+    unzFile zip = nullptr;
+    unz64_file_pos member = {};
+    bool isMemberOpen = false;
     std::uint64_t size = 0;   ///< as the directory promises
     std::uint64_t packed = 0; ///< the same of what it takes in the archive
     std::uint64_t place = 0;
     bool hasOthers = false;
 };
 
-/// Takes over what the archive consists of, null where that failed, and finishes `reason`.
-bool ZipSource::Archive::open(zip_source_t* bytes, zip_error_t& reason, std::string& error) {
-    if (bytes) zip = zip_open_from_source(bytes, ZIP_RDONLY, &reason);
-    if (bytes && !zip) zip_source_free(bytes);
-    if (!zip) error = textOf(&reason);
-    zip_error_fini(&reason);
-    return zip != nullptr;
+bool ZipSource::Archive::open(zlib_filefunc64_def functions, void* stream, std::string& error) {
+    functions.zopen64_file = opened;
+    functions.opaque = stream;
+    // The directory of an archive without members is not found by the library.
+    char start[4] = {};
+    functions.zread_file(stream, stream, start, sizeof start);
+    functions.zseek64_file(stream, stream, 0, ZLIB_FILEFUNC_SEEK_SET);
+    if (std::memcmp(start, "PK\5\6", sizeof start) == 0) {
+        functions.zclose_file(stream, stream);
+        error = kNoFile;
+        return false;
+    }
+    errno = 0;
+    zip = unzOpen2_64(nullptr, &functions); // closes the stream where it fails
+    if (zip) return true;
+    error = errno == EIO || errno == ENOMEM ? textOf(UNZ_ERRNO)
+                                            : "zip archive is damaged or cut off: its directory was not found";
+    return false;
 }
 
 /// Finds the member to read.
 bool ZipSource::Archive::choose(std::string& error) {
+    constexpr uLong kEncrypted = 1; // of a member's flags
+    struct Member {
+        unz64_file_pos place;
+        unz_file_info64 facts;
+    };
     std::vector<std::string> names;
     std::vector<std::string> ifcNames;
-    zip_uint64_t only = 0;
-    zip_uint64_t onlyIfc = 0;
-    const zip_int64_t count = zip_get_num_entries(zip, 0);
-    for (zip_int64_t i = 0; i < count; ++i) {
-        const zip_uint64_t at = static_cast<zip_uint64_t>(i);
-        const char* const text = zip_get_name(zip, at, ZIP_FL_ENC_GUESS);
-        const std::string name = text ? text : "";
+    Member only = {};
+    Member onlyIfc = {};
+    int status = unzGoToFirstFile(zip);
+    for (; status == UNZ_OK; status = unzGoToNextFile(zip)) {
+        Member here = {};
+        status = unzGetCurrentFileInfo64(zip, &here.facts, nullptr, 0, nullptr, 0, nullptr, 0);
+        if (status != UNZ_OK) break;
+        std::string name(here.facts.size_filename, 0);
+        status = unzGetCurrentFileInfo64(zip, nullptr, name.data(), here.facts.size_filename, nullptr, 0, nullptr, 0);
+        if (status != UNZ_OK || (status = unzGetFilePos64(zip, &here.place)) != UNZ_OK) break;
         // Folders, and what one system puts beside every file to hold its attributes.
         if (name.ends_with('/') || name.starts_with("__MACOSX/")) continue;
         names.push_back(name);
-        only = at;
+        only = here;
         if (endsInIfc(name)) {
             ifcNames.push_back(name);
-            onlyIfc = at;
+            onlyIfc = here;
         }
     }
-    if (ifcNames.size() == 1) {
-        index = onlyIfc;
-    } else if (ifcNames.empty() && names.size() == 1) {
-        index = only;
-    } else {
-        error = names.empty() ? "zip archive has no file in it"
+    if (status != UNZ_END_OF_LIST_OF_FILE) {
+        error = textOf(status);
+        return false;
+    }
+    if (ifcNames.size() != 1 && (!ifcNames.empty() || names.size() != 1)) {
+        error = names.empty() ? kNoFile
                 : ifcNames.empty()
                     ? "zip archive has no .ifc file, but several others: " + listed(names)
                     : "zip archive has several .ifc files, of which one must be chosen: " + listed(ifcNames);
         return false;
     }
     hasOthers = names.size() > 1;
-    zip_stat_t stat;
-    zip_stat_init(&stat);
-    if (zip_stat_index(zip, index, 0, &stat) != 0) {
-        error = textOf(zip_get_error(zip));
+    const Member& chosen = ifcNames.empty() ? only : onlyIfc;
+    const std::string what = "zip archive: " + listed({ifcNames.empty() ? names.front() : ifcNames.front()});
+    if (chosen.facts.flag & kEncrypted) {
+        error = what + " is encrypted";
         return false;
     }
-    if ((stat.valid & ZIP_STAT_ENCRYPTION_METHOD) && stat.encryption_method != ZIP_EM_NONE) {
-        error = "zip archive: " + listed({stat.name ? stat.name : ""}) + " is encrypted";
+    if (chosen.facts.compression_method != 0 && chosen.facts.compression_method != Z_DEFLATED) {
+        error = what + " is compressed by a method that is not supported, number " +
+                std::to_string(chosen.facts.compression_method);
         return false;
     }
-    size = stat.valid & ZIP_STAT_SIZE ? stat.size : 0;
-    packed = stat.valid & ZIP_STAT_COMP_SIZE ? stat.comp_size : 0;
+    member = chosen.place;
+    size = chosen.facts.uncompressed_size;
+    packed = chosen.facts.compressed_size;
     return true;
 }
 
@@ -138,45 +196,47 @@ std::unique_ptr<ZipSource> ZipSource::open(const std::string& path, std::string&
         return nullptr;
     }
     archive->stamp = FileStamp(archive->file);
-    zip_error_t reason;
-    zip_error_init(&reason);
-    zip_source_t* const bytes = zip_source_filep_create(archive->file, 0, -1, &reason);
-    if (!bytes) std::fclose(archive->file);
-    return archive->open(bytes, reason, error) ? make(std::move(archive), error) : nullptr;
+    zlib_filefunc64_def functions;
+    fill_fopen64_filefunc(&functions);
+    return archive->open(functions, archive->file, error) ? make(std::move(archive), error) : nullptr;
 }
 
 std::unique_ptr<ZipSource> ZipSource::openContent(std::string content, std::string& error) {
     auto archive = std::make_unique<Archive>();
-    archive->content = std::move(content);
-    zip_error_t reason;
-    zip_error_init(&reason);
-    zip_source_t* const buffer = zip_source_buffer_create(archive->content.data(), archive->content.size(), 0, &reason);
-    return archive->open(buffer, reason, error) ? make(std::move(archive), error) : nullptr;
+    archive->content.bytes = std::move(content);
+    const zlib_filefunc64_def functions{opened,        Content::read,  nullptr,        Content::tell,
+                                        Content::seek, Content::close, Content::error, nullptr};
+    return archive->open(functions, &archive->content, error) ? make(std::move(archive), error) : nullptr;
 }
 
 bool ZipSource::openMember() {
     Archive& archive = *m_archive;
-    if (archive.member) zip_fclose(archive.member);
+    archive.closeMember();
     archive.place = 0;
-    archive.member = zip_fopen_index(archive.zip, archive.index, 0);
-    if (!archive.member) m_error = textOf(zip_get_error(archive.zip));
-    return archive.member != nullptr;
+    int status = unzGoToFilePos64(archive.zip, &archive.member);
+    if (status == UNZ_OK) status = unzOpenCurrentFile(archive.zip);
+    archive.isMemberOpen = status == UNZ_OK;
+    if (status != UNZ_OK) m_error = textOf(status);
+    return archive.isMemberOpen;
 }
 
 std::size_t ZipSource::read(char* to, std::size_t size) {
+    constexpr std::size_t kMost = std::size_t{1} << 30; // at a time
     Archive& archive = *m_archive;
     std::size_t got = 0;
-    while (got < size && m_error.empty()) {
-        const zip_int64_t more = zip_fread(archive.member, to + got, size - got);
-        if (more < 0) m_error = textOf(zip_file_get_error(archive.member));
+    while (got < size && archive.isMemberOpen && m_error.empty()) {
+        errno = 0;
+        const int more = unzReadCurrentFile(archive.zip, to + got, static_cast<unsigned>(std::min(size - got, kMost)));
+        if (more < 0) m_error = textOf(more);
         if (more <= 0) break;
         got += static_cast<std::size_t>(more);
         archive.place += static_cast<std::uint64_t>(more);
-        if (archive.place > archive.size)
-            m_error = "zip archive is damaged: a file in it is longer than its directory says";
     }
-    if (got < size && m_error.empty() && archive.place < archive.size)
+    if (got == size || !m_error.empty() || !archive.isMemberOpen) return got;
+    if (archive.place < archive.size)
         m_error = "zip archive is damaged: a file in it is shorter than its directory says";
+    else if (const int status = archive.closeMember(); status != UNZ_OK) // checks the whole
+        m_error = textOf(status);
     return got;
 }
 

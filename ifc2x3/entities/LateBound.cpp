@@ -1,3 +1,4 @@
+#include "entities/AttributeNames.h"
 #include "entities/EntityClass.h"
 
 #include <KpIfcCore/Consts.h>
@@ -34,62 +35,7 @@ void requireReadWrite(const KpIfcEntityBase& instance, const KpIfcEntityFacts& f
         refuse(180, "SDAI-model access not read-write", facts, operation);
 }
 
-constexpr std::uint64_t everyByte(std::uint8_t byte) {
-    return 0x0101010101010101u * byte;
-}
-
-std::uint64_t eightBytes(const char* text) {
-    std::uint64_t bytes;
-    std::memcpy(&bytes, text, sizeof bytes);
-    return bytes;
-}
-
-/// True where eight characters differ in the case of letters at most. The bytes of `row` are ASCII.
-bool equalNoCase(std::uint64_t text, std::uint64_t row) {
-    constexpr std::uint64_t caseBits = everyByte(0x20);
-    const std::uint64_t different = text ^ row;
-    if (different & ~caseBits) return false;
-    if (different == 0) return true;
-    // Sets the high bit of every byte that is a letter in lower case: from 'a' on and not beyond 'z'.
-    const std::uint64_t lower = row | caseBits;
-    const std::uint64_t letters = (lower + everyByte(0x80 - 'a')) & ~(lower + everyByte(0x80 - 'z' - 1));
-    return (different << 2 & ~letters & everyByte(0x80)) == 0;
-}
-
-/// Two names of the same length, compared without regard to ASCII case.
-bool equalNoCase(const char* text, const char* row, std::size_t length) {
-    if (length < 8) return KP_SDAI::equalNoCase(text, length, row);
-    for (std::size_t i = 0; i + 8 < length; i += 8)
-        if (!equalNoCase(eightBytes(text + i), eightBytes(row + i))) return false;
-    return equalNoCase(eightBytes(text + length - 8), eightBytes(row + length - 8));
-}
-
-/// A name that is looked for.
-class Name {
-public:
-    explicit Name(const KpAnsiString& name)
-        : m_text(name.view()), m_key(KpIfcAttributeFacts::keyOf(m_text.data(), m_text.size())) {}
-    bool operator==(const KpIfcAttributeFacts& row) const {
-        return row.key == m_key && row.nameLength == m_text.size() &&
-               equalNoCase(m_text.data(), row.name, m_text.size());
-    }
-
-    bool operator==(const KpIfcInverseFacts& row) const {
-        return row.key == m_key && KP_SDAI::equalNoCase(m_text.data(), m_text.size(), row.name);
-    }
-
-private:
-    std::string_view m_text;
-    std::uint32_t m_key;
-};
-
-/// The explicit attribute of a name, the entity's own or the nearest supertype's; null where there is none.
-const KpIfcAttributeFacts* findExplicit(const KpIfcEntityFacts* facts, const Name& name) {
-    for (; facts; facts = facts->supertype)
-        for (const KpIfcAttributeFacts& row : std::span(facts->attributes, facts->attributeCount))
-            if (name == row) return &row;
-    return nullptr;
-}
+constinit FoundRows g_found;
 
 void get(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, KpIfcVariant& value) {
     if (row.kind == KpIfcFieldKind::select || row.kind == KpIfcFieldKind::aggregate)
@@ -223,7 +169,7 @@ bool Entity::getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
     requireAccess(*this, facts, "getAttr");
     auto& changeable = const_cast<Entity&>(*this);
     const Name wanted(name);
-    if (const KpIfcAttributeFacts* row = findExplicit(&facts, wanted)) {
+    if (const KpIfcAttributeFacts* row = g_found.find(facts, wanted)) {
         get(changeable, *row, value);
         return true;
     }
@@ -243,21 +189,21 @@ bool Entity::getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
 bool Entity::putAttr(const KpAnsiString& name, const KpIfcVariant& value) {
     const KpIfcEntityFacts& facts = classFacts();
     requireReadWrite(*this, facts, "putAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, Name(name));
+    const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
     return row && put(*this, *row, value);
 }
 
 bool Entity::testAttr(const KpAnsiString& name) const {
     const KpIfcEntityFacts& facts = classFacts();
     requireAccess(*this, facts, "testAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, Name(name));
+    const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
     return row && test(const_cast<Entity&>(*this), *row);
 }
 
 void Entity::unsetAttr(const KpAnsiString& name) {
     const KpIfcEntityFacts& facts = classFacts();
     requireReadWrite(*this, facts, "unsetAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, Name(name));
+    const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
     if (row) unset(*this, *row);
 }
 

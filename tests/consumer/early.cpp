@@ -1,20 +1,15 @@
 // Uses classes, so it links the module.   early FILE.ifc
 
+#include "Opened.h"
+
 #include <IFC2X3/IfcWall.h>
-#include <KpIfcCore/KpIfcFile.h>
 #include <KpIfcCore/KpIfcVersion.h>
 #include <KpRx/KcString.h>
-
-#include <iostream>
 
 using namespace KP_SDAI;
 
 int main(int, char** argv) {
-    KpIfcFile file;
-    if (file.open(argv[1]) != KP::eOk) {
-        std::cerr << file.error() << '\n';
-        return 2;
-    }
+    KpIfcFile file = opened(argv[1]);
     int walls = 0;
     for (IFC2X3::IfcWall* wall : file.model()->instances<IFC2X3::IfcWall>()) {
         wall->setDescription("seen");

@@ -1,20 +1,15 @@
 // Goes by names and links the runtime only, which finds the module.   late FILE.ifc
 
+#include "Opened.h"
+
 #include <IFC2X3/IfcWall.h> // what the class does inline needs no symbol of the module
-#include <KpIfcCore/KpIfcFile.h>
 #include <KpIfcCore/KpIfcModule.h>
 #include <KpIfcCore/KpIfcVariant.h>
-
-#include <iostream>
 
 using namespace KP_SDAI;
 
 int main(int, char** argv) {
-    KpIfcFile file;
-    if (file.open(argv[1]) != KP::eOk) {
-        std::cerr << file.error() << '\n';
-        return 2;
-    }
+    KpIfcFile file = opened(argv[1]);
     int walls = 0;
     for (KpIfcEntityBase* wall : file.model()->instances("IfcWall")) {
         KpIfcVariant name;

@@ -74,7 +74,8 @@ std::vector<KpIfcSlot*> walk(InstanceTable& table) {
 }
 
 TEST_P(InstanceTableOf, BehavesAsAMap) {
-    InstanceTable table(someModel());
+    BlockPool pool;
+    InstanceTable table(someModel(), pool);
     table.expectFile(GetParam().names.size() * 60);
     std::map<std::uint64_t, KpIfcSlot*> expected;
     for (const std::uint64_t name : GetParam().names) {
@@ -122,7 +123,8 @@ INSTANTIATE_TEST_SUITE_P(InstanceTable, InstanceTableOf, testing::ValuesIn(kCase
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST(InstanceTable, ScatteredNamesDoNotCostAChunkEach) {
-    InstanceTable table(someModel());
+    BlockPool pool;
+    InstanceTable table(someModel(), pool);
     const Names names = sequence(1, kSlots, 50'000);
     table.expectFile(names.size() * 40);
     for (const std::uint64_t name : names) {
@@ -135,8 +137,9 @@ TEST(InstanceTable, ScatteredNamesDoNotCostAChunkEach) {
 }
 
 TEST(InstanceTable, HandlesOrderByModelThenName) {
-    InstanceTable first(someModel());
-    InstanceTable second(someModel());
+    BlockPool pool;
+    InstanceTable first(someModel(), pool);
+    InstanceTable second(someModel(), pool);
     const KpDbObjectId null;
     // Made in an order that addresses would follow.
     const KpDbObjectId late(second.slot(1));

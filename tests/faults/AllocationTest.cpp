@@ -7,6 +7,7 @@
 #include <KpIfcCore/KpIfcModule.h>
 
 #include <gtest/gtest.h>
+#include <part21/SmallParts.h>
 
 #include <algorithm>
 #include <fstream>
@@ -191,6 +192,9 @@ TEST_P(FailingAllocations, LeaveModelsSound) {
 
 /// Whichever thread runs out of memory while several read one file, the caller is told.
 TEST_P(FailingAllocations, OfReadingThreadsAreTold) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer itself ends the program where it has no memory for a new thread";
+#endif
     std::string records = "#1=IFCCARTESIANPOINT((0.,0.));\n#2=IFCNOTHING();\n";
     for (int i = 100; i < 200; ++i)
         records += "#" + std::to_string(i) + "=IFCPOLYLINE((#1,#" + std::to_string(i + 40) + "));\n";
@@ -198,16 +202,16 @@ TEST_P(FailingAllocations, OfReadingThreadsAreTold) {
     const std::string expected = outcomeOf(content, {.threads = 1});
     std::size_t at = 1;
     for (bool hasFailed = true; hasFailed; ++at) {
+        const SmallParts parts(500);
         KpIfcFile file;
         failing_memory::arm(at, GetParam());
-        const KP::ErrorStatus status =
-            file.openMemory(content.data(), content.size(), "memory", {.threads = 2, .partSize = 500});
+        const KP::ErrorStatus status = file.openMemory(content.data(), content.size(), "memory", {.threads = 2});
         hasFailed = failing_memory::disarm();
         ASSERT_EQ(status == KP::eOk, file.model() != nullptr);
         ASSERT_TRUE(status == KP::eOk || saysOutOfMemory(file.error())) << file.error() << " at " << at;
     }
     EXPECT_GT(at, 100u);
-    EXPECT_EQ(outcomeOf(content, {.threads = 2, .partSize = 500}), expected);
+    EXPECT_EQ(outcomeOf(content, {.threads = 2}, 500), expected);
 }
 
 /// A touch that fails has read nothing; reading all that fails leaves what was read where it is.

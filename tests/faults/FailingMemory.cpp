@@ -8,7 +8,7 @@
 #include <initializer_list>
 #include <new>
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(KP_ADDRESS_SANITIZER)
 #define KP_REAL(function) __interceptor_##function
 #else
 #define KP_REAL(function) __libc_##function
@@ -78,7 +78,7 @@ std::size_t count() {
 }
 
 std::ptrdiff_t blocks() {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(KP_ADDRESS_SANITIZER)
     return 0;
 #else
     return g_blocks;
@@ -130,7 +130,7 @@ void free(void* block) {
 
 } // extern "C"
 
-#if defined(__SANITIZE_ADDRESS__) // whose operators do not come to malloc
+#if defined(KP_ADDRESS_SANITIZER) // whose operators do not come to malloc
 
 /// The system's loader forgets what it has allocated where it runs out of memory.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();

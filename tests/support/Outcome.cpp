@@ -5,6 +5,7 @@
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcFacts.h>
 #include <KpIfcCore/KpIfcInverseMembers.h>
+#include <part21/SmallParts.h>
 
 using namespace KP_SDAI;
 
@@ -31,7 +32,8 @@ void putInverses(const KpIfcEntityBase& instance, std::string& out) {
 
 } // namespace
 
-std::string outcomeOf(std::string_view content, const KpIfcOpenOptions& options) {
+std::string outcomeOf(std::string_view content, const KpIfcOpenOptions& options, std::size_t partSize) {
+    const SmallParts parts(partSize);
     KpIfcFile file;
     if (file.openMemory(content.data(), content.size(), "memory", options) != KP::eOk) return file.error();
     const KpIfcModel& model = *file.model();

@@ -29,7 +29,7 @@ ExitCode checkOne(const std::string& path, const CheckArguments& arguments, std:
     KpIfcFile file;
     file.listedPerKind(listed);
     if (!open(file, path)) {
-        tell("kpifc: " + file.error());
+        tellFailure(file.error());
         if (arguments.asJson) {
             text += jsonOfFailure(path, file.error());
         }
@@ -70,10 +70,7 @@ Command checkCommand() {
     const auto arguments = std::make_shared<CheckArguments>();
     return {.name = "check",
             .summary = "Tell what in files is not as the schema declares it",
-            .operands = {{.name = "FILE",
-                          .place = &arguments->paths,
-                          .help = "STEP files; - for standard input",
-                          .kind = WordKind::file}},
+            .operands = {inputFile(&arguments->paths)},
             .options = {{.name = "--all",
                          .place = &arguments->listsAll,
                          .help = "List all findings, not the first hundred of each kind"},

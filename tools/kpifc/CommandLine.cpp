@@ -19,6 +19,14 @@ std::vector<ExitMeaning> usualExitCodes() {
             {2, "could not be done"}};
 }
 
+Operand inputFile(const Place& place, const char* name) {
+    const bool areSeveral = std::holds_alternative<std::vector<std::string>*>(place);
+    return {.name = name,
+            .place = place,
+            .help = areSeveral ? "STEP files; - for standard input" : "STEP file; - for standard input",
+            .kind = WordKind::file};
+}
+
 AskedFor& askedFor() {
     static AskedFor asked;
     return asked;
@@ -33,7 +41,7 @@ Option helpOption() {
 Option colorOption() {
     return {.name = "--color",
             .place = &colorMode(),
-            .help = "Whether output is coloured; auto, which is usual: on terminals, unless NO_COLOR is set",
+            .help = "Colours: auto, always or never; by default auto: on terminals, unless NO_COLOR is set",
             .value = "WHEN",
             .choices = {"auto", "always", "never"}};
 }
@@ -61,8 +69,7 @@ std::vector<Option> allOptions(const Command& command) {
                            .help = "Fail where a file departs from the standard, however little"});
         options.push_back({.name = "--threads",
                            .place = &threadCount(),
-                           .help = "Read large files with so many threads; as many as there are cores, if not given. "
-                                   "What is read is the same with any number",
+                           .help = "Threads that read large files; by default as many as there are cores",
                            .value = "N"});
     }
     options.push_back(colorOption());
@@ -79,15 +86,15 @@ std::vector<Option> programOptions() {
 
 std::string usageOf(const Command& command) {
     std::string line = fmt::format("kpifc {} [OPTION]...", command.name);
+    for (const Operand& operand : command.operands) {
+        line += fmt::format(fmt::runtime(isRequired(operand) ? " {}{}" : " [{}]{}"), operand.name,
+                            takesSeveral(operand) ? "..." : "");
+    }
     for (const Option& option : command.options) {
         if (option.isRequired) {
             line += option.letter ? fmt::format(" -{} {}", option.letter, option.value)
                                   : fmt::format(" {} {}", option.name, option.value);
         }
-    }
-    for (const Operand& operand : command.operands) {
-        line += fmt::format(fmt::runtime(isRequired(operand) ? " {}{}" : " [{}]{}"), operand.name,
-                            takesSeveral(operand) ? "..." : "");
     }
     return line;
 }

@@ -22,7 +22,7 @@ using Place = std::variant<bool*, std::string*, std::optional<std::string>*, std
 enum class WordKind { text, file, entity, topic };
 
 /// A word that is told by its place. One of a command may take several words: the others then get those before and
-/// behind them.
+/// behind them. Where two do, the first gets all but one; the command knows how to tell them apart.
 struct Operand {
     const char* name; ///< "FILE"
     Place place;
@@ -31,6 +31,9 @@ struct Operand {
     bool isRequired = true;                ///< of several: at least one. std::optional is never required.
     std::vector<const char*> choices = {}; ///< all that it can be; any where empty
 };
+
+/// A file that is read, or several, as the place has room for.
+Operand inputFile(const Place& place, const char* name = "FILE");
 
 /// A word that is told by its name, "--json", with a value behind it unless it is a flag.
 struct Option {
@@ -95,7 +98,7 @@ std::size_t parseProgramOptions(const std::vector<std::string>& words);
 /// The command of a name; throws UsageError, with suggestions, where there is none.
 const Command& findCommand(const std::vector<Command>& commands, std::string_view name);
 
-/// "kpifc set [OPTION]... IN ASSIGNMENT..."
+/// "kpifc set [OPTION]... IN NAME=VALUE..."
 std::string usageOf(const Command& command);
 
 } // namespace kpifc

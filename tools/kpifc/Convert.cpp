@@ -29,10 +29,7 @@ Command convertCommand() {
     return {
         .name = "convert",
         .summary = "Read a file and write it anew",
-        .operands = {{.name = "IN",
-                      .place = &arguments->input,
-                      .help = "STEP file to read; - for standard input",
-                      .kind = WordKind::file}},
+        .operands = {inputFile(&arguments->input, "IN")},
         .options = saveOptions(arguments->saving),
         .text = "Everything that was read is written, also what could not be understood: byte for byte,\n"
                 "or uniform with --normalise. What was done is told in one line on standard error.",

@@ -1,10 +1,12 @@
 #include "Commands.h"
+#include "FileLabels.h"
 #include "Files.h"
 #include "InstanceJson.h"
 #include "Output.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 using namespace KP_SDAI;
 
@@ -12,9 +14,9 @@ namespace kpifc {
 
 namespace {
 
-void dumpModel(const KpIfcModel& model, bool withInverses, Output& output) {
+void dumpModel(const KpIfcModel& model, bool withInverses, const std::string& opening, Output& output) {
     std::string& text = output.text();
-    InstanceJson instances(text, model.textIsUtf8(), withInverses);
+    InstanceJson instances(text, model.textIsUtf8(), withInverses, opening);
     for (const KpIfcEntityBase* instance : model.instances()) {
         instances.append(*instance);
         text += '\n';
@@ -23,18 +25,22 @@ void dumpModel(const KpIfcModel& model, bool withInverses, Output& output) {
 }
 
 struct DumpArguments {
-    std::string path;
+    std::vector<std::string> paths;
     bool withInverses = false;
 };
 
 ExitCode dump(const DumpArguments& arguments) {
-    const KpIfcFile file = openFile(arguments.path);
-    tellProblems(arguments.path, file.report());
+    const FileLabels labels(arguments.paths);
     Output output;
-    file.model()->mode(kReadOnly);
-    dumpModel(*file.model(), arguments.withInverses, output);
+    const ExitCode code = forEachFile(arguments.paths, [&](const std::string& path) {
+        const KpIfcFile file = openFile(path);
+        tellProblems(path, file.report());
+        file.model()->mode(kReadOnly);
+        dumpModel(*file.model(), arguments.withInverses, labels.opening(path), output);
+        return exitCode(file.report());
+    });
     output.finish();
-    return exitCode(file.report());
+    return code;
 }
 
 } // namespace
@@ -43,10 +49,7 @@ Command dumpCommand() {
     const auto arguments = std::make_shared<DumpArguments>();
     return {.name = "dump",
             .summary = "Print all instances as JSON, one a line",
-            .operands = {{.name = "FILE",
-                          .place = &arguments->path,
-                          .help = "STEP file; - for standard input",
-                          .kind = WordKind::file}},
+            .operands = {inputFile(&arguments->paths)},
             .options = {{.name = "--inverse",
                          .place = &arguments->withInverses,
                          .help = "Inverse attributes too: the instances that refer to each"}},
@@ -58,7 +61,8 @@ Command dumpCommand() {
                     "Attributes that the entity redeclares as derived and records that are kept as\n"
                     "text are left out. --inverse adds, behind the attributes,\n"
                     "  ,\"inverse\":{\"EngagedIn\":[{\"ref\":22}],...}\n"
-                    "with an array for every inverse attribute, whether it may hold one or many.",
+                    "with an array for every inverse attribute, whether it may hold one or many. With\n"
+                    "several files the first key, \"file\", tells which one.",
             .examples = {"kpifc dump house.ifc | grep '\"type\":\"IfcWall'"},
             .run = [arguments] { return dump(*arguments); }};
 }

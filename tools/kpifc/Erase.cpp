@@ -88,16 +88,13 @@ Command eraseCommand() {
     std::vector<Option> options = saveOptions(arguments->saving);
     options.push_back({.name = "--policy",
                        .place = &arguments->policy,
-                       .help = "What happens to what refers to a target: refuse, drop or cascade",
+                       .help = "What happens to what refers to them: refuse, drop or cascade",
                        .value = "POLICY",
                        .choices = {"refuse", "drop", "cascade"}});
     return {.name = "erase",
             .summary = "Erase instances and write the file anew",
-            .operands = {{.name = "IN",
-                          .place = &arguments->input,
-                          .help = "STEP file to read; - for standard input",
-                          .kind = WordKind::file},
-                         {.name = "TARGET", .place = &arguments->targets, .help = "#15, or a GlobalId"}},
+            .operands = {inputFile(&arguments->input, "IN"),
+                         {.name = "NAME", .place = &arguments->targets, .help = "#15, or a GlobalId"}},
             .options = options,
             .text = "  refuse   nothing is erased while anything else refers to it (if nothing is said)\n"
                     "  drop     attributes that refer to it are unset, members of aggregates removed\n"

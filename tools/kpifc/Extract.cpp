@@ -96,23 +96,16 @@ ExitCode extract(const ExtractArguments& arguments) {
 
 Command extractCommand() {
     const auto arguments = std::make_shared<ExtractArguments>();
+    Option output = outputOption(arguments->output);
+    output.isRequired = true;
     return {.name = "extract",
             .summary = "Write a part of a model as a file of its own",
-            .operands = {{.name = "FILE",
-                          .place = &arguments->input,
-                          .help = "STEP file to read; - for standard input",
-                          .kind = WordKind::file},
+            .operands = {inputFile(&arguments->input, "IN"),
                          {.name = "NAME",
                           .place = &arguments->names,
                           .help = "#15 or a GlobalId for one instance; an entity for all of it and its subtypes",
                           .kind = WordKind::entity}},
-            .options = {{.name = "--output",
-                         .place = &arguments->output,
-                         .help = "File to write; not the input",
-                         .value = "FILE",
-                         .letter = 'o',
-                         .kind = WordKind::file,
-                         .isRequired = true}},
+            .options = {output},
             .text = "Objects come with their parts, contents, openings and what fills these; their types,\n"
                     "properties, quantities, materials, classifications and other associations; shapes\n"
                     "with styles and layers; and with the storeys, buildings and sites that they are in.\n"

@@ -87,7 +87,7 @@ ExitCode forEachFile(const std::vector<std::string>& paths, const std::function<
             if (paths.size() == 1) {
                 throw;
             }
-            tell(fmt::format("kpifc: {}", failure.what()));
+            tellFailure(failure.what());
             highest = kFailed;
         }
     }

@@ -180,10 +180,7 @@ Command headerCommand() {
     options.push_back({.name = "--json", .place = &arguments->asJson, .help = "One JSON object, for programs"});
     return {.name = "header",
             .summary = "Print the header, or change it and write the file anew",
-            .operands = {{.name = "FILE",
-                          .place = &arguments->file,
-                          .help = "STEP file; - for standard input",
-                          .kind = WordKind::file},
+            .operands = {inputFile(&arguments->file),
                          {.name = "FIELD[=TEXT]",
                           .place = &arguments->fields,
                           .help = "time_stamp; name='house.ifc'",

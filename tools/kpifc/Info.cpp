@@ -53,7 +53,7 @@ struct InfoArguments {
 ExitCode infoOfOne(const std::string& path, bool asJson, std::string& text) {
     KpIfcFile file;
     if (!open(file, path)) {
-        tell("kpifc: " + file.error());
+        tellFailure(file.error());
         if (asJson) {
             text += spelled(failureOf(path, file.error()));
         }
@@ -98,10 +98,7 @@ Command infoCommand() {
     const auto arguments = std::make_shared<InfoArguments>();
     return {.name = "info",
             .summary = "Tell what is in a file and what is wrong with it",
-            .operands = {{.name = "FILE",
-                          .place = &arguments->paths,
-                          .help = "STEP files; - for standard input",
-                          .kind = WordKind::file}},
+            .operands = {inputFile(&arguments->paths)},
             .options = {{.name = "--json", .place = &arguments->asJson, .help = "One JSON object, for programs"}},
             .text = "Problems are listed as\n"
                     "  LINE:COLUMN: SEVERITY: #INSTANCE ENTITY.ATTRIBUTE: what was found\n"

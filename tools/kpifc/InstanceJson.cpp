@@ -46,7 +46,7 @@ void InstanceJson::appendOpen(const KpIfcEntityBase& instance) {
     if (found == m_layouts.end()) {
         found = m_layouts.emplace(entity, layoutOf(*entity)).first;
     }
-    m_out += "{\"id\":";
+    m_out += m_opening;
     json::appendNumber(m_out, instance.instanceName());
     m_out += found->second.type;
     appendValues(instance, found->second.fields);

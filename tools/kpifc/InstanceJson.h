@@ -15,9 +15,9 @@ namespace kpifc {
 /// those of all inverse attributes too, which are arrays of references.
 class InstanceJson {
 public:
-    /// `isUtf8`: whether texts of the model are UTF-8.
-    InstanceJson(std::string& out, bool isUtf8, bool withInverses = false)
-        : m_out(out), m_values(out, isUtf8), m_withInverses(withInverses) {}
+    /// `isUtf8`: whether texts of the model are UTF-8. `opening`: what objects begin with (FileLabels).
+    InstanceJson(std::string& out, bool isUtf8, bool withInverses = false, const std::string& opening = "{")
+        : m_out(out), m_values(out, isUtf8), m_withInverses(withInverses), m_opening(opening + "\"id\":") {}
 
     void append(const KP_SDAI::KpIfcEntityBase& instance) {
         appendOpen(instance);
@@ -44,6 +44,7 @@ private:
     std::string& m_out;
     ValueJson m_values;
     bool m_withInverses;
+    std::string m_opening; ///< as far as the instance name
     std::unordered_map<const KP_SDAI::KpIfcEntityType*, Layout> m_layouts;
 };
 

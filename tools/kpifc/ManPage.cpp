@@ -41,8 +41,8 @@ std::string upper(std::string text) {
 std::string start(const std::string& page, std::string_view summary) {
     std::string phrase(summary);
     phrase[0] = phrase[0] >= 'A' && phrase[0] <= 'Z' ? static_cast<char>(phrase[0] + 32) : phrase[0];
-    return fmt::format(".TH {} 1 \"\" \"kpifc {}\" \"User Commands\"\n.SH NAME\n{} \\- {}\n", escaped(upper(page)),
-                       KPIFC_VERSION, escaped(page), escaped(phrase));
+    return fmt::format(".TH {} 1 {} \"kpifc {}\" \"User Commands\"\n.SH NAME\n{} \\- {}\n", escaped(upper(page)),
+                       KPIFC_VERSION_DATE, KPIFC_VERSION, escaped(page), escaped(phrase));
 }
 
 std::string entry(std::string_view what, std::string_view text) {

@@ -1,6 +1,8 @@
 #include "Output.h"
 
 #include "Failure.h"
+#include "Terminal.h"
+#include "Utf8.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -11,6 +13,15 @@ namespace kpifc {
 void tell(std::string_view line) {
     std::fwrite(line.data(), 1, line.size(), stderr);
     std::fputc('\n', stderr);
+}
+
+void tellFailure(std::string_view what) {
+    std::string text = styledMessage(Style::red, "kpifc:") + ' ';
+    for (std::size_t end = what.find('\n'); end != std::string_view::npos; end = what.find('\n')) {
+        text += printable(what.substr(0, end)) + '\n';
+        what.remove_prefix(end + 1);
+    }
+    tell(text + printable(what));
 }
 
 bool Output::s_hasWritten = false;

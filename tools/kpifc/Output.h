@@ -9,6 +9,9 @@ namespace kpifc {
 
 /// A message on standard error, one line. One that cannot be written is lost.
 void tell(std::string_view line);
+/// The same of something that could not be done, with the program's name before it. Bytes of files and names in it may
+/// be any.
+void tellFailure(std::string_view what);
 
 /// A pipe to which results are written has no reader any more: he has seen enough. Nothing but main() catches it.
 struct NobodyReads {};

@@ -32,6 +32,10 @@ ObjectIdentity::ObjectIdentity(const KpIfcEntityBase& object)
 
 std::vector<const KpIfcEntityBase*> propertyObjects(const KpIfcModel& model, const std::optional<std::string>& name) {
     const KpIfcEntityType* const objects = model.schema().findEntity(kObjects);
+    if (!objects) {
+        throw Failure(
+            fmt::format("the schema {} has no {}, so nothing has properties", model.schema().name(), kObjects));
+    }
     const KpIfcEntityType* entity = name ? model.schema().findEntity(*name) : objects;
     if (!entity) {
         if (!name->starts_with('#') && name->size() != KpIfcGUID::kLength) {

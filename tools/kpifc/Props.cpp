@@ -1,14 +1,13 @@
 #include "Props.h"
 
 #include "Commands.h"
+#include "FileLabels.h"
 #include "Files.h"
-#include "JsonText.h"
-#include "Terminal.h"
-#include "Utf8.h"
 
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <utility>
 
 using namespace KP_SDAI;
 
@@ -35,18 +34,7 @@ std::optional<std::string> nameOf(std::vector<std::string>& files) {
     return name;
 }
 
-/// In JSON the file becomes the first key, in tables it stands above.
-void tellFile(std::string& out, const std::string& file, bool asJson, std::size_t start) {
-    if (asJson) {
-        std::string key = "{\"file\":";
-        json::appendText(key, file);
-        out.replace(start, 1, key + ',');
-    } else {
-        out.insert(start, styled(Style::bold, printable(file) + ':') + '\n');
-    }
-}
-
-ExitCode tellPropsOf(const std::string& path, const PropsArguments& arguments, Output& output) {
+ExitCode tellPropsOf(const std::string& path, const PropsArguments& arguments, FileLabels& labels, Output& output) {
     const KpIfcFile file = openFile(path);
     KpIfcModel& model = *file.model();
     model.mode(kReadOnly);
@@ -56,16 +44,16 @@ ExitCode tellPropsOf(const std::string& path, const PropsArguments& arguments, O
     } else {
         KpIfcPropertySets sets(model);
         const bool isOne = arguments.name && objects.size() == 1; // told also where it has none
-        bool isToTell = arguments.files.size() > 1;
+        const std::string opening = labels.opening(path);
+        bool isHeaded = false;
         for (const KpIfcEntityBase* object : objects) {
             const props::Values values = sets.of(*object);
             if (!values.empty() || isOne) {
-                const std::size_t start = output.text().size();
-                (arguments.asJson ? props::appendJson : props::appendTable)(output.text(), ObjectIdentity(*object),
-                                                                            values);
-                if (isToTell) {
-                    tellFile(output.text(), fileLabel(path), arguments.asJson, start);
-                    isToTell = arguments.asJson;
+                if (arguments.asJson) {
+                    props::appendJson(output.text(), ObjectIdentity(*object), values, opening);
+                } else {
+                    output.text() += std::exchange(isHeaded, true) ? "" : labels.heading(path);
+                    props::appendTable(output.text(), ObjectIdentity(*object), values);
                 }
                 output.passOn();
             }
@@ -80,9 +68,10 @@ ExitCode tellProps(PropsArguments& arguments) {
     if (arguments.asCsv && arguments.files.size() > 1) {
         throw Failure("--csv takes one file, for what columns there are follows from it");
     }
+    FileLabels labels(arguments.files);
     Output output;
-    const ExitCode code =
-        forEachFile(arguments.files, [&](const std::string& path) { return tellPropsOf(path, arguments, output); });
+    const ExitCode code = forEachFile(
+        arguments.files, [&](const std::string& path) { return tellPropsOf(path, arguments, labels, output); });
     output.finish();
     return code;
 }
@@ -93,10 +82,7 @@ Command propsCommand() {
     const auto arguments = std::make_shared<PropsArguments>();
     return {.name = "props",
             .summary = "Print property sets and quantities of objects",
-            .operands = {{.name = "FILE",
-                          .place = &arguments->files,
-                          .help = "STEP files; - for standard input",
-                          .kind = WordKind::file},
+            .operands = {inputFile(&arguments->files),
                          {.name = "NAME",
                           .place = &arguments->name,
                           .help = "#15, a GlobalId, or an entity, which includes its subtypes",
@@ -106,10 +92,9 @@ Command propsCommand() {
                          .place = &arguments->asCsv,
                          .help = "A line for each object, a column for each property",
                          .excludes = "--json"}},
-            .text = "Of several words the last one is NAME unless it is a file. Without NAME, prints all objects and "
-                    "types that have properties. Properties of an\n"
-                    "object's type are its own unless it has them itself. Units are those of the values,\n"
-                    "else those of the project.\n"
+            .text = "Of several words the last one is NAME unless it is a file. Without NAME, prints all\n"
+                    "objects and types that have properties. Properties of an object's type are its own\n"
+                    "unless it has them itself. Units are those of the values, else those of the project.\n"
                     "\n"
                     "Columns of the table: name, value, unit, type of measure, \"from type\".\n"
                     "Columns of CSV: id, GlobalId, type, name; then Set.Property in the order in which\n"

@@ -54,8 +54,8 @@ void appendValue(std::string& out, const KpIfcPropertyValue& value) {
 
 } // namespace
 
-void appendJson(std::string& out, const ObjectIdentity& object, const Values& values) {
-    out += "{\"id\":";
+void appendJson(std::string& out, const ObjectIdentity& object, const Values& values, const std::string& opening) {
+    out += opening + "\"id\":";
     json::appendNumber(out, object.id);
     out += ",\"type\":";
     json::appendText(out, object.type);

@@ -147,12 +147,28 @@ private:
     std::string m_summary;
 };
 
-ExitCode find(const QueryArguments& arguments) {
-    std::string error; // the files tell their schema, but who mistyped need not wait for them
-    const std::shared_ptr<KpIfcModule> module = KpIfcModule::load("IFC2X3", error);
-    if (module) {
-        questionOf(arguments, module->schema());
+/// The files tell their schema, but who mistyped need not wait for them: throws Failure where the question makes no
+/// sense in terms of any schema that there is.
+void tryAllSchemas(const QueryArguments& arguments) {
+    std::optional<Failure> first;
+    for (const std::string& name : KpIfcModule::available()) {
+        std::string error;
+        try {
+            if (const std::shared_ptr<KpIfcModule> module = KpIfcModule::load(name, error)) {
+                questionOf(arguments, module->schema());
+                return;
+            }
+        } catch (const Failure& failure) {
+            first = first ? first : failure;
+        }
     }
+    if (first) {
+        throw *first;
+    }
+}
+
+ExitCode find(const QueryArguments& arguments) {
+    tryAllSchemas(arguments);
     Output output;
     Search search(arguments, output);
     std::size_t found = 0;
@@ -170,10 +186,7 @@ Command queryCommand() {
     const auto arguments = std::make_shared<QueryArguments>();
     return {.name = "query",
             .summary = "Find instances by what they are, have and are related to",
-            .operands = {{.name = "FILE",
-                          .place = &arguments->paths,
-                          .help = "STEP files; - for standard input",
-                          .kind = WordKind::file},
+            .operands = {inputFile(&arguments->paths),
                          {.name = "EXPRESSION",
                           .place = &arguments->expression,
                           .help = "What to find, as told below; in quotes for the shell",

@@ -13,14 +13,18 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
+Option outputOption(std::string& path) {
+    return {.name = "--output",
+            .place = &path,
+            .help = "File to write; not the input; - for standard output. Compressed where it ends in .gz, .ifczip or "
+                    ".zip",
+            .value = "FILE",
+            .letter = 'o',
+            .kind = WordKind::file};
+}
+
 std::vector<Option> saveOptions(SaveOptions& options) {
-    return {{.name = "--output",
-             .place = &options.output,
-             .help = "File to write; not the input; - for standard output. Compressed where it ends in .gz, .ifczip "
-                     "or .zip",
-             .value = "FILE",
-             .letter = 'o',
-             .kind = WordKind::file},
+    return {outputOption(options.output),
             {.name = "--in-place",
              .place = &options.inPlace,
              .help = "Replace the input, when all is written",

@@ -16,6 +16,8 @@ struct SaveOptions {
     bool normalise = false;
 };
 
+/// -o for a model.
+Option outputOption(std::string& path);
 /// -o, --in-place and --normalise; one of the first two must be given, which checkTarget() looks at.
 std::vector<Option> saveOptions(SaveOptions& options);
 

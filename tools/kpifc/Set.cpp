@@ -38,11 +38,8 @@ Command setCommand() {
     const auto arguments = std::make_shared<SetArguments>();
     return {.name = "set",
             .summary = "Change attributes and write the file anew",
-            .operands = {{.name = "IN",
-                          .place = &arguments->input,
-                          .help = "STEP file to read; - for standard input",
-                          .kind = WordKind::file},
-                         {.name = "ASSIGNMENT",
+            .operands = {inputFile(&arguments->input, "IN"),
+                         {.name = "NAME=VALUE",
                           .place = &arguments->assignments,
                           .help = "#15.FamilyName='Meier'; a GlobalId may stand for #15"}},
             .options = saveOptions(arguments->saving),

@@ -7,11 +7,11 @@ using namespace KP_SDAI;
 
 namespace kpifc {
 
-std::string jsonOf(const KpIfcModel& model, const KpDbObjectId& handle) {
+std::string jsonOf(const KpIfcModel& model, const KpDbObjectId& handle, const std::string& opening) {
     std::string out;
     const char* separator = "";
     if (const KpIfcEntityBase* instance = handle.openObject()) {
-        InstanceJson(out, model.textIsUtf8(), true).appendOpen(*instance);
+        InstanceJson(out, model.textIsUtf8(), true, opening).appendOpen(*instance);
         out += ",\"supertypes\":[";
         for (const std::string& name : supertypesOf(*instance->getInstanceType())) {
             out += separator;
@@ -20,7 +20,7 @@ std::string jsonOf(const KpIfcModel& model, const KpDbObjectId& handle) {
         }
         out += ']';
     } else {
-        out += "{\"id\":";
+        out += opening + "\"id\":";
         json::appendNumber(out, handle.instanceName());
         out += ",\"keptText\":";
         json::appendText(out, model.keptRecord(handle));

@@ -37,6 +37,10 @@ bool Target::isDerived() const {
            instance->getInstanceType()->redeclarationOf(*attribute);
 }
 
+void Targets::fail(const std::string& what) const {
+    throw Failure(m_prefix + what);
+}
+
 Target Targets::find(std::string_view name) {
     const std::size_t point = name.find('.');
     Target target{instance(trimmed(name.substr(0, point))), nullptr};
@@ -51,9 +55,8 @@ Target Targets::find(std::string_view name) {
         for (const KpIfcAttributeDefinition* each : entity.allAttributes()) {
             known.emplace_back(each->displayName());
         }
-        throw Failure(fmt::format("#{} is an {}, which has no attribute \"{}\"{}", target.instance->instanceName(),
-                                  entity.displayName(), printable(attribute),
-                                  didYouMean(suggestions(known, attribute))));
+        fail(fmt::format("#{} is an {}, which has no attribute \"{}\"{}", target.instance->instanceName(),
+                         entity.displayName(), printable(attribute), didYouMean(suggestions(known, attribute))));
     }
     return target;
 }
@@ -62,7 +65,7 @@ KpIfcEntityBase* Targets::instance(std::string_view name) {
     const KpDbObjectId found = handle(name);
     KpIfcEntityBase* instance = found.openObject();
     if (!instance) {
-        throw Failure(
+        fail(
             fmt::format("#{} could not be understood and is kept as text; kpifc info tells why", found.instanceName()));
     }
     return instance;
@@ -74,17 +77,17 @@ KpDbObjectId Targets::handle(std::string_view name) {
         const char* const end = name.data() + name.size();
         const auto [behind, error] = std::from_chars(name.data() + 1, end, number);
         if (error != std::errc() || behind != end) {
-            throw Failure(fmt::format("\"{}\" is no instance name, such as #15", printable(name)));
+            fail(fmt::format("\"{}\" is no instance name, such as #15", printable(name)));
         }
     } else if (name.size() == KpIfcGUID::kLength) {
         return handleOfGlobalId(name);
     } else {
-        throw Failure(fmt::format("\"{}\" is neither an instance name, such as #15, nor a GlobalId of {} characters",
-                                  printable(name), KpIfcGUID::kLength));
+        fail(fmt::format("\"{}\" is neither an instance name, such as #15, nor a GlobalId of {} characters",
+                         printable(name), KpIfcGUID::kLength));
     }
     const KpDbObjectId handle = m_model.find(number);
     if (!handle.isDefined()) {
-        throw Failure(fmt::format("there is no instance #{}; {}", number, nearest(number)));
+        fail(fmt::format("there is no instance #{}; {}", number, nearest(number)));
     }
     return handle;
 }
@@ -121,16 +124,16 @@ KpDbObjectId Targets::handleOfGlobalId(std::string_view globalId) const {
             }
         }
         const std::string near = didYouMean(suggestions({known.begin(), known.end()}, globalId));
-        throw Failure(fmt::format("no instance has the GlobalId {}{}", printable(globalId),
-                                  near.empty() ? "; the file has " + counted(known.size(), "other") : printable(near)));
+        fail(fmt::format("no instance has the GlobalId {}{}", printable(globalId),
+                         near.empty() ? "; the file has " + counted(known.size(), "other") : printable(near)));
     }
     if (found.size() > 1) {
         std::vector<std::uint64_t> names;
         for (const KpDbObjectId& handle : found) {
             names.push_back(handle.instanceName());
         }
-        throw Failure(fmt::format("the GlobalId {} is that of several instances: #{}", printable(globalId),
-                                  fmt::join(names, ", #")));
+        fail(fmt::format("the GlobalId {} is that of several instances: #{}", printable(globalId),
+                         fmt::join(names, ", #")));
     }
     return found[0];
 }

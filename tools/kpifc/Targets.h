@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kpifc {
 
@@ -23,7 +24,9 @@ struct Target {
 /// Finds what users name in one model: "#15.FamilyName", or "#15" alone; a GlobalId may stand for "#15".
 class Targets {
 public:
-    explicit Targets(const KP_SDAI::KpIfcModel& model) : m_model(model) {}
+    /// `prefix`: what stands before the texts of failures (FileLabels).
+    explicit Targets(const KP_SDAI::KpIfcModel& model, std::string prefix = "")
+        : m_model(model), m_prefix(std::move(prefix)) {}
 
     /// Throws Failure where there is no such instance or its entity has no such attribute.
     Target find(std::string_view name);
@@ -36,7 +39,10 @@ private:
     std::string nearest(std::uint64_t number) const;
     KP_SDAI::KpDbObjectId handleOfGlobalId(std::string_view globalId) const;
 
+    [[noreturn]] void fail(const std::string& what) const;
+
     const KP_SDAI::KpIfcModel& m_model;
+    const std::string m_prefix;
 };
 
 /// A text without the blanks around it.

@@ -1,10 +1,12 @@
 #include "Tree.h"
 
 #include "Commands.h"
+#include "FileLabels.h"
 #include "Files.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 using namespace KP_SDAI;
 
@@ -13,20 +15,29 @@ namespace kpifc {
 namespace {
 
 struct TreeArguments {
-    std::string file;
+    std::vector<std::string> files;
     TreeOptions options;
     bool asJson = false;
 };
 
 ExitCode tree(const TreeArguments& arguments) {
-    const KpIfcFile file = openFile(arguments.file);
-    file.model()->mode(kReadOnly);
-    const BuildingTree tree(*file.model());
+    FileLabels labels(arguments.files);
     Output output;
-    (arguments.asJson ? printJson : printText)(tree, *file.model(), arguments.options, output);
-    tellProblems(arguments.file, file.report());
+    const ExitCode code = forEachFile(arguments.files, [&](const std::string& path) {
+        const KpIfcFile file = openFile(path);
+        file.model()->mode(kReadOnly);
+        const BuildingTree tree(*file.model());
+        if (arguments.asJson) {
+            printJson(tree, *file.model(), arguments.options, labels.opening(path), output);
+        } else {
+            output.text() += labels.heading(path);
+            printText(tree, *file.model(), arguments.options, output);
+        }
+        tellProblems(path, file.report());
+        return exitCode(file.report());
+    });
     output.finish();
-    return exitCode(file.report());
+    return code;
 }
 
 } // namespace
@@ -35,10 +46,7 @@ Command treeCommand() {
     const auto arguments = std::make_shared<TreeArguments>();
     return {.name = "tree",
             .summary = "Show the structure of the building",
-            .operands = {{.name = "FILE",
-                          .place = &arguments->file,
-                          .help = "STEP file; - for standard input",
-                          .kind = WordKind::file}},
+            .operands = {inputFile(&arguments->files)},
             .options = {{.name = "--depth",
                          .place = &arguments->options.depth,
                          .help = "Levels below the projects; all by default",
@@ -46,7 +54,9 @@ Command treeCommand() {
                         {.name = "--elements",
                          .place = &arguments->options.listElements,
                          .help = "Elements one by one, not counted by type"},
-                        {.name = "--json", .place = &arguments->asJson, .help = "One JSON object, for programs"}},
+                        {.name = "--json",
+                         .place = &arguments->asJson,
+                         .help = "One JSON object a line for each file, for programs"}},
             .text = "Projects come first, each with the parts into which it is decomposed and the elements\n"
                     "that its spatial elements contain; then what is decomposed but part of no project;\n"
                     "then elements that are in neither. An instance that occurs again, because it is part\n"
@@ -54,7 +64,8 @@ Command treeCommand() {
                     "Order is that of the relations in the file; groups are sorted by the names of their\n"
                     "types. Elevations are in the units of the file.\n"
                     "\n"
-                    "Keys of the JSON object:\n"
+                    "Keys of a JSON object:\n"
+                    "  file                      which one, where there are several\n"
                     "  projects[], others[]      roots that are projects, and that no project leads to\n"
                     "    id, type                instance name, entity\n"
                     "    name, globalId          null where unset\n"
@@ -65,7 +76,7 @@ Command treeCommand() {
                     "    below                   number of instances that --depth hides\n"
                     "  uncontained[]             type, count of elements that are contained in nothing\n"
                     "Groups of elements have type, count, and children[] where they have parts.",
-            .examples = {"kpifc tree house.ifc", "kpifc tree house.ifc --depth 3", "kpifc tree house.ifc --elements"},
+            .examples = {"kpifc tree house.ifc", "kpifc tree *.ifc --depth 3", "kpifc tree house.ifc --elements"},
             .run = [arguments] { return tree(*arguments); }};
 }
 

@@ -111,10 +111,11 @@ private:
 
 } // namespace
 
-void printJson(const BuildingTree& tree, const KpIfcModel& model, const TreeOptions& options, Output& output) {
+void printJson(const BuildingTree& tree, const KpIfcModel& model, const TreeOptions& options,
+               const std::string& opening, Output& output) {
     JsonPrinter printer(tree, model, output);
     std::string& out = output.text();
-    out += "{\"projects\":";
+    out += opening + "\"projects\":";
     printer.roots(tree.projects, options);
     out += ",\"others\":";
     printer.roots(tree.others, options);

@@ -1,13 +1,12 @@
 #include "ValueText.h"
 
 #include "Files.h"
+#include "ShortenedLists.h"
 #include "ValueWalk.h"
 
 #include <KpIfcCore/KpStepText.h>
 
 #include <fmt/format.h>
-
-#include <vector>
 
 using namespace KP_SDAI;
 
@@ -15,17 +14,11 @@ namespace kpifc {
 
 namespace {
 
-struct List {
-    std::size_t count = 0;
-    std::size_t cut = 0; ///< where in the text what is not shown begins
-};
-
 struct Writer {
     std::string& out;
     const Labels& labels;
     bool isUtf8;
-    std::optional<std::size_t> most;
-    std::vector<List> lists = {}; ///< that are being written, the outermost first
+    ShortenedLists lists;
 
     void null() { out += '-'; }
     void real(double value) { out += fmt::format("{}", value); }
@@ -37,7 +30,7 @@ struct Writer {
     void text(std::string_view value) { out += quotedName(isUtf8 ? value : KpStepText::decode(value)); }
     void literal(const char* value) { out += value; }
     void reference(const KpDbObjectId& value) {
-        if (lists.empty() || !most || lists.back().count <= *most) { // what is cut off needs no label
+        if (!lists.isCut()) { // what is cut off needs no label
             out += labels.reference(value);
         }
     }
@@ -48,21 +41,12 @@ struct Writer {
     void endTyped() {}
     void beginList() {
         out += '[';
-        lists.emplace_back();
+        lists.begin();
     }
-    void nextItem() {
-        List& list = lists.back();
-        if (most && list.count == *most) {
-            list.cut = out.size();
-        }
-        out += list.count++ ? ", " : "";
-    }
+    void nextItem() { lists.next(); }
     void endList() {
-        const List list = lists.back();
-        lists.pop_back();
-        if (list.cut) {
-            out.resize(list.cut);
-            out += ", ... " + grouped(list.count) + " in all";
+        if (const std::size_t count = lists.end()) {
+            out += ", ... " + grouped(count) + " in all";
         }
         out += ']';
     }
@@ -71,7 +55,7 @@ struct Writer {
 } // namespace
 
 void ValueText::attribute(const KpIfcVariant& value) {
-    Writer writer{m_out, m_labels, m_isUtf8, m_most};
+    Writer writer{m_out, m_labels, m_isUtf8, ShortenedLists(m_out, m_most, ", ")};
     ValueWalk(writer).walk(value, true);
 }
 

@@ -3,7 +3,6 @@
 #include "HelpText.h"
 #include "Interrupt.h"
 #include "Output.h"
-#include "Terminal.h"
 
 #include <KpIfcCore/KpIfcVersion.h>
 
@@ -40,10 +39,6 @@ static ExitCode run(std::vector<std::string> words) {
     const Command& command = findCommand(commands, words.front());
     parse(command, {words.begin() + 1, words.end()});
     return askedFor().help ? tellHelp(helpOf(command)) : command.run();
-}
-
-static void tellFailure(const std::string& text) {
-    tell(styledMessage(Style::red, "kpifc:") + ' ' + text);
 }
 
 int main(int argc, char** argv) {

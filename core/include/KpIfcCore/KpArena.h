@@ -7,6 +7,8 @@
 
 namespace KP_SDAI {
 
+class BlockPool;
+
 /// Memory that is handed out piece by piece and given back all at once.
 ///
 /// A model keeps the instances, texts and aggregate elements of a file that it was read from in one. Pieces are
@@ -14,9 +16,14 @@ namespace KP_SDAI {
 class KPIFCCORE_EXPORT KpArena {
 public:
     KpArena() = default;
+    /// An arena that gets its memory from a model's, as far as it needs much, and gives it back to that; the pool
+    /// outlives it.
+    explicit KpArena(BlockPool& pool) : m_pool(&pool) {}
     KpArena(const KpArena&) = delete;
     KpArena& operator=(const KpArena&) = delete;
-    ~KpArena();
+    ~KpArena() { clear(); }
+    /// Gives all pieces back.
+    void clear() noexcept;
 
     /// `size` bytes, aligned to 8; throws std::bad_alloc.
     void* allocate(std::size_t size) {
@@ -38,6 +45,7 @@ private:
     char* m_end = nullptr;
     Block* m_blocks = nullptr;
     std::size_t m_reserved = 0;
+    BlockPool* m_pool = nullptr;
 };
 
 } // namespace KP_SDAI

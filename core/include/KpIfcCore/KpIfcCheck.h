@@ -24,7 +24,8 @@ class KpIfcModel;
 /// Walks once over the instances and changes nothing: no access mode matters, nothing counts as changed
 /// afterwards. What is uncommitted is committed first; a model at rest is only read, by any number of threads.
 ///
-///     for (const KpIfcReportEntry& entry : checkModel(*file.model()).entries()) std::cout << entry.text() << '\n';
+///     const KpIfcReport findings = checkModel(*file.model());
+///     for (const KpIfcReportEntry& entry : findings.entries()) std::cout << entry.text() << '\n';
 KPIFCCORE_EXPORT KpIfcReport checkModel(const KpIfcModel& model,
                                         std::size_t listedPerKind = KpIfcReport::kListedPerKind);
 

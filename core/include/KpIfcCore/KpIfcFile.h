@@ -21,9 +21,6 @@ struct KpIfcOpenOptions {
     /// besides the caller's. What is read is the same with any number, to the last bit. None is started for files under
     /// a megabyte, and none is left when opening returns.
     unsigned threads = 0;
-    /// Bytes that a thread takes at a time; 0 for what is best. Other values are for tests: threads are then started
-    /// for small files, too.
-    std::size_t partSize = 0;
     /// Finds only where records begin and of which entities they are, and reads each when it is first touched: opening
     /// costs a fraction of the time and memory. For programs that look at little of a large file: some instances by
     /// name or GlobalId, those of one entity and what they refer to, how many there are. The results are those of a

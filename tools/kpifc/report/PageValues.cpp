@@ -1,10 +1,9 @@
 #include "report/PageValues.h"
 
-#include "JsonText.h"
+#include "JsonScalars.h"
+#include "ShortenedLists.h"
 #include "ValueWalk.h"
 #include "report/PageText.h"
-
-#include <KpIfcCore/KpStepText.h>
 
 using namespace KP_SDAI;
 
@@ -14,27 +13,11 @@ namespace {
 
 constexpr std::size_t kMostElements = 100;
 
-struct List {
-    std::size_t count = 0;
-    std::size_t cut = 0; ///< where in the text what is not told begins
-};
-
-struct Writer {
-    std::string& out;
+struct Writer : JsonScalars {
     const PageNodes& nodes;
     PageTypes& types;
-    bool isUtf8;
-    std::vector<List> lists = {}; ///< that are being written, the outermost first
+    ShortenedLists lists{out, kMostElements, ","};
 
-    void null() { out += "null"; }
-    void real(double value) { json::appendNumber(out, value); }
-    void integer(int value) { json::appendNumber(out, value); }
-    void truth(KpIfcLogical value) {
-        constexpr const char* texts[] = {"false", "true", "\"UNKNOWN\""};
-        out += texts[value.code()];
-    }
-    void text(std::string_view value) { json::appendText(out, isUtf8 ? value : KpStepText::decode(value)); }
-    void literal(const char* value) { json::appendText(out, value); }
     void reference(const KpDbObjectId& value) {
         if (nodes.contains(value)) {
             out += "{\"p\":" + std::to_string(nodes.placeOf(value));
@@ -55,21 +38,12 @@ struct Writer {
     void endTyped() { out += '}'; }
     void beginList() {
         out += '[';
-        lists.emplace_back();
+        lists.begin();
     }
-    void nextItem() {
-        List& list = lists.back();
-        if (list.count == kMostElements) {
-            list.cut = out.size();
-        }
-        out += list.count++ ? "," : "";
-    }
+    void nextItem() { lists.next(); }
     void endList() {
-        const List list = lists.back();
-        lists.pop_back();
-        if (list.cut) {
-            out.resize(list.cut);
-            out += ",{\"more\":" + std::to_string(list.count) + '}';
+        if (const std::size_t count = lists.end()) {
+            out += ",{\"more\":" + std::to_string(count) + '}';
         }
         out += ']';
     }
@@ -86,7 +60,7 @@ std::uint32_t PageTypes::of(const KpIfcEntityType& type) {
 }
 
 void PageValues::append(const KpIfcVariant& value) {
-    Writer writer{m_out, m_nodes, m_types, m_isUtf8};
+    Writer writer{{m_out, m_isUtf8}, m_nodes, m_types};
     ValueWalk(writer).walk(value, true);
 }
 
