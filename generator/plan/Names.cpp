@@ -80,8 +80,8 @@ const Words& selectMembers() {
 const Words& moduleNames() {
     // clang-format off
     static const Words words = {
-        "DescriptorNames", "Entity", "EnumFacts", "ExplicitProperty", "HierarchyProperty", "InverseMembers",
-        "InverseProperty", "RedeclaredProperty", "Select", "SelectAlternative", "SelectFacts", "addProperty",
+        "DescriptorNames", "Entity", "EnumFacts", "ExplicitProperty", "FoundRows", "HierarchyProperty", "InverseMembers",
+        "InverseProperty", "Name", "RedeclaredProperty", "Select", "SelectAlternative", "SelectFacts", "addProperty",
         "aggregateDescriptors", "as", "constructEntity", "createArrayDescriptor", "createEnumerationDescriptor",
         "createListDescriptor", "createPointerDescriptor", "createSetDescriptor", "createValueDescriptor",
         "derived", "describeListElement", "describeSelect", "describeSetElement", "descriptorSlot", "detail",
