@@ -167,10 +167,10 @@ void unset(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row) {
 
 } // namespace
 
-bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
-                  KpIfcVariant& value) {
-    requireAccess(instance, facts, "getAttr");
-    auto& changeable = const_cast<KpIfcEntityBase&>(instance);
+bool Entity::getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
+    const KpIfcEntityFacts& facts = classFacts();
+    requireAccess(*this, facts, "getAttr");
+    auto& changeable = const_cast<Entity&>(*this);
     const Name wanted(name);
     if (const KpIfcAttributeFacts* row = g_found.find(facts, wanted)) {
         get(changeable, *row, value);
@@ -181,7 +181,7 @@ bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts
     for (const KpIfcEntityFacts* level = &facts; level; level = level->supertype) {
         for (const KpIfcInverseFacts& row : std::span(level->inverses, level->inverseCount)) {
             if (!(wanted == row)) continue;
-            const auto& referrers = row.members(changeable).read(instance, row.index);
+            const auto& referrers = row.members(changeable).read(*this, row.index);
             value.set(const_cast<KP_SDAI::KpIfcSetAggr<KpDbObjectId>*>(&referrers));
             return true;
         }
@@ -189,23 +189,25 @@ bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts
     return false;
 }
 
-bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
-                  const KpIfcVariant& value) {
-    requireReadWrite(instance, facts, "putAttr");
+bool Entity::putAttr(const KpAnsiString& name, const KpIfcVariant& value) {
+    const KpIfcEntityFacts& facts = classFacts();
+    requireReadWrite(*this, facts, "putAttr");
     const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
-    return row && put(instance, *row, value);
+    return row && put(*this, *row, value);
 }
 
-bool testAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
-    requireAccess(instance, facts, "testAttr");
+bool Entity::testAttr(const KpAnsiString& name) const {
+    const KpIfcEntityFacts& facts = classFacts();
+    requireAccess(*this, facts, "testAttr");
     const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
-    return row && test(const_cast<KpIfcEntityBase&>(instance), *row);
+    return row && test(const_cast<Entity&>(*this), *row);
 }
 
-void unsetAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
-    requireReadWrite(instance, facts, "unsetAttr");
+void Entity::unsetAttr(const KpAnsiString& name) {
+    const KpIfcEntityFacts& facts = classFacts();
+    requireReadWrite(*this, facts, "unsetAttr");
     const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
-    if (row) unset(instance, *row);
+    if (row) unset(*this, *row);
 }
 
 } // namespace IFC2X3
