@@ -1,3 +1,4 @@
+#include <KpIfcCore/KpIfcAggr.h>
 #include <KpIfcCore/KpIfcEntityBase.h>
 #include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcModel.h>
@@ -7,6 +8,11 @@
 namespace KP_SDAI {
 
 KpIfcEntityBase::~KpIfcEntityBase() = default;
+
+KpArena* arenaOf(const KpIfcEntityBase& instance) {
+    KpIfcModel* const model = instance.owningModel();
+    return model ? &model->data().arena : nullptr;
+}
 
 void KpIfcEntityBase::noteChange() {
     if (KpIfcModel* model = owningModel()) model->data().noteChange(*this);

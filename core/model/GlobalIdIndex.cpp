@@ -2,6 +2,8 @@
 
 #include <KpIfcCore/KpIfcEntityType.h>
 
+#include "model/ChangedInstances.h"
+
 #include <algorithm>
 #include <functional>
 #include <vector>
@@ -51,10 +53,11 @@ void GlobalIdIndex::enter(KpIfcEntityBase& instance) {
     m_slots.emplace(hash, slot);
 }
 
-bool GlobalIdIndex::update(std::span<KpIfcEntityBase* const> changed) {
+bool GlobalIdIndex::update(const ChangedInstances& changed) {
     if (!m_rooted.entity) return true;
-    for (KpIfcEntityBase* instance : changed)
+    changed.visitUncommitted([this](KpIfcEntityBase* instance) {
         if (instance->isKindOf(m_rooted.entity)) enter(*instance);
+    });
     return m_slots.size() <= m_mostEntries;
 }
 

@@ -4,11 +4,12 @@
 
 #include <KpIfcCore/KpIfcModel.h>
 
-#include <span>
 #include <string_view>
 #include <unordered_map>
 
 namespace KP_SDAI {
+
+class ChangedInstances;
 
 /// The instances of a model by their GlobalIds.
 ///
@@ -25,7 +26,7 @@ public:
 
     /// Takes in instances that changed. False where so many have that the index is to be built anew; it is of no use
     /// then.
-    bool update(std::span<KpIfcEntityBase* const> changed);
+    bool update(const ChangedInstances& changed);
 
 private:
     /// Calls `visit(KpDbObjectId)` for each instance of a GlobalId, for one that had it before, too, more than once.

@@ -129,7 +129,7 @@ void Inverses::withdraw(KpIfcEntityBase& referrer) {
                       });
 }
 
-void Inverses::commit(std::span<KpIfcEntityBase* const> changed) {
+void Inverses::commit(const ChangedInstances& changed) {
     // What a commit that was not completed has entered may be no longer true.
     if (m_isHalfDone) m_withdrawn.insert(m_withdrawn.end(), m_entered.begin(), m_entered.end());
     m_entered.clear();
@@ -139,7 +139,7 @@ void Inverses::commit(std::span<KpIfcEntityBase* const> changed) {
     };
     {
         const Committing committing{m_isCommitting = true};
-        for (KpIfcEntityBase* instance : changed) instance->setInverseCounterParts();
+        changed.visitUncommitted([](KpIfcEntityBase* instance) { instance->setInverseCounterParts(); });
     }
     apply();
     m_isHalfDone = false;

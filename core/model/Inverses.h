@@ -9,6 +9,7 @@
 
 namespace KP_SDAI {
 
+class ChangedInstances;
 class KpIfcEntityBase;
 class KpIfcInverseSet;
 struct KpIfcInverseFacts;
@@ -40,7 +41,7 @@ public:
     void withdraw(KpIfcEntityBase& referrer);
     /// Enters instances that changed anew. Where memory runs out in the middle, the next commit, which is to be told of
     /// the same instances and of those that changed since, sets all right.
-    void commit(std::span<KpIfcEntityBase* const> changed);
+    void commit(const ChangedInstances& changed);
 
 private:
     struct Entry {

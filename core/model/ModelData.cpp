@@ -16,18 +16,17 @@ ModelData::ModelData(KpIfcModel& m, std::shared_ptr<KpIfcModule> module)
 
 ModelData::~ModelData() {
     // What was only read lies in the arena with all that it holds; the others may own memory elsewhere.
-    for (KpIfcEntityBase* instance : m_toDestroy) instance->~KpIfcEntityBase();
+    for (KpIfcEntityBase* instance : m_readWithHeap) instance->~KpIfcEntityBase();
+    m_changed.visitFirst([](KpIfcEntityBase* instance) { instance->~KpIfcEntityBase(); });
 }
 
 KpIfcEntityBase* ModelData::create(const KpIfcEntityFacts& facts, KpIfcSlot* slot) {
     readAll();
     KpIfcEntityBase* instance = construct(facts);
-    makeRoomForOne(m_toDestroy);
-    makeRoomForOne(m_uncommitted);
+    m_changed.makeRoomForFirst(arena);
     bind(slot, instance);
     // As any change would be noted, but that it refers to nothing yet.
-    m_toDestroy.push_back(instance);
-    m_uncommitted.push_back(instance);
+    m_changed.addFirst(*instance);
     instance->m_self |= KpIfcEntityBase::kUncommitted;
     return instance;
 }
@@ -94,7 +93,7 @@ void ModelData::expectRest(std::uint64_t size, std::uint64_t place) {
 
 /// Takes over what instances hold, and what is held of them, besides their places.
 void ModelData::takeHeld(ReadInstances& read) {
-    m_toDestroy.insert(m_toDestroy.end(), read.toDestroy.begin(), read.toDestroy.end());
+    m_readWithHeap.insert(m_readWithHeap.end(), read.toDestroy.begin(), read.toDestroy.end());
     read.toDestroy.clear();
     for (auto& [instance, field] : read.keptFields) keepField(*instance, std::move(field));
     read.keptFields.clear();
@@ -135,7 +134,7 @@ void ModelData::returnToSlot(KpIfcSlot* slot, std::uintptr_t word) {
     slot->word = word;
     if (KpIfcEntityBase* instance = KpDbObjectId(slot).openObject()) {
         instance->m_self = reinterpret_cast<std::uintptr_t>(slot) | (instance->m_self & KpIfcEntityBase::kFlags);
-        m_uncommitted.push_back(instance); // it left uncommitted
+        m_changed.addAgain(*instance); // it left uncommitted
         ++instanceCount;
     } else {
         ++keptCount;
@@ -171,16 +170,16 @@ void ModelData::forgetField(const KpIfcEntityBase& instance, std::size_t field) 
     std::erase_if(found->second, [](const KeptField& kept) { return kept.field == KeptField::kWholeRecord; });
 }
 
-void ModelData::noteHeap(KpIfcEntityBase& instance) {
-    m_toDestroy.push_back(&instance);
-    instance.m_self |= KpIfcEntityBase::kOwnsHeap;
-}
-
 void ModelData::noteChange(KpIfcEntityBase& instance) {
     readAll();
     if (m_changes) m_changes->noteChange(instance, keptFields(instance));
-    if ((instance.m_self & KpIfcEntityBase::kState) == KpIfcEntityBase::kAsRead) noteHeap(instance);
-    m_uncommitted.push_back(&instance);
+    if ((instance.m_self & KpIfcEntityBase::kState) == KpIfcEntityBase::kAsRead) {
+        m_changed.makeRoomForFirst(arena);
+        m_changed.addFirst(instance);
+        instance.m_self |= KpIfcEntityBase::kOwnsHeap;
+    } else {
+        m_changed.addAgain(instance);
+    }
     inverses.withdraw(instance);
 }
 
@@ -191,14 +190,14 @@ void ModelData::commit() {
 }
 
 void ModelData::commitChanges() {
-    if (m_uncommitted.empty()) return;
-    std::erase_if(m_uncommitted, [](const KpIfcEntityBase* instance) { return !instance->owningModel(); });
-    inverses.commit(m_uncommitted);
-    m_referrers.follow([this](ReferrerIndex& index) { return index.update(m_uncommitted, m_left); });
-    m_globalIds.follow([this](GlobalIdIndex& index) { return index.update(m_uncommitted); });
-    for (KpIfcEntityBase* instance : m_uncommitted)
+    if (m_changed.areCommitted()) return;
+    inverses.commit(m_changed);
+    m_referrers.follow([this](ReferrerIndex& index) { return index.update(m_changed, m_left); });
+    m_globalIds.follow([this](GlobalIdIndex& index) { return index.update(m_changed); });
+    m_changed.visitUncommitted([](KpIfcEntityBase* instance) {
         instance->m_self = (instance->m_self & ~KpIfcEntityBase::kState) | KpIfcEntityBase::kCommitted;
-    m_uncommitted.clear();
+    });
+    m_changed.setCommitted();
     m_left.clear();
 }
 
@@ -229,7 +228,7 @@ void ModelData::rollBackChanges() {
         if (instance->owningModel()) instance->beforeChange();
     for (const auto& [instance, former] : log.former)
         if (former.values) copyAttributes(*instance, *former.values); // else it was created
-    m_uncommitted.reserve(m_uncommitted.size() + log.erased.size());
+    m_changed.makeRoomForAgain(log.erased.size());
     m_left.reserve(m_left.size() + log.created.size());
 
     // From here on nothing fails; before, all can be done again.

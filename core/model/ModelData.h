@@ -5,6 +5,7 @@
 #include <KpIfcCore/KpIfcModel.h>
 #include <KpIfcCore/KpIfcModule.h>
 
+#include "model/ChangedInstances.h"
 #include "model/FileOrder.h"
 #include "model/GlobalIdIndex.h"
 #include "model/InstanceTable.h"
@@ -12,6 +13,7 @@
 #include "model/OnDemand.h"
 #include "model/PackedOrder.h"
 #include "model/ReferrerIndex.h"
+#include "model/SlotWalk.h"
 #include "model/UnreadRecords.h"
 #include "values/BlockPool.h"
 
@@ -84,11 +86,9 @@ public:
     /// Drops what is kept of a field, and with it the text of the whole record, which has that field too.
     void forgetField(const KpIfcEntityBase& instance, std::size_t field);
 
-    /// Registers an instance whose destructor has to run.
-    void noteHeap(KpIfcEntityBase& instance);
     /// What is to do before the first change of an instance since the last commit.
     void noteChange(KpIfcEntityBase& instance);
-    bool hasUncommitted() const { return !m_uncommitted.empty() || m_isRollBackDue; }
+    bool hasUncommitted() const { return !m_changed.areCommitted() || m_isRollBackDue; }
     /// Where memory runs out, what is uncommitted stays so, and the next commit begins anew.
     void commit();
     /// True where inverse attributes are not what they should be.
@@ -110,10 +110,7 @@ public:
     template <class VisitInstance, class VisitRecord>
     void visitInFileOrder(VisitInstance visitInstance, VisitRecord visitRecord) const {
         readAll();
-        if (!m_explicitOrder) {
-            for (KpIfcEntityBase* instance : model.instances()) visitInstance(instance);
-            return;
-        }
+        if (!m_explicitOrder) return visitByName(visitInstance);
         m_order.visit(table, [&](const OrderEntry& entry) {
             if (KeptRecord* record = entry.record()) {
                 if (!isErased(*record)) visitRecord(*record);
@@ -127,10 +124,7 @@ public:
     template <class VisitInstance, class VisitRecord>
     void visitInNormalOrder(VisitInstance visitInstance, VisitRecord visitRecord) const {
         readAll();
-        if (m_kept.empty()) { // the table has them in this order
-            for (KpIfcEntityBase* instance : model.instances()) visitInstance(instance);
-            return;
-        }
+        if (m_kept.empty()) return visitByName(visitInstance); // the table has them in this order
         for (const OrderEntry& entry : normalOrder()) {
             if (KeptRecord* record = entry.record()) {
                 if (!isErased(*record)) visitRecord(*record);
@@ -155,8 +149,11 @@ public:
     /// created ones included.
     template <class Visit>
     void visitChanged(Visit visit) const {
-        for (const KpIfcEntityBase* instance : m_toDestroy)
+        const auto visitIfChanged = [&visit](const KpIfcEntityBase* instance) {
             if (instance->isChanged() && instance->objectId().openObject() == instance) visit(*instance);
+        };
+        for (const KpIfcEntityBase* instance : m_readWithHeap) visitIfChanged(instance);
+        m_changed.visitFirst(visitIfChanged);
     }
 
     // -- of a model that was opened lazily; PartlyRead.cpp --
@@ -176,7 +173,9 @@ public:
     /// Undoes what binding the record of an unread slot has done.
     void unread(KpIfcSlot* slot, std::uintptr_t word) noexcept;
     /// Reads all that is left to be read. Throws; then all is as it was.
-    void readAll() const;
+    void readAll() const {
+        if (m_unread) m_unread->readAll();
+    }
     /// Drops all that has been read, so that reading begins anew; the memory stays behind. Nothing else has happened
     /// to the model.
     void forgetRead() noexcept;
@@ -209,6 +208,13 @@ public:
 
 private:
     std::vector<OrderEntry> normalOrder() const;
+    /// Of a model that is whole.
+    template <class Visit>
+    void visitByName(Visit visit) const {
+        visitSlots(table, [&visit](const KpIfcSlot& slot) {
+            if (!(slot.word & KpIfcSlot::kNoInstance)) visit(reinterpret_cast<KpIfcEntityBase*>(slot.word));
+        });
+    }
     void noteNamesIn(const std::string& text);
     void makeOrderExplicit();
     void commitChanges();
@@ -224,9 +230,9 @@ private:
     std::list<KeptRecord> m_kept;
     std::list<KpArena> m_arenas; ///< besides `arena`
     std::unordered_map<const KpIfcEntityBase*, std::vector<KeptField>> m_keptFields;
-    std::vector<KpIfcEntityBase*> m_toDestroy;
-    std::vector<KpIfcEntityBase*> m_uncommitted; ///< those that have left their slots included
-    std::vector<const KpIfcSlot*> m_left;        ///< slots that instances have left since the last commit
+    std::vector<KpIfcEntityBase*> m_readWithHeap; ///< held memory of their own when they were read
+    ChangedInstances m_changed;                   ///< besides those, the only ones whose destructors have to run
+    std::vector<const KpIfcSlot*> m_left;         ///< slots that instances have left since the last commit
     std::unordered_set<const KpIfcSlot*> m_erasedSlots;
     OnDemand<ReferrerIndex> m_referrers;
     OnDemand<GlobalIdIndex> m_globalIds;

@@ -73,10 +73,6 @@ void ModelData::unread(KpIfcSlot* slot, std::uintptr_t word) noexcept {
     slot->word = word;
 }
 
-void ModelData::readAll() const {
-    if (m_unread) m_unread->readAll();
-}
-
 void ModelData::forgetRead() noexcept {
     visitChunks(table, [](KpIfcSlotChunk& chunk) {
         for (KpIfcSlot& slot : chunk.slots) slot.word = 0;

@@ -3,6 +3,8 @@
 #include <KpIfcCore/KpIfcModel.h>
 #include <KpIfcCore/KpIfcReferences.h>
 
+#include "model/ChangedInstances.h"
+
 #include <algorithm>
 
 namespace KP_SDAI {
@@ -114,17 +116,19 @@ void ReferrerIndex::refersTo(const KpIfcSlot* slot, Handles& targets) {
     former.swap(targets);
 }
 
-bool ReferrerIndex::update(std::span<KpIfcEntityBase* const> changed, std::span<const KpIfcSlot* const> left) {
-    if (m_targets.size() + changed.size() + left.size() > m_mostChanged) return false;
+bool ReferrerIndex::update(const ChangedInstances& changed, std::span<const KpIfcSlot* const> left) {
+    std::size_t count = m_targets.size() + left.size();
+    changed.visitUncommitted([&count](const KpIfcEntityBase*) { ++count; });
+    if (count > m_mostChanged) return false;
     Handles targets;
     for (const KpIfcSlot* slot : left) {
         targets.clear();
         refersTo(slot, targets);
     }
-    for (KpIfcEntityBase* instance : changed) {
+    changed.visitUncommitted([&](KpIfcEntityBase* instance) {
         collectTargets(*instance, targets);
         refersTo(instance->objectId().slot(), targets);
-    }
+    });
     return true;
 }
 

@@ -11,6 +11,7 @@
 
 namespace KP_SDAI {
 
+class ChangedInstances;
 class KpIfcEntityBase;
 class KpIfcModel;
 
@@ -41,7 +42,7 @@ public:
 
     /// Takes in what instances refer to after a change, and those that left their slots. False where so many have
     /// changed that the index is to be built anew; it is of no use then.
-    bool update(std::span<KpIfcEntityBase* const> changed, std::span<const KpIfcSlot* const> left);
+    bool update(const ChangedInstances& changed, std::span<const KpIfcSlot* const> left);
 
 private:
     /// The targets in one chunk.

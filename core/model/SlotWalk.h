@@ -27,4 +27,20 @@ inline KpIfcSlot* nextSlot(const InstanceTable& table, InstanceTable::Place& pla
     return dense;
 }
 
+/// Calls `visit(const KpIfcSlot&)` for all slots that are not empty, in ascending order of names.
+template <class Visit>
+void visitSlots(const InstanceTable& table, Visit visit) {
+    if (table.sparse().empty()) {
+        for (std::size_t stretch = 0; stretch < table.stretchCount(); ++stretch) {
+            const KpIfcSlotChunk* const chunk = table.chunk(stretch);
+            if (!chunk) continue;
+            for (const KpIfcSlot& slot : chunk->slots)
+                if (slot.word) visit(slot);
+        }
+        return;
+    }
+    InstanceTable::Place place;
+    while (const KpIfcSlot* const slot = nextSlot(table, place)) visit(*slot);
+}
+
 } // namespace KP_SDAI

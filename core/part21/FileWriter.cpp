@@ -14,7 +14,7 @@ bool writeNormalised(ModelData& data, const KpIfcHeader& header, const FileFrame
     out.put("ENDSEC;\n");
     out.put(frame.beforeData);
     out.put(frame.dataOpening.empty() ? "DATA;" : frame.dataOpening);
-    out.put("\n");
+    out.put('\n');
     bool ok = true;
     const auto flush = [&](std::size_t atLeast) {
         if (out.text().size() < atLeast) return;
@@ -24,14 +24,14 @@ bool writeNormalised(ModelData& data, const KpIfcHeader& header, const FileFrame
     const auto putInstance = [&](KpIfcEntityBase* instance) {
         if (!ok) return;
         out.putRecord(*instance);
-        out.put("\n");
+        out.put('\n');
         flush(kPiece);
         progress.step();
     };
     const auto putRecord = [&](const KeptRecord& record) {
         if (!ok) return;
         out.put(record.text);
-        out.put("\n");
+        out.put('\n');
         flush(kPiece);
         progress.step();
     };

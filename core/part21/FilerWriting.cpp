@@ -4,21 +4,44 @@
 #include <KpIfcCore/KpStepText.h>
 
 #include "model/ModelData.h"
+#include "part21/Digits.h"
+#include "part21/Scan.h"
 
 #include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <type_traits>
 
 using namespace KP_SDAI;
+
+namespace {
+
+/// As memcpy does, without a call for what is short, as nearly all is.
+void copyText(char* to, const char* from, std::size_t size) {
+    const auto copy = [&]<std::size_t bytes>(std::integral_constant<std::size_t, bytes>) {
+        std::size_t i = 0;
+        for (; i + bytes < size; i += bytes) std::memcpy(to + i, from + i, bytes);
+        std::memcpy(to + size - bytes, from + size - bytes, bytes); // may overlap those before
+    };
+    if (size > 64)
+        std::memcpy(to, from, size);
+    else if (size >= 16)
+        copy(std::integral_constant<std::size_t, 16>());
+    else if (size >= 4)
+        copy(std::integral_constant<std::size_t, 4>());
+    else
+        for (std::size_t i = 0; i < size; ++i) to[i] = from[i];
+}
+
+} // namespace
 
 void KpSpfFilerBase::makeRoom(std::size_t bytes) {
     m_buffer.resize(m_buffer.size() * 2 + bytes + 4096);
 }
 
 void KpSpfFilerBase::put(std::string_view text) {
-    if (text.empty()) return;
-    std::memcpy(room(text.size()), text.data(), text.size());
+    copyText(room(text.size()), text.data(), text.size());
     m_written += text.size();
 }
 
@@ -36,13 +59,9 @@ void KpSpfFilerBase::putName(std::uint64_t name) {
         m_written += static_cast<std::size_t>(std::to_chars(to + 1, to + 24, name).ptr - to);
         return;
     }
-    const std::uint64_t halves = name / 10000 | name % 10000 << 32;
-    const std::uint64_t hundreds = halves * 10486 >> 20 & 0x7F'0000'007F; // 10486 / 2^20 is a hundredth
-    const std::uint64_t pairs = hundreds + ((halves - 100 * hundreds) << 16);
-    const std::uint64_t tens = pairs * 103 >> 10 & 0x000F'000F'000F'000F; // 103 / 2^10 is a tenth
-    const std::uint64_t digits = tens + ((pairs - 10 * tens) << 8);       // the first one in the lowest byte
+    const std::uint64_t digits = eightDigits(name);
     const int zeros = std::countr_zero(digits) / 8;
-    const std::uint64_t text = (digits | 0x3030303030303030u) >> (8 * zeros);
+    const std::uint64_t text = (digits | kZeros) >> (8 * zeros);
     std::memcpy(to + 1, &text, sizeof text);
     m_written += static_cast<std::size_t>(9 - zeros);
 }
@@ -55,33 +74,24 @@ void KpSpfFilerBase::putReal(double value) {
     }
     char* to = room(KpStepText::kRealRoom);
     // Whole numbers are frequent and have a shorter way to their shortest text.
-    if (std::fabs(value) < 1e6 && value == std::trunc(value) && !(value == 0 && std::signbit(value))) {
-        char* end = std::to_chars(to, to + 16, static_cast<int>(value)).ptr;
+    if (const int whole = std::fabs(value) < 10000 ? static_cast<int>(value) : 0;
+        whole == value && (whole != 0 || !std::signbit(value))) {
+        char* end = std::to_chars(to, to + 16, whole).ptr;
         *end++ = '.';
-        if (end - to <= 5) { // longer ones may be shorter with an exponent
-            m_written += static_cast<std::size_t>(end - to);
-            return;
-        }
+        m_written += static_cast<std::size_t>(end - to);
+        return;
     }
     m_written += static_cast<std::size_t>(KpStepText::writeReal(value, to) - to);
 }
 
 void KpSpfFilerBase::putText(std::string_view text) {
-    char* const start = room(text.size() + 2);
-    char* to = start;
-    *to++ = '\'';
-    bool plain = true;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < ' ' || byte >= 0x7F || c == '\'' || c == '\\') {
-            plain = false;
-            break;
-        }
-        *to++ = c;
-    }
-    if (plain) {
-        *to++ = '\'';
-        m_written += static_cast<std::size_t>(to - start);
+    char* const begin = room(text.size() + 2 + scan::kReach) + 1;
+    char* const end = begin + text.size();
+    begin[-1] = '\'';
+    copyText(begin, text.data(), text.size());
+    *end = '\'';
+    if (scan::plainEnd(begin) == end) {
+        m_written += text.size() + 2;
         return;
     }
     put('\'');

@@ -8,6 +8,7 @@
 #include "part21/OpenSource.h"
 #include "part21/Output.h"
 #include "part21/SourceRewriter.h"
+#include "values/SystemMemory.h"
 
 #include <filesystem>
 
@@ -159,6 +160,7 @@ KP::ErrorStatus KpIfcFile::saveToMemory(std::string& out, const KpIfcSaveOptions
     }
     const KP::ErrorStatus status = state.attempt("memory", [&] {
         out.reserve(state.size + state.size / 16); // mostly, what was read is about what is written
+        if (out.capacity() > 2 * kLargePage) preferLargePages(out.data(), out.capacity());
         const bool isWritten = state.write(options, [&](std::string_view piece) {
             out.append(piece);
             return true;

@@ -3,9 +3,7 @@
 #include "part21/CodePages.h"
 #include "part21/Spelling.h"
 
-#include <charconv>
 #include <cstdint>
-#include <cstring>
 
 namespace KP_SDAI::KpStepText {
 
@@ -244,27 +242,6 @@ const char* stringEnd(const char* begin, const char* end) {
         }
     }
     return nullptr;
-}
-
-char* writeReal(double value, char* to) {
-    char* const end = std::to_chars(to, to + kRealRoom - 4, value).ptr;
-    char* exponent = to;
-    bool point = false;
-    for (; exponent != end && *exponent != 'e'; ++exponent) point |= *exponent == '.';
-    if (exponent == end) {
-        if (!point) *exponent++ = '.';
-        return exponent;
-    }
-    // "1e-05" becomes "1.E-05"
-    char tail[8];
-    const char* from = exponent + 1;
-    if (*from == '+') ++from;
-    const auto length = static_cast<std::size_t>(end - from);
-    std::memcpy(tail, from, length);
-    if (!point) *exponent++ = '.';
-    *exponent++ = 'E';
-    std::memcpy(exponent, tail, length);
-    return exponent + length;
 }
 
 } // namespace KP_SDAI::KpStepText

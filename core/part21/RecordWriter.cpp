@@ -45,7 +45,8 @@ void RecordWriter::putRecord(KpIfcEntityBase& instance) {
         putParameters(instance, *kept);
     else
         instance.outFields(&m_filer);
-    m_filer.put(");");
+    m_filer.put(')');
+    m_filer.put(';');
     if (!m_filer.m_notFinite || !m_report) return;
     KpIfcReportEntry entry;
     entry.severity = KpIfcSeverity::warning;

@@ -18,6 +18,7 @@ public:
     explicit RecordWriter(ModelData& data, KpIfcReport* report = nullptr)
         : m_data(data), m_report(report), m_filer(data) {}
 
+    void put(char c) { m_filer.put(c); }
     void put(std::string_view text) { m_filer.put(text); }
     /// The record of an instance, with its semicolon.
     void putRecord(KpIfcEntityBase& instance);

@@ -12,4 +12,7 @@ constexpr std::size_t kLargePage = std::size_t{2} * 1024 * 1024;
 /// none.
 void* allocateLargePages(std::size_t pages);
 
+/// Says of memory that is about to be written that it should be in large pages as far as these lie within it.
+void preferLargePages(void* memory, std::size_t bytes);
+
 } // namespace KP_SDAI

@@ -82,7 +82,7 @@ void $getter$($array$& values) const {
 }
 void $setter$(const $array$& values) {
     beforeChange();
-    $member$.assign(values);
+    $member$.assign(values, *this);
 }
 void $setter$(const $type$& values) {
     beforeChange();

@@ -1,3 +1,4 @@
+#include "entities/AttributeNames.h"
 #include "entities/EntityClass.h"
 
 #include <KpIfcCore/Consts.h>
@@ -34,62 +35,7 @@ void requireReadWrite(const KpIfcEntityBase& instance, const KpIfcEntityFacts& f
         refuse(180, "SDAI-model access not read-write", facts, operation);
 }
 
-constexpr std::uint64_t everyByte(std::uint8_t byte) {
-    return 0x0101010101010101u * byte;
-}
-
-std::uint64_t eightBytes(const char* text) {
-    std::uint64_t bytes;
-    std::memcpy(&bytes, text, sizeof bytes);
-    return bytes;
-}
-
-/// True where eight characters differ in the case of letters at most. The bytes of `row` are ASCII.
-bool equalNoCase(std::uint64_t text, std::uint64_t row) {
-    constexpr std::uint64_t caseBits = everyByte(0x20);
-    const std::uint64_t different = text ^ row;
-    if (different & ~caseBits) return false;
-    if (different == 0) return true;
-    // Sets the high bit of every byte that is a letter in lower case: from 'a' on and not beyond 'z'.
-    const std::uint64_t lower = row | caseBits;
-    const std::uint64_t letters = (lower + everyByte(0x80 - 'a')) & ~(lower + everyByte(0x80 - 'z' - 1));
-    return (different << 2 & ~letters & everyByte(0x80)) == 0;
-}
-
-/// Two names of the same length, compared without regard to ASCII case.
-bool equalNoCase(const char* text, const char* row, std::size_t length) {
-    if (length < 8) return KP_SDAI::equalNoCase(text, length, row);
-    for (std::size_t i = 0; i + 8 < length; i += 8)
-        if (!equalNoCase(eightBytes(text + i), eightBytes(row + i))) return false;
-    return equalNoCase(eightBytes(text + length - 8), eightBytes(row + length - 8));
-}
-
-/// A name that is looked for.
-class Name {
-public:
-    explicit Name(const KpAnsiString& name)
-        : m_text(name.view()), m_key(KpIfcAttributeFacts::keyOf(m_text.data(), m_text.size())) {}
-    bool operator==(const KpIfcAttributeFacts& row) const {
-        return row.key == m_key && row.nameLength == m_text.size() &&
-               equalNoCase(m_text.data(), row.name, m_text.size());
-    }
-
-    bool operator==(const KpIfcInverseFacts& row) const {
-        return row.key == m_key && KP_SDAI::equalNoCase(m_text.data(), m_text.size(), row.name);
-    }
-
-private:
-    std::string_view m_text;
-    std::uint32_t m_key;
-};
-
-/// The explicit attribute of a name, the entity's own or the nearest supertype's; null where there is none.
-const KpIfcAttributeFacts* findExplicit(const KpIfcEntityFacts* facts, const Name& name) {
-    for (; facts; facts = facts->supertype)
-        for (const KpIfcAttributeFacts& row : std::span(facts->attributes, facts->attributeCount))
-            if (name == row) return &row;
-    return nullptr;
-}
+constinit FoundRows g_found;
 
 void get(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row, KpIfcVariant& value) {
     if (row.kind == KpIfcFieldKind::select || row.kind == KpIfcFieldKind::aggregate)
@@ -223,7 +169,7 @@ bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts
     requireAccess(instance, facts, "getAttr");
     auto& changeable = const_cast<KpIfcEntityBase&>(instance);
     const Name wanted(name);
-    if (const KpIfcAttributeFacts* row = findExplicit(&facts, wanted)) {
+    if (const KpIfcAttributeFacts* row = g_found.find(facts, wanted)) {
         get(changeable, *row, value);
         return true;
     }
@@ -243,19 +189,19 @@ bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts
 bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
                   const KpIfcVariant& value) {
     requireReadWrite(instance, facts, "putAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, Name(name));
+    const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
     return row && put(instance, *row, value);
 }
 
 bool testAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
     requireAccess(instance, facts, "testAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, Name(name));
+    const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
     return row && test(const_cast<KpIfcEntityBase&>(instance), *row);
 }
 
 void unsetAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
     requireReadWrite(instance, facts, "unsetAttr");
-    const KpIfcAttributeFacts* row = findExplicit(&facts, Name(name));
+    const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
     if (row) unset(instance, *row);
 }
 

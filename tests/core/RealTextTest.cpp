@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cfloat>
 #include <charconv>
@@ -11,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <random>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -77,6 +79,33 @@ TEST(RealText, DecimalNumbersReadBackToTheSameBits) {
         return static_cast<double>(static_cast<std::int64_t>(random() % 20'000'001) - 10'000'000) /
                std::pow(10., static_cast<double>(random() % 12));
     });
+}
+
+/// What the standard library finds shortest, with a point and the exponent in the form of the standard.
+std::string spelled(double value) {
+    char room[64];
+    std::string number(room, std::to_chars(room, room + sizeof room, value).ptr);
+    const std::size_t exponent = std::min(number.find('e'), number.size());
+    std::string tail = number.substr(exponent);
+    number.resize(exponent);
+    if (number.find('.') == std::string::npos) number += '.';
+    if (!tail.empty()) number += 'E' + tail.substr(tail[1] == '+' ? 2 : 1);
+    return number;
+}
+
+/// Decimal numbers are written by a way of their own, and must look like the others: also at its ends, and where an
+/// exponent makes them shorter.
+TEST(RealText, DecimalNumbersAreSpelledLikeOthers) {
+    std::mt19937_64 random(23);
+    char room[text::kRealRoom];
+    for (int i = 0; i < 400'000; ++i) {
+        const double power = std::pow(10., static_cast<double>(random() % 26));
+        const auto digits =
+            random() % static_cast<std::uint64_t>(std::pow(10., static_cast<double>(random() % 17 + 1)));
+        const double decimal = static_cast<double>(digits) / power;
+        for (const double value : {decimal, -decimal, std::nextafter(decimal, HUGE_VAL), decimal * power * power})
+            ASSERT_EQ(written(value, room), spelled(value));
+    }
 }
 
 TEST(RealText, IsNoLongerThanNeeded) {

@@ -1,8 +1,10 @@
 #include "Environment.h"
 
 #include <IFC2X3/IfcElement.h>
+#include <IFC2X3/IfcPerson.h>
 #include <IFC2X3/IfcWall.h>
 #include <IFC2X3/IfcWallStandardCase.h>
+#include <KpIfcCore/KpIfcErase.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -116,6 +118,29 @@ TEST(Model, WalksScatteredNamesInAscendingOrder) {
         }
     }
     EXPECT_EQ(recordsOf(rewritten(read)), records); // a file keeps its own order
+}
+
+/// Aggregates of created instances lie in the model's memory, as far as they do not outgrow it; copies do not.
+TEST(Model, CreatedInstancesHoldAggregatesThatCopiesOutlive) {
+    KpIfcFile file = emptyFile();
+    auto* const person = file.model()->create<IfcPerson>();
+    const KpIfcArray<KpAnsiString> names{"a first name", "a second name"};
+    person->setMiddleNames(names);
+    ASSERT_TRUE(person->putAttr("PrefixTitles", names));
+    for (int i = 2; i < 100; ++i) person->getMiddleNames().append(names[static_cast<std::size_t>(i % 2)]);
+    const IfcPerson grown(*person);
+    person->setMiddleNames(IfcPerson().getMiddleNames()); // nil
+    EXPECT_TRUE(person->getMiddleNames().isNil());
+    person->setMiddleNames(names);
+    const IfcPerson copy(*person);
+    const KpDbObjectId handle = person->objectId();
+    ASSERT_EQ(erase(*file.model(), {&handle, 1}, KpIfcErasePolicy::refuse).status, KP::eOk);
+    person->setMiddleNames(KpIfcArray<KpAnsiString>{"of no model"}); // its memory stays
+    file.close();
+    for (const auto* held : {&copy.getMiddleNames(), &copy.getPrefixTitles()})
+        EXPECT_THAT(*held, ElementsAre(names[0], names[1]));
+    EXPECT_EQ(grown.getMiddleNames().size(), 100u);
+    EXPECT_EQ(grown.getMiddleNames()[99], names[1]);
 }
 
 TEST(Model, CreatesNothingWhereNoNameIsLeft) {

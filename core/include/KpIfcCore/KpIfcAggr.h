@@ -19,6 +19,10 @@ namespace KP_SDAI {
 class KpIfcAggr;
 class KpIfcAggrIterator;
 class KpIfcAggrConstIterator;
+class KpIfcEntityBase;
+
+/// The memory of the model that an instance belongs to; null without a model.
+KPIFCCORE_EXPORT KpArena* arenaOf(const KpIfcEntityBase& instance);
 
 enum class KpIfcAggrContainerType : int { none = 0, array = 1, list = 2, set = 3 };
 
@@ -192,8 +196,8 @@ public:
         for (const T& element : *this) static_cast<KpIfcAggrElements*>(copy.imp)->place(element);
         return copy.release();
     }
-    /// A new implementation of the same class on the heap, without elements, with room for some.
-    KpIfcAggrImp* createWithRoom(std::size_t room) const { return this->create(nullptr, room); }
+    /// A new implementation of the same class without elements, with room for some; on the heap without an arena.
+    KpIfcAggrImp* createWithRoom(std::size_t room, KpArena* arena = nullptr) const { return this->create(arena, room); }
     /// A new implementation of the same class in a model's memory, with room for `room` elements at least; takes the
     /// values over.
     KpIfcAggrImp* createFilled(KpArena& arena, T* values, std::size_t count, std::size_t room = 0) const {

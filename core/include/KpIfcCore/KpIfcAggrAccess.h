@@ -112,7 +112,7 @@ struct AggrAccess {
         KpIfcArray<T> elements; // a copy: the value may be this aggregate
         if (!convert(value, owner, elements)) return false;
         KpIfcChange::before(owner);
-        static_cast<Family&>(field).replace(std::move(elements));
+        static_cast<Family&>(field).replace(std::move(elements), owner);
         return true;
     }
 

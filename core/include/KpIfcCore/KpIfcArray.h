@@ -48,7 +48,7 @@ public:
     explicit KpIfcArray(std::uint32_t growStep = 8) : m_growStep(growStep ? growStep : 1) {}
     KpIfcArray(std::initializer_list<T> values) : KpIfcArray(std::uint32_t{8}) {
         reserve(static_cast<std::uint32_t>(values.size()));
-        for (const T& value : values) append(value);
+        for (const T& value : values) ::new (static_cast<void*>(m_items + m_length++)) T(value);
     }
     KpIfcArray(const KpIfcArray& other) : KpIfcArray(other.m_growStep) { *this = other; }
     KpIfcArray(KpIfcArray&& other) noexcept { swap(other); }

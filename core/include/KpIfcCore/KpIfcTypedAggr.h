@@ -4,6 +4,7 @@
 #include <KpIfcCore/KpIfcArray.h>
 
 #include <cstddef>
+#include <utility>
 
 /// What the families of aggregates (lists, sets, arrays) have in common.
 
@@ -37,6 +38,17 @@ public:
     /// The same without a look at bounds; takes over the elements.
     void replace(KpIfcArray<T>&& values) {
         changeable().replace(values.begin(), Imp::arrange(values.begin(), values.size()));
+    }
+    // The same for attributes of an instance. Where it was nil, it is created in the memory of the instance's model,
+    // which keeps that place even if the aggregate becomes nil again.
+    template <class Reallocator>
+    void assign(const KpIfcArray<T, Reallocator>& values, const KpIfcEntityBase& owner) {
+        createFor(owner, values.size());
+        assign(values);
+    }
+    void replace(KpIfcArray<T>&& values, const KpIfcEntityBase& owner) {
+        createFor(owner, values.size());
+        replace(std::move(values));
     }
     /// Replaces the elements by values just read, which are moved into `arena`. False where some were equal and a set
     /// kept one of them.
@@ -74,6 +86,9 @@ protected:
     Imp& changeable() {
         this->createEmpty();
         return static_cast<Imp&>(*this->m_imp);
+    }
+    void createFor(const KpIfcEntityBase& owner, std::size_t room) {
+        if (this->isNil()) this->m_imp = imp().createWithRoom(room, arenaOf(owner));
     }
     /// Where nil, with room for so many elements.
     Imp& changeable(std::size_t room) {
