@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -25,9 +24,8 @@ public:
             row.type = static_cast<KpIfcEntityType*>(entry.object.get());
             row.length = static_cast<std::uint32_t>(entry.name.size());
             std::memcpy(row.name, entry.name.data(), std::min(entry.name.size(), sizeof row.name));
-            std::string padded(entry.name);
-            padded.append(16, '\0');
-            std::size_t at = hash({padded.data(), entry.name.size()});
+            const bool isWhole = entry.name.size() <= sizeof row.name; // with zeros behind it
+            std::size_t at = hash(isWhole ? std::string_view(row.name, row.length) : std::string_view(entry.name));
             while (m_places[at]) at = (at + 1) & (kSize - 1);
             m_places[at] = static_cast<std::uint16_t>(m_rows.size());
             m_rows.push_back(row);
