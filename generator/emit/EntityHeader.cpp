@@ -17,19 +17,32 @@ public:
     ~$class$() override;
 
     $accessors$
+    bool getAttr(const KpAnsiString& name, KpIfcVariant& value) const override {
+        return getAttribute(*this, s_facts, name, value);
+    }
     KpIfcEntityType* getInstanceType() const override { return g_pEntityType; }
+    bool putAttr(const KpAnsiString& name, const KpIfcVariant& value) override {
+        return putAttribute(*this, s_facts, name, value);
+    }
+    using KpIfcEntityBase::testAttr;
+    bool testAttr(const KpAnsiString& name) const override { return testAttribute(*this, s_facts, name); }
+    void unsetAttr(const KpAnsiString& name) override { unsetAttribute(*this, s_facts, name); }
+    KP::ErrorStatus inFields(KpSpfFilerBase* filer) override { return readFields(*this, *filer, s_facts); }
+    KP::ErrorStatus outFields(KpSpfFilerBase* filer) override { return writeFields(*this, *filer, s_facts); }
     $counterParts$
-    using Entity::isKindOf;
+    bool isInstanceOf(const KpIfcEntityType* type) const override { return type == g_pEntityType; }
+    bool isInstanceOf(const char* typeName) const override { return isNamed(g_pEntityType, typeName); }
     bool isKindOf(const KpIfcEntityType* type) const override {
         return $isOwnType$$orBaseIsKindOfType$;
+    }
+    bool isKindOf(const char* typeName) const override {
+        return isNamed(g_pEntityType, typeName)$orBaseIsKindOfName$;
     }
 
     /// What the schema says about the entity and where its attributes are stored.
     static const KpIfcEntityFacts& facts() { return s_facts; }
 
 protected:
-    const KpIfcEntityFacts& classFacts() const override { return s_facts; }
-
     $facts$
     static const KpIfcEntityFacts s_facts;
     $gap$
@@ -161,6 +174,7 @@ File emitEntityHeader(const plan::EntityPlan& entity, const plan::Frame& frame) 
                                {"counterParts", entity.counterpartRows.empty() ? "" : print(counterParts, {})},
                                {"isOwnType", entity.isRoot ? isOwnType : "(" + isOwnType + ")"},
                                {"orBaseIsKindOfType", entity.isRoot ? "" : orBase + "isKindOf(type)"},
+                               {"orBaseIsKindOfName", entity.isRoot ? "" : orBase + "isKindOf(typeName)"},
                                {"facts", hasFacts(entity) ? "struct Facts;" : ""},
                                {"gap", memberLines.empty() ? "" : "\n"},
                                {"members", memberLines}}));

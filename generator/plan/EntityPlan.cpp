@@ -92,7 +92,7 @@ private:
             m_plan.files.headerIncludes = {include(m_entity.supertype->name, m_context)};
             m_plan.summary += ", subtype of " + m_entity.supertype->name;
         } else {
-            m_plan.baseClass = "Entity";
+            m_plan.baseClass = "KpIfcEntityBase";
             m_plan.baseFacts = "nullptr";
             m_plan.files.headerIncludes = {include("Entity", m_context)};
         }
@@ -158,7 +158,7 @@ private:
         const auto base = std::ranges::find_if(m_entity.supertypes(), [&](const facts::Entity* supertype) {
             return std::ranges::any_of(supertype->explicitAttributes, feedsInverses);
         });
-        m_plan.counterpartsBase = base == m_entity.supertypes().end() ? "Entity" : className((*base)->name);
+        m_plan.counterpartsBase = base == m_entity.supertypes().end() ? "KpIfcEntityBase" : className((*base)->name);
     }
 
     void planCounterpart(std::size_t attribute, const facts::InverseAttribute& inverse) {

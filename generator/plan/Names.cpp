@@ -43,10 +43,10 @@ const Words& entityMembers() {
     static const Words words = {"Facts",
                                 "beforeChange",
                                 "beforeHandOut",
-                                "classFacts",
                                 "close",
                                 "facts",
                                 "getAttr",
+                                "getAttribute",
                                 "getInstanceType",
                                 "g_pEntityType",
                                 "inFields",
@@ -54,17 +54,23 @@ const Words& entityMembers() {
                                 "isChanged",
                                 "isInstanceOf",
                                 "isKindOf",
+                                "isNamed",
                                 "isUncommitted",
                                 "objectId",
                                 "outFields",
                                 "owningModel",
                                 "putAttr",
+                                "putAttribute",
+                                "readFields",
                                 "resetInverseCounterParts",
                                 "setInverseCounterParts",
                                 "testAttr",
                                 "testAttrCaseInsensitive",
+                                "testAttribute",
                                 "unsetAttr",
-                                "unsetAttrCaseInsensitive"};
+                                "unsetAttrCaseInsensitive",
+                                "unsetAttribute",
+                                "writeFields"};
     return words;
 }
 
@@ -80,17 +86,17 @@ const Words& selectMembers() {
 const Words& moduleNames() {
     // clang-format off
     static const Words words = {
-        "DescriptorNames", "Entity", "EnumFacts", "ExplicitProperty", "FoundRows", "HierarchyProperty", "InverseMembers",
-        "InverseProperty", "Name", "RedeclaredProperty", "Select", "SelectAlternative", "SelectFacts", "addProperty",
+        "DescriptorNames", "EnumFacts", "ExplicitProperty", "HierarchyProperty", "InverseMembers",
+        "InverseProperty", "RedeclaredProperty", "Select", "SelectAlternative", "SelectFacts", "addProperty",
         "aggregateDescriptors", "as", "constructEntity", "createArrayDescriptor", "createEnumerationDescriptor",
         "createListDescriptor", "createPointerDescriptor", "createSetDescriptor", "createValueDescriptor",
         "derived", "describeListElement", "describeSelect", "describeSetElement", "descriptorSlot", "detail",
         "enterCounterParts", "entityFacts", "enumerationDescriptorName", "enumerationDescriptors", "field",
-        "inverse", "kAggregateFacts", "kBinary", "kDefinedType", "kFirst",
+        "getAttribute", "inverse", "isNamed", "kAggregateFacts", "kBinary", "kDefinedType", "kFirst",
         "kOptional", "kTypeAggregate", "kTypeBoolean", "kTypeEntity", "kTypeEnumeration", "kTypeInteger",
         "kTypeLogical", "kTypeReal", "kTypeString", "kUnique", "literalCode", "literalText", "noAttributes",
-        "noCounterparts", "noInverses", "noUniqueRules", "notKept", "opened",
-        "selectDescriptors", "setName", "typeOf", "unsetText",
+        "noCounterparts", "noInverses", "noUniqueRules", "notKept", "opened", "putAttribute", "readFields",
+        "selectDescriptors", "setName", "testAttribute", "typeOf", "unsetAttribute", "unsetText", "writeFields",
     };
     // clang-format on
     return words;

@@ -18,14 +18,18 @@ void eachTable(const KpIfcEntityFacts* facts, Visitor visit) {
 
 } // namespace
 
-KP::ErrorStatus Entity::inFields(KpSpfFilerBase* filer) {
-    eachTable(&classFacts(), [&](auto rows) { KP_SDAI::readRecordFields(*this, *filer, rows); });
+KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, const KpIfcEntityFacts& facts) {
+    eachTable(&facts, [&](auto rows) { KP_SDAI::readRecordFields(instance, filer, rows); });
     return KP::eOk;
 }
 
-KP::ErrorStatus Entity::outFields(KpSpfFilerBase* filer) {
-    eachTable(&classFacts(), [&](auto rows) { KP_SDAI::writeRecordFields(*this, *filer, rows); });
+KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer, const KpIfcEntityFacts& facts) {
+    eachTable(&facts, [&](auto rows) { KP_SDAI::writeRecordFields(instance, filer, rows); });
     return KP::eOk;
+}
+
+bool isNamed(const KpIfcEntityType* type, const char* name) {
+    return type && name && KP_SDAI::compareNoCase(type->name(), name) == 0;
 }
 
 } // namespace IFC2X3

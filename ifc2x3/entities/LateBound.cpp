@@ -167,10 +167,10 @@ void unset(KpIfcEntityBase& instance, const KpIfcAttributeFacts& row) {
 
 } // namespace
 
-bool Entity::getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
-    const KpIfcEntityFacts& facts = classFacts();
-    requireAccess(*this, facts, "getAttr");
-    auto& changeable = const_cast<Entity&>(*this);
+bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
+                  KpIfcVariant& value) {
+    requireAccess(instance, facts, "getAttr");
+    auto& changeable = const_cast<KpIfcEntityBase&>(instance);
     const Name wanted(name);
     if (const KpIfcAttributeFacts* row = g_found.find(facts, wanted)) {
         get(changeable, *row, value);
@@ -181,7 +181,7 @@ bool Entity::getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
     for (const KpIfcEntityFacts* level = &facts; level; level = level->supertype) {
         for (const KpIfcInverseFacts& row : std::span(level->inverses, level->inverseCount)) {
             if (!(wanted == row)) continue;
-            const auto& referrers = row.members(changeable).read(*this, row.index);
+            const auto& referrers = row.members(changeable).read(instance, row.index);
             value.set(const_cast<KP_SDAI::KpIfcSetAggr<KpDbObjectId>*>(&referrers));
             return true;
         }
@@ -189,25 +189,23 @@ bool Entity::getAttr(const KpAnsiString& name, KpIfcVariant& value) const {
     return false;
 }
 
-bool Entity::putAttr(const KpAnsiString& name, const KpIfcVariant& value) {
-    const KpIfcEntityFacts& facts = classFacts();
-    requireReadWrite(*this, facts, "putAttr");
+bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
+                  const KpIfcVariant& value) {
+    requireReadWrite(instance, facts, "putAttr");
     const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
-    return row && put(*this, *row, value);
+    return row && put(instance, *row, value);
 }
 
-bool Entity::testAttr(const KpAnsiString& name) const {
-    const KpIfcEntityFacts& facts = classFacts();
-    requireAccess(*this, facts, "testAttr");
+bool testAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
+    requireAccess(instance, facts, "testAttr");
     const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
-    return row && test(const_cast<Entity&>(*this), *row);
+    return row && test(const_cast<KpIfcEntityBase&>(instance), *row);
 }
 
-void Entity::unsetAttr(const KpAnsiString& name) {
-    const KpIfcEntityFacts& facts = classFacts();
-    requireReadWrite(*this, facts, "unsetAttr");
+void unsetAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name) {
+    requireReadWrite(instance, facts, "unsetAttr");
     const KpIfcAttributeFacts* row = g_found.find(facts, Name(name));
-    if (row) unset(*this, *row);
+    if (row) unset(instance, *row);
 }
 
 } // namespace IFC2X3

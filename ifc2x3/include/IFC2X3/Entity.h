@@ -29,27 +29,26 @@ public:
     static constexpr std::size_t kCount = count;
 };
 
-/// Base of all entity classes: their operations, by the facts of the instance's class. A class adds what differs, its
-/// facts and its type tests, so that 653 tables of virtual functions name the same functions here.
-class KPIFC2X3_EXPORT Entity : public KpIfcEntityBase {
-public:
-    bool getAttr(const KpAnsiString& name, KpIfcVariant& value) const override;
-    bool putAttr(const KpAnsiString& name, const KpIfcVariant& value) override;
-    using KpIfcEntityBase::testAttr;
-    bool testAttr(const KpAnsiString& name) const override;
-    void unsetAttr(const KpAnsiString& name) override;
-    KP::ErrorStatus inFields(KpSpfFilerBase* filer) override;
-    KP::ErrorStatus outFields(KpSpfFilerBase* filer) override;
-    bool isInstanceOf(const KpIfcEntityType* type) const override;
-    /// By the name of the dictionary's type, in any letter case; false for null.
-    bool isInstanceOf(const char* typeName) const override;
-    using KpIfcEntityBase::isKindOf;
-    /// The same, of the class and its supertypes.
-    bool isKindOf(const char* typeName) const override;
+// What the operations of every entity class come to, by the rows of its facts.
 
-protected:
-    /// What the schema says about the entity of the instance's class.
-    virtual const KpIfcEntityFacts& classFacts() const = 0;
-};
+/// The attributes of an instance by name, beginning with those that the entity of `facts` declares, then those of its
+/// supertypes: KpIfcEntityBase::getAttr() and its like.
+KPIFC2X3_EXPORT bool getAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts,
+                                  const KpAnsiString& name, KpIfcVariant& value);
+KPIFC2X3_EXPORT bool putAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name,
+                                  const KpIfcVariant& value);
+KPIFC2X3_EXPORT bool testAttribute(const KpIfcEntityBase& instance, const KpIfcEntityFacts& facts,
+                                   const KpAnsiString& name);
+KPIFC2X3_EXPORT void unsetAttribute(KpIfcEntityBase& instance, const KpIfcEntityFacts& facts, const KpAnsiString& name);
+
+/// Reads the fields of a record into the members of an instance, those of the supertypes first; always eOk.
+KPIFC2X3_EXPORT KP::ErrorStatus readFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
+                                           const KpIfcEntityFacts& facts);
+/// Writes the members of an instance as the fields of a record, in the same order; always eOk.
+KPIFC2X3_EXPORT KP::ErrorStatus writeFields(KpIfcEntityBase& instance, KpSpfFilerBase& filer,
+                                            const KpIfcEntityFacts& facts);
+
+/// True where a type exists and has that name in any letter case.
+KPIFC2X3_EXPORT bool isNamed(const KpIfcEntityType* type, const char* name);
 
 } // namespace IFC2X3
