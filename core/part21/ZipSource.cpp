@@ -15,10 +15,10 @@ namespace {
 
 constexpr const char* kNoFile = "zip archive has no file in it";
 
-std::string textOf(int error) {
-    switch (error) {
+std::string describe(int status, int failure) {
+    switch (status) {
     case UNZ_CRCERROR: return "zip archive is damaged: checksum does not match";
-    case UNZ_ERRNO: return std::string("zip archive cannot be read: ") + std::strerror(errno ? errno : EIO);
+    case UNZ_ERRNO: return std::string("zip archive cannot be read: ") + std::strerror(failure ? failure : EIO);
     case UNZ_INTERNALERROR: return "zip archive cannot be read: out of memory";
     default: return "zip archive is damaged";
     }
@@ -68,11 +68,6 @@ struct Content {
     static int error(void*, void*) { return 0; }
 };
 
-/// What is read has been opened already.
-void* opened(void* stream, const void*, int) {
-    return stream;
-}
-
 } // namespace
 
 struct ZipSource::Archive {
@@ -83,13 +78,17 @@ struct ZipSource::Archive {
         if (isMemberOpen) unzCloseCurrentFile(zip);
         if (zip) unzClose(zip);
     }
-    /// Takes over `stream`, which is closed with the archive.
-    bool open(zlib_filefunc64_def functions, void* stream, std::string& error);
+    /// Takes over `from`, which is closed with the archive.
+    bool open(zlib_filefunc64_def functions, void* from, std::string& error);
+    /// What became of an operation. What the library takes for damage may be what the system did not give.
+    std::string textOf(int status) const { return describe(failure ? UNZ_ERRNO : status, failure); }
     bool choose(std::string& error);
     int closeMember() { return std::exchange(isMemberOpen, false) ? unzCloseCurrentFile(zip) : UNZ_OK; }
 
     Content content;           ///< of an archive in memory
     std::FILE* file = nullptr; ///< of one in a file
+    void* stream = nullptr;    ///< one of both
+    int failure = 0;           ///< the system's, at the last read that failed
     FileStamp stamp;
     unzFile zip = nullptr;
     unz64_file_pos member = {};
@@ -100,23 +99,24 @@ struct ZipSource::Archive {
     bool hasOthers = false;
 };
 
-bool ZipSource::Archive::open(zlib_filefunc64_def functions, void* stream, std::string& error) {
-    functions.zopen64_file = opened;
-    functions.opaque = stream;
+bool ZipSource::Archive::open(zlib_filefunc64_def functions, void* from, std::string& error) {
+    stream = from; // has been opened already
+    functions.zopen64_file = [](void* archive, const void*, int) { return static_cast<Archive*>(archive)->stream; };
+    functions.opaque = this;
     // The directory of an archive without members is not found by the library.
     char start[4] = {};
-    functions.zread_file(stream, stream, start, sizeof start);
-    functions.zseek64_file(stream, stream, 0, ZLIB_FILEFUNC_SEEK_SET);
+    functions.zread_file(this, stream, start, sizeof start);
+    functions.zseek64_file(this, stream, 0, ZLIB_FILEFUNC_SEEK_SET);
     if (std::memcmp(start, "PK\5\6", sizeof start) == 0) {
-        functions.zclose_file(stream, stream);
+        functions.zclose_file(this, stream);
         error = kNoFile;
         return false;
     }
     errno = 0;
     zip = unzOpen2_64(nullptr, &functions); // closes the stream where it fails
     if (zip) return true;
-    error = errno == EIO || errno == ENOMEM ? textOf(UNZ_ERRNO)
-                                            : "zip archive is damaged or cut off: its directory was not found";
+    if (!failure && errno == ENOMEM) failure = ENOMEM;
+    error = failure ? textOf(UNZ_ERRNO) : "zip archive is damaged or cut off: its directory was not found";
     return false;
 }
 
@@ -202,13 +202,20 @@ std::unique_ptr<ZipSource> ZipSource::open(const std::string& path, std::string&
     archive->stamp = FileStamp(archive->file);
     zlib_filefunc64_def functions;
     fill_fopen64_filefunc(&functions);
+    functions.zread_file = [](void* reader, void* stream, void* to, uLong size) {
+        auto* const file = static_cast<std::FILE*>(stream);
+        errno = 0;
+        const std::size_t got = std::fread(to, 1, size, file);
+        if (got < size && !std::feof(file)) static_cast<Archive*>(reader)->failure = errno ? errno : EIO;
+        return static_cast<uLong>(got);
+    };
     return archive->open(functions, archive->file, error) ? make(std::move(archive), error) : nullptr;
 }
 
 std::unique_ptr<ZipSource> ZipSource::openContent(std::string content, std::string& error) {
     auto archive = std::make_unique<Archive>();
     archive->content.bytes = std::move(content);
-    const zlib_filefunc64_def functions{opened,        Content::read,  nullptr,        Content::tell,
+    const zlib_filefunc64_def functions{nullptr,       Content::read,  nullptr,        Content::tell,
                                         Content::seek, Content::close, Content::error, nullptr};
     return archive->open(functions, &archive->content, error) ? make(std::move(archive), error) : nullptr;
 }
@@ -220,7 +227,7 @@ bool ZipSource::openMember() {
     int status = unzGoToFilePos64(archive.zip, &archive.member);
     if (status == UNZ_OK) status = unzOpenCurrentFile(archive.zip);
     archive.isMemberOpen = status == UNZ_OK;
-    if (status != UNZ_OK) m_error = textOf(status);
+    if (status != UNZ_OK) m_error = archive.textOf(status);
     return archive.isMemberOpen;
 }
 
@@ -229,9 +236,8 @@ std::size_t ZipSource::read(char* to, std::size_t size) {
     Archive& archive = *m_archive;
     std::size_t got = 0;
     while (got < size && archive.isMemberOpen && m_error.empty()) {
-        errno = 0;
         const int more = unzReadCurrentFile(archive.zip, to + got, static_cast<unsigned>(std::min(size - got, kMost)));
-        if (more < 0) m_error = textOf(more);
+        if (more < 0) m_error = archive.textOf(more);
         if (more <= 0) break;
         got += static_cast<std::size_t>(more);
         archive.place += static_cast<std::uint64_t>(more);
@@ -240,12 +246,13 @@ std::size_t ZipSource::read(char* to, std::size_t size) {
     if (archive.place < archive.size)
         m_error = "zip archive is damaged: a file in it is shorter than its directory says";
     else if (const int status = archive.closeMember(); status != UNZ_OK) // checks the whole
-        m_error = textOf(status);
+        m_error = archive.textOf(status);
     return got;
 }
 
 bool ZipSource::rewind() {
     m_error.clear();
+    m_archive->failure = 0;
     return openMember();
 }
 
