@@ -34,12 +34,14 @@ std::string readable(const std::string& name) {
 }
 
 TEST(ModuleExports, AreItsPlainFunctionsAndItsClasses) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "with a sanitizer there are names that the optimised module has not";
+#endif
     const std::vector<std::string> names = exportsOf(KP_MODULE_FILE);
     if (names.empty()) GTEST_SKIP() << "cannot list symbols with " << KP_NM;
     std::set<std::string> plain;
     std::set<std::string> strangers;
     for (const std::string& name : names) {
-        if (name.rfind("__odr_asan", 0) == 0) GTEST_SKIP() << "the sanitizer adds names of its own";
         if (name.rfind("_Z", 0) != 0) {
             plain.insert(name);
             continue;
