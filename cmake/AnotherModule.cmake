@@ -23,7 +23,7 @@ function(kp_another_module schema)
         string(REPLACE IFC2X3 "${schema}" text "${text}")
         file(CONFIGURE OUTPUT "${copy}/${name}" CONTENT "${text}" @ONLY)
         if(name MATCHES "\\.cpp$")
-            list(APPEND sources "${copy}/${name}")
+            list(APPEND sources "${name}")
         endif()
     endforeach()
 
@@ -32,19 +32,5 @@ function(kp_another_module schema)
         SCHEMA "${arg_FILE}"
         OUTPUT "${KP_GENERATED_DIR}/${schema}"
     )
-    add_library(Kp${schema} SHARED ${${schema}_SOURCES} ${sources})
-    set_target_properties(Kp${schema} PROPERTIES UNITY_BUILD ${KP_UNITY} UNITY_BUILD_BATCH_SIZE 128)
-    set_source_files_properties(
-        "${copy}/entities/Fields.cpp" "${copy}/entities/LateBound.cpp"
-        PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON
-    )
-    target_include_directories(
-        Kp${schema}
-        PUBLIC "$<BUILD_INTERFACE:${copy}/include>" "$<BUILD_INTERFACE:${${schema}_INCLUDE_DIR}>"
-        PRIVATE "${copy}"
-    )
-    target_compile_definitions(Kp${schema} PRIVATE KP${schema}_BUILDING)
-    # Unique symbols would keep the library in memory after its last user has let go of it.
-    target_compile_options(Kp${schema} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
-    target_link_libraries(Kp${schema} PUBLIC KpIfcCore PRIVATE kp_warnings)
+    kp_schema_module(${schema} GENERATED ${schema} BY_HAND "${copy}" SOURCES ${sources})
 endfunction()

@@ -26,9 +26,8 @@
 #
 #   kp_generated_sources(ifc2x3 SCHEMA ${PROJECT_SOURCE_DIR}/generator/schemas/ifc2x3.schema
 #                               OUTPUT ${KP_GENERATED_DIR}/ifc2x3)
-#   add_library(KpIFC2X3 MODULE ${ifc2x3_SOURCES} ...)
-#   set_target_properties(KpIFC2X3 PROPERTIES UNITY_BUILD ${KP_UNITY} UNITY_BUILD_BATCH_SIZE 256)
-#   target_include_directories(KpIFC2X3 PUBLIC ${ifc2x3_INCLUDE_DIR})
+#   add_library(classes OBJECT ${ifc2x3_SOURCES})
+#   target_include_directories(classes PUBLIC ${ifc2x3_INCLUDE_DIR})
 
 add_custom_target(generated)
 

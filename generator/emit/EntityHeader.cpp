@@ -40,7 +40,7 @@ public:
     }
 
     /// What the schema says about the entity and where its attributes are stored.
-    static const KpIfcEntityFacts& facts() { return s_facts; }
+    static constexpr const KpIfcEntityFacts& facts() { return s_facts; }
 
 protected:
     $facts$

@@ -79,7 +79,7 @@ private:
                           "createEntity<" + name + ">",
                           "&" + entityTypeOf(name),
                           supertype ? "&" + entityTypeOf(className(supertype->name)) : "nullptr",
-                          name + "::facts",
+                          name + "::facts()",
                           hasProperties(*entity) ? propertyBuilder(entity->name) : std::string(emptyPropertyBuilder)};
             for (const auto& attribute : entity->explicitAttributes) {
                 row.explicitAttributes.push_back({literal(attribute.name), literal(attributeTypeName(attribute.type))});

@@ -4,7 +4,6 @@
 #include <IFC2X3/Enumeration.h>
 #include <IFC2X3/Select.h>
 #include <KpIfcCore/KpIfcAggrAccess.h>
-#include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpSpfFilerBase.h>
 
 #include <new>

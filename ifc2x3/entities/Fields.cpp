@@ -1,5 +1,6 @@
 #include "entities/EntityClass.h"
 
+#include <KpIfcCore/KpIfcEntityType.h>
 #include <KpIfcCore/KpIfcRecordFields.h>
 
 namespace IFC2X3 {

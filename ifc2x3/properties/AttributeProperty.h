@@ -1,6 +1,6 @@
 #pragma once
 
-#include <IFC2X3/Properties.h>
+#include <IFC2X3/Property.h>
 #include <KpIfcCore/KpIfcEntityType.h>
 
 namespace IFC2X3 {

@@ -16,12 +16,12 @@ void KpIFC2X3SchemaBuilder::addEntityType(const EntityType& type) {
     KpIfcEntityType* entity = KpIfcEntityType::createEntityType(schema, type.name, true, type.factory, type.properties,
                                                                 *type.staticType, supertype);
     entityDictionary->putAt(type.name, entity);
-    entity->facts(&type.facts());
+    entity->facts(&type.facts);
     addAttributes(*entity, type);
 
     auto code = std::make_unique<KpTypeCode>(kTypeEntity);
     KpAny name;
-    name << type.facts().name;
+    name << type.facts.name;
     code->appendParameter(name);
     entity->type(code.release());
 }

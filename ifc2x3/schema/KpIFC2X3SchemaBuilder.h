@@ -49,7 +49,7 @@ private:
         KP_SDAI::KpIfcEntityType::Factory factory;
         KP_SDAI::KpIfcEntityType** staticType;
         KP_SDAI::KpIfcEntityType* const* supertype; ///< null for a root
-        const KP_SDAI::KpIfcEntityFacts& (*facts)();
+        const KP_SDAI::KpIfcEntityFacts& facts;
         KP_SDAI::KpIfcEntityType::PropertyBuilder properties;
         std::initializer_list<ExplicitAttribute> explicitAttributes = {};
         std::initializer_list<DerivedAttribute> derivedAttributes = {};

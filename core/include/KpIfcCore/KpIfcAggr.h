@@ -8,8 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <memory>
+#include <cstring>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -173,10 +172,10 @@ public:
     /// out nothing has changed.
     void replaceByCopies(const T* values, std::size_t count) {
         if constexpr (std::is_trivially_copyable_v<T>) {
-            const std::less<const T*> before;
-            if (before(values + count, begin()) || !before(values, end())) {
+            const auto address = [](const T* place) { return reinterpret_cast<std::uintptr_t>(place); };
+            if (address(values + count) <= address(begin()) || address(values) >= address(end())) {
                 makeRoom(count);
-                std::uninitialized_copy_n(values, count, data());
+                if (count) std::memcpy(data(), values, count * sizeof(T));
                 m_count = static_cast<std::uint32_t>(count);
                 return;
             }

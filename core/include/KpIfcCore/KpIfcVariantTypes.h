@@ -6,6 +6,9 @@
 #include <KpIfcCore/KpIfcSetAggr.h>
 #include <KpIfcCore/KpIfcVariant.h>
 
+#include <new>
+#include <type_traits>
+
 /// The classes of descriptors. Programs meet them as KpIfcVariantType only; modules make objects of them.
 namespace KP_SDAI {
 
@@ -20,18 +23,26 @@ public:
     }
 };
 
+namespace detail {
+
+/// How variants keep objects of a class.
+template <class T>
+class ObjectAllocator final : public KpIfcMemObjectAllocator {
+public:
+    void construct(void* at, const void* from) const override { ::new (at) T(*static_cast<const T*>(from)); }
+    void assign(void* to, const void* from) const override {
+        if (to != from) *static_cast<T*>(to) = *static_cast<const T*>(from);
+    }
+    void destroy(void* value) const override { static_cast<T*>(value)->~T(); }
+};
+
+} // namespace detail
+
 /// Descriptor of values that are objects of a class.
 template <class T>
 class KpIfcVariantTypeForObject : public KpIfcVariantType {
 public:
-    class MemObjectAllocator final : public KpIfcMemObjectAllocator {
-    public:
-        void construct(void* at, const void* from) const override { ::new (at) T(*static_cast<const T*>(from)); }
-        void assign(void* to, const void* from) const override {
-            if (to != from) *static_cast<T*>(to) = *static_cast<const T*>(from);
-        }
-        void destroy(void* value) const override { static_cast<T*>(value)->~T(); }
-    };
+    using MemObjectAllocator = detail::ObjectAllocator<T>;
 
     explicit constexpr KpIfcVariantTypeForObject(const wchar_t* displayName, bool onHeap = false)
         : KpIfcVariantType(displayName, sizeof(T), nullptr, nullptr, &m_allocator, onHeap) {}
@@ -73,7 +84,7 @@ public:
     using KpIfcEnumVariantType::KpIfcEnumVariantType;
 };
 
-/// What descriptors of selects do, whatever the class of the select.
+/// How selects convert, whatever their class.
 class KPIFCCORE_EXPORT KpIfcSelectConversion {
 public:
     /// What a select holds as a value of another type, another select included; false where it cannot be.
@@ -86,34 +97,73 @@ public:
     static KpDbObjectId reference(const KpIfcSelect* select);
 };
 
-template <class S>
-class KpIfcSelectValueTypePODBaseNonBlittable : public KpIfcVariantTypeForObject<S> {
+/// What the descriptors of all selects do, by what select() reaches.
+class KPIFCCORE_EXPORT KpIfcSelectVariantType : public KpIfcVariantType {
 public:
+    using KpIfcVariantType::KpIfcVariantType;
+    ~KpIfcSelectVariantType() override;
+
     bool isSelect() const override { return true; }
-    bool subEqualTo(const void* a, const void* b) const override { return *select(a) == *select(b); }
-    bool subToValueType(const KpIfcVariantType& target, const KpIfcVariant& value,
-                        KpIfcVariant& result) const override {
-        if (value.type() != this) return false;
-        return KpIfcSelectConversion::_subToValueType(target, *select(value.data()), result);
-    }
-    bool subFromValueType(const KpIfcVariant& value, KpIfcVariant& result) const override {
-        S converted;
-        if (!KpIfcSelectConversion::_subFromValueType(value, converted)) return false;
-        result.set(converted);
+    bool subEqualTo(const void* a, const void* b) const override;
+    bool subToValueType(const KpIfcVariantType& target, const KpIfcVariant& value, KpIfcVariant& result) const override;
+    bool subToString(KcString& out, const void* value, StringFormat format) const override;
+    /// Null for a null pointer.
+    const char* subTypePath(const void* value) const override;
+    KpDbObjectId reference(const KpIfcVariant& value) const override;
+    KpIfcSelect* storedSelect(const KpIfcVariant& value) const override;
+};
+/// Of selects held by value.
+class KPIFCCORE_EXPORT KpIfcSelectValueVariantType : public KpIfcSelectVariantType {
+public:
+    using KpIfcSelectVariantType::KpIfcSelectVariantType;
+    ~KpIfcSelectValueVariantType() override;
+
+    bool subFromValueType(const KpIfcVariant& value, KpIfcVariant& result) const override;
+    KpIfcSelect* select(const void* value) const override;
+};
+/// Of pointers to selects.
+class KPIFCCORE_EXPORT KpIfcSelectPtrVariantType : public KpIfcSelectVariantType {
+public:
+    /// `held` is where the descriptor of the same selects held by value is kept.
+    KpIfcSelectPtrVariantType(const wchar_t* displayName, KpIfcDescriptorSlot& held);
+    ~KpIfcSelectPtrVariantType() override;
+
+    bool subToValueType(const KpIfcVariantType& target, const KpIfcVariant& value, KpIfcVariant& result) const override;
+    /// Points at the select that a variant holds by value.
+    bool subFromValueType(const KpIfcVariant& value, KpIfcVariant& result) const override;
+    bool createVariant(KpIfcVariant& value) const override;
+    KpIfcSelect* select(const void* value) const override;
+
+private:
+    KpIfcDescriptorSlot& m_held;
+};
+
+template <class S>
+requires std::is_base_of_v<KpIfcSelect, S>
+class KpIfcVariantTypeForObject<S> : public KpIfcSelectValueVariantType {
+public:
+    using MemObjectAllocator = detail::ObjectAllocator<S>;
+
+    explicit KpIfcVariantTypeForObject(const wchar_t* displayName, bool onHeap)
+        : KpIfcSelectValueVariantType(displayName, sizeof(S), nullptr, nullptr, &m_allocator, onHeap) {}
+    bool createVariant(KpIfcVariant& value) const override {
+        value.set(S());
         return true;
     }
-    bool subToString(KcString& out, const void* value, StringFormat format) const override {
-        return value && KpIfcSelectConversion::_subToString(out, *select(value), format);
-    }
-    const char* subTypePath(const void* value) const override { return select(value)->underlyingTypeName(); }
-    KpDbObjectId reference(const KpIfcVariant& value) const override {
-        return KpIfcSelectConversion::reference(storedSelect(value));
-    }
-    S* storedSelect(const KpIfcVariant& value) const override {
-        return value.type() == this ? select(value.data()) : nullptr;
-    }
-    S* select(const void* value) const override { return const_cast<S*>(static_cast<const S*>(value)); }
 
+private:
+    MemObjectAllocator m_allocator;
+};
+template <class S>
+requires std::is_base_of_v<KpIfcSelect, S>
+class KpIfcVariantTypePOD<S*> : public KpIfcSelectPtrVariantType {
+public:
+    explicit KpIfcVariantTypePOD(const wchar_t* displayName)
+        : KpIfcSelectPtrVariantType(displayName, S::g_descriptors.value) {}
+};
+
+template <class S>
+class KpIfcSelectValueTypePODBaseNonBlittable : public KpIfcVariantTypeForObject<S> {
 protected:
     explicit KpIfcSelectValueTypePODBaseNonBlittable(const wchar_t* displayName)
         : KpIfcVariantTypeForObject<S>(displayName, true) {}
@@ -128,53 +178,9 @@ public:
 };
 
 template <class P>
-class KpIfcSelectValueTypePODBase;
-template <class S>
-class KpIfcSelectValueTypePODBase<S*> : public KpIfcVariantTypePOD<S*> {
-public:
-    bool isSelect() const override { return true; }
-    bool subEqualTo(const void* a, const void* b) const override {
-        const S* x = select(a);
-        const S* y = select(b);
-        return x == y || (x && y && *x == *y);
-    }
-    bool subToValueType(const KpIfcVariantType& target, const KpIfcVariant& value,
-                        KpIfcVariant& result) const override {
-        const S* pointed = storedSelect(value);
-        if (pointed && &target == &KpIfcVariantType::Desc<S>::value()) {
-            result.set(*pointed);
-            return true;
-        }
-        return pointed && KpIfcSelectConversion::_subToValueType(target, *pointed, result);
-    }
-    /// Points at the select that a variant holds by value.
-    bool subFromValueType(const KpIfcVariant& value, KpIfcVariant& result) const override {
-        const S* held = value.getIf<S>();
-        if (held) result.set(const_cast<S*>(held));
-        return held != nullptr;
-    }
-    bool subToString(KcString& out, const void* value, StringFormat format) const override {
-        const S* pointed = value ? select(value) : nullptr;
-        return pointed && KpIfcSelectConversion::_subToString(out, *pointed, format);
-    }
-    const char* subTypePath(const void* value) const override {
-        const S* pointed = select(value);
-        return pointed ? pointed->underlyingTypeName() : nullptr;
-    }
-    bool createVariant(KpIfcVariant& value) const override {
-        value.set(static_cast<S*>(nullptr));
-        return true;
-    }
-    KpDbObjectId reference(const KpIfcVariant& value) const override {
-        return KpIfcSelectConversion::reference(storedSelect(value));
-    }
-    S* storedSelect(const KpIfcVariant& value) const override {
-        return value.type() == this ? select(value.data()) : nullptr;
-    }
-    S* select(const void* value) const override { return *static_cast<S* const*>(value); }
-
+class KpIfcSelectValueTypePODBase : public KpIfcVariantTypePOD<P> {
 protected:
-    explicit KpIfcSelectValueTypePODBase(const wchar_t* displayName) : KpIfcVariantTypePOD<S*>(displayName) {}
+    explicit KpIfcSelectValueTypePODBase(const wchar_t* displayName) : KpIfcVariantTypePOD<P>(displayName) {}
 };
 
 /// Descriptor of pointers to a select.
