@@ -65,18 +65,18 @@ Json lazyOf(const std::optional<LazyFigures>& figures) {
 } // namespace
 
 std::string tableOf(const Figures& figures) {
-    constexpr const char* columns = "{:<34.34} {:>7} {:>9} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7}\n";
-    std::string table =
-        fmt::format(columns, "", "size", "instances", "open", "open", "write", "save", "close", "inverse", "memory",
-                    "peak") +
-        fmt::format(columns, "file", "MB", "", "MB/s", "Minst/s", "MB/s", "MB/s", "MB/s", "ns/read", "B/inst", "/file");
+    constexpr const char* columns = "{:<34.34} {:>7} {:>9} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7} {:>7}\n";
+    std::string table = fmt::format(columns, "", "size", "instances", "tokens", "open", "open", "write", "save",
+                                    "close", "inverse", "memory", "peak") +
+                        fmt::format(columns, "file", "MB", "", "MB/s", "MB/s", "Minst/s", "MB/s", "MB/s", "MB/s",
+                                    "ns/read", "B/inst", "/file");
     for (const FileFigures& file : figures.files) {
         const double size = megabytes(file);
-        table += fmt::format(columns, file.name, cell(size, 2), file.instances, cell(ratio(size, file.open), 0),
-                             cell(ratio(static_cast<double>(file.instances) / kMillion, file.open), 2),
-                             cell(ratio(size, file.write), 0), cell(ratio(size, file.save), 0),
-                             cell(ratio(size, file.close), 0), cell(inNanoseconds(file.inverse), 1),
-                             cell(bytesPerInstance(file), 0), cell(peakPerFile(file), 2));
+        table += fmt::format(
+            columns, file.name, cell(size, 2), file.instances, cell(ratio(size, file.tokens), 0),
+            cell(ratio(size, file.open), 0), cell(ratio(static_cast<double>(file.instances) / kMillion, file.open), 2),
+            cell(ratio(size, file.write), 0), cell(ratio(size, file.save), 0), cell(ratio(size, file.close), 0),
+            cell(inNanoseconds(file.inverse), 1), cell(bytesPerInstance(file), 0), cell(peakPerFile(file), 2));
     }
     for (const FileFigures& file : figures.files) {
         if (!file.findGlobalId || !file.countTypes) continue;
@@ -102,6 +102,7 @@ std::string jsonOf(const Figures& figures) {
             {{"file", file.name},
              {"bytes", file.bytes},
              {"instances", file.instances},
+             {"tokens", speedOf(file, file.tokens)},
              {"open", speedOf(file, file.open)},
              {"openWallSeconds", orNull(file.openWall)},
              {"write", speedOf(file, file.write)},

@@ -17,6 +17,7 @@ struct FileFigures {
     std::string name;
     std::uint64_t bytes = 0;
     std::uint64_t instances = 0;
+    std::optional<double> tokens; ///< of looking at each, see measureTokens()
     std::optional<double> open;
     std::optional<double> openWall; ///< the same by the clock on the wall
     std::optional<double> write;

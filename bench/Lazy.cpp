@@ -34,25 +34,33 @@ struct GlobalId {
 
 using Work = std::function<bool(const KpIfcModel&)>;
 
-/// Of opening a file and doing something with it, each time in a process that has opened nothing before.
-Cost costOf(const std::string& path, const KpIfcOpenOptions& options, int runs, const Work& work) {
-    std::vector<double> seconds;
+/// Of opening a file and doing something with it, in a process that has opened nothing before.
+Cost costOf(const std::string& path, const KpIfcOpenOptions& options, const Work& work) {
+    const auto cost = measuredInChild<Cost>("opening a part of " + path, [&](Cost& result) {
+        std::string error;
+        const std::shared_ptr<KpIfcModule> module = KpIfcModule::load("IFC2X3", error);
+        const std::uint64_t before = peakOfThisProcess();
+        const double start = cpuSeconds();
+        KpIfcFile file;
+        if (!module || file.open(path, options) != KP::eOk || !work(*file.model())) return false;
+        result = {cpuSeconds() - start, peakOfThisProcess() - before};
+        return before != 0;
+    });
+    return cost;
+}
+
+/// Each run beside a full opening, so that both have the same machine.
+LazyFigures besideOpening(const std::string& path, int runs, const Work& work) {
+    std::vector<double> times;
     std::vector<double> memory;
     for (int run = 0; run < runs; ++run) {
-        const auto cost = measuredInChild<Cost>("opening a part of " + path, [&](Cost& result) {
-            std::string error;
-            const std::shared_ptr<KpIfcModule> module = KpIfcModule::load("IFC2X3", error);
-            const std::uint64_t before = peakOfThisProcess();
-            const double start = cpuSeconds();
-            KpIfcFile file;
-            if (!module || file.open(path, options) != KP::eOk || !work(*file.model())) return false;
-            result = {cpuSeconds() - start, peakOfThisProcess() - before};
-            return before != 0;
-        });
-        seconds.push_back(cost.seconds);
-        memory.push_back(static_cast<double>(cost.memory));
+        const Cost full = costOf(path, {.threads = 1}, [](const KpIfcModel&) { return true; });
+        if (full.seconds == 0 || full.memory == 0) throw std::runtime_error("opening " + path + " cannot be measured");
+        const Cost part = costOf(path, {.lazy = true}, work);
+        times.push_back(part.seconds / full.seconds);
+        memory.push_back(static_cast<double>(part.memory) / static_cast<double>(full.memory));
     }
-    return {median(seconds), static_cast<std::uint64_t>(median(memory))};
+    return {median(times), median(memory)};
 }
 
 /// That of an instance in the middle.
@@ -74,17 +82,10 @@ GlobalId someGlobalId(const std::string& path) {
 
 void measureLazily(const std::string& path, int runs, FileFigures& figures) {
     const GlobalId globalId = someGlobalId(path);
-    const Cost full = costOf(path, {.threads = 1}, runs, [](const KpIfcModel&) { return true; });
-    if (full.seconds == 0 || full.memory == 0) throw std::runtime_error("opening " + path + " cannot be measured");
-    const auto measured = [&](const Work& work) {
-        const Cost cost = costOf(path, {.lazy = true}, runs, work);
-        return LazyFigures{cost.seconds / full.seconds,
-                           static_cast<double>(cost.memory) / static_cast<double>(full.memory)};
-    };
     if (globalId.text[0]) {
-        figures.findGlobalId =
-            measured([&](const KpIfcModel& model) { return !model.findByGlobalId(globalId.text).isNull(); });
+        figures.findGlobalId = besideOpening(
+            path, runs, [&](const KpIfcModel& model) { return !model.findByGlobalId(globalId.text).isNull(); });
     }
-    figures.countTypes =
-        measured([](const KpIfcModel& model) { return model.entityCounts().length() <= model.count(); });
+    figures.countTypes = besideOpening(
+        path, runs, [](const KpIfcModel& model) { return model.entityCounts().length() <= model.count(); });
 }

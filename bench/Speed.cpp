@@ -21,9 +21,6 @@ using namespace KP_SDAI;
 
 namespace {
 
-/// A run repeats the work on small files until the clock's steps do not matter.
-constexpr double kShortestRun = 0.02;
-
 std::shared_ptr<KpIfcModule> loadModule() {
     std::string error;
     std::shared_ptr<KpIfcModule> module = KpIfcModule::load("IFC2X3", error);

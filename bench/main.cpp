@@ -41,6 +41,7 @@ Workloads workloadsFor(const Arguments& arguments) {
         return only.empty() || std::find(only.begin(), only.end(), name) != only.end();
     };
     return {.open = wanted("open"),
+            .tokens = wanted("tokens"),
             .write = wanted("write"),
             .save = wanted("save"),
             .close = wanted("close"),
@@ -72,6 +73,9 @@ Figures measure(const Arguments& arguments) {
     if (workloads.module) {
         figures.module = measureModule(arguments.runs);
     }
+    for (std::size_t i = 0; workloads.tokens && i < files.size(); ++i) {
+        measureTokens(files[i].path().string(), arguments.runs, figures.files[i]);
+    }
     const bool speed = workloads.open || workloads.write || workloads.save || workloads.close || workloads.inverse;
     for (std::size_t i = 0; speed && i < files.size(); ++i) {
         measureSpeed(files[i].path().string(), arguments.runs, workloads, figures.files[i]);
@@ -86,10 +90,10 @@ static int run(int argc, char** argv) {
     Arguments arguments;
     app.add_option("FILE", arguments.files, "STEP files, also compressed (.gz); else the samples that are found");
     app.add_option("--only", arguments.only,
-                   "Workloads: open, write, save, close, inverse, memory, lazy, module; else all")
+                   "Workloads: tokens, open, write, save, close, inverse, memory, lazy, module; else all")
         ->allow_extra_args(false)
         ->delimiter(',')
-        ->check(CLI::IsMember({"open", "write", "save", "close", "inverse", "memory", "lazy", "module"}));
+        ->check(CLI::IsMember({"tokens", "open", "write", "save", "close", "inverse", "memory", "lazy", "module"}));
     app.add_option("--runs", arguments.runs, "Runs, of which medians are taken")->check(CLI::PositiveNumber);
     app.add_option("--threads", arguments.threads, "Threads that open a file; 0 for as many as there are cores");
     app.add_flag("--json", arguments.json, "Print one JSON object");

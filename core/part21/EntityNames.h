@@ -10,6 +10,10 @@
 #include <string_view>
 #include <vector>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace KP_SDAI {
 
 /// Entity types by the keywords of records: asked once per record. An entity's row holds its name, too, so that a look
@@ -62,19 +66,25 @@ private:
         const std::size_t size = keyword.size();
         if (row.length != size) return false;
         if (size > 32) return row.type->name() == keyword;
-        const char* const text = keyword.data();
-        if (size < 8) return first(word(text), size) == word(row.name);
-        // Those of a short name overlap.
-        const std::size_t last = size - 8;
-        const auto differ = [&](std::size_t at) { return word(text + at) ^ word(row.name + at); };
-        return (differ(0) | differ(std::min<std::size_t>(8, last)) | differ(std::min<std::size_t>(16, last)) |
-                differ(last)) == 0;
+#ifdef __SSE2__
+        // Those of a short name are the same ones twice.
+        const std::size_t last = size > 16 ? size - 16 : 0;
+        const auto equal = [&](std::size_t at) {
+            const auto* const text = reinterpret_cast<const __m128i*>(keyword.data() + at);
+            const auto* const name = reinterpret_cast<const __m128i*>(row.name + at);
+            return _mm_movemask_epi8(_mm_cmpeq_epi8(_mm_loadu_si128(text), _mm_loadu_si128(name)));
+        };
+        const unsigned both = static_cast<unsigned>(equal(0) & equal(last));
+        return (both | (0xFFFFFFFFu << std::min<std::size_t>(size, 16))) == 0xFFFFFFFFu;
+#else
+        return std::memcmp(keyword.data(), row.name, size) == 0;
+#endif
     }
     /// Of the length, the eight characters behind the common prefix and the last eight.
     static std::size_t hash(std::string_view name) {
         const std::size_t size = name.size();
         const std::uint64_t head = first(word(name.data() + 3), size > 3 ? size - 3 : 1);
-        const std::uint64_t tail = first(word(name.data() + (size > 8 ? size - 8 : 0)), size);
+        const std::uint64_t tail = first(word(name.data() + std::max<std::size_t>(size, 8) - 8), size);
         const std::uint64_t mixed = (head ^ (tail * 0x9E3779B97F4A7C15u) ^ size) * 0xFF51AFD7ED558CCDu;
         return (mixed >> 40) & (kSize - 1);
     }

@@ -6,19 +6,15 @@
 #include <cstdint>
 
 #ifdef __SSE2__
-#include <emmintrin.h>
+#include <immintrin.h>
 #endif
 
 namespace KP_SDAI {
 
 namespace {
 
-using Bits = std::uint32_t;
-constexpr std::size_t kBlock = 32;
-constexpr Bits kAll = ~Bits{0};
-constexpr unsigned kLast = kBlock - 1;
-
-/// Which characters of a block are of what kind, a bit each.
+/// Which characters of a block are of what kind, a bit each. A block has as many characters as Bits.
+template <class Bits>
 struct Kinds {
     Bits quotes = 0;
     Bits opens = 0;
@@ -31,62 +27,98 @@ struct Kinds {
 
 #ifdef __SSE2__
 
-inline Kinds kindsOf(const char* p) {
-    const auto* const place = reinterpret_cast<const __m128i*>(p);
-    const __m128i low = _mm_loadu_si128(place);
-    const __m128i high = _mm_loadu_si128(place + 1);
-    const auto bits = [&](auto find) {
-        return static_cast<Bits>(_mm_movemask_epi8(find(low))) | static_cast<Bits>(_mm_movemask_epi8(find(high))) << 16;
-    };
-    const auto isOf = [&](char c) {
-        return bits([c](__m128i block) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); });
-    };
-    Kinds kinds;
-    kinds.quotes = isOf('\'');
-    kinds.opens = isOf('(');
-    kinds.closes = isOf(')');
-    kinds.commas = isOf(',');
-    kinds.semicolons = isOf(';');
-    kinds.blanks = bits([](__m128i block) { return _mm_cmpeq_epi8(_mm_min_epu8(block, _mm_set1_epi8(' ')), block); });
-    kinds.odd = bits([](__m128i block) {
-        return _mm_or_si128(
-            _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('/')), _mm_cmpeq_epi8(block, _mm_set1_epi8('\\'))),
-            _mm_cmpeq_epi8(block, _mm_set1_epi8('=')));
-    });
-    return kinds;
-}
+struct Blocks {
+    using Bits = std::uint32_t;
+    template <class Find>
+    static Bits bits(const char* p, Find find) {
+        const auto* const parts = reinterpret_cast<const __m128i*>(p);
+        const int low = _mm_movemask_epi8(find(_mm_loadu_si128(parts)));
+        const int high = _mm_movemask_epi8(find(_mm_loadu_si128(parts + 1)));
+        return static_cast<Bits>(low) | static_cast<Bits>(high) << 16;
+    }
+    static __m128i isOf(__m128i part, char c) { return _mm_cmpeq_epi8(part, _mm_set1_epi8(c)); }
+    static Bits are(const char* p, char c) {
+        return bits(p, [c](__m128i part) { return isOf(part, c); });
+    }
+    static Bits areAtMost(const char* p, char c) {
+        return bits(p, [c](__m128i part) { return _mm_cmpeq_epi8(_mm_min_epu8(part, _mm_set1_epi8(c)), part); });
+    }
+    static Kinds<Bits> kinds(const char* p) {
+        return {.quotes = are(p, '\''),
+                .opens = are(p, '('),
+                .closes = are(p, ')'),
+                .commas = are(p, ','),
+                .semicolons = are(p, ';'),
+                .blanks = areAtMost(p, ' '),
+                .odd = bits(p, [](__m128i part) {
+                    return _mm_or_si128(_mm_or_si128(isOf(part, '/'), isOf(part, '\\')), isOf(part, '='));
+                })};
+    }
+};
+
+#define KP_WIDE [[gnu::target("avx512bw,bmi,bmi2,lzcnt,popcnt")]]
+
+/// The same for processors that look at 64 characters at once, where nearly all records end.
+struct WideBlocks {
+    using Bits = std::uint64_t;
+    KP_WIDE static Bits are(__m512i block, char c) { return _mm512_cmpeq_epi8_mask(block, _mm512_set1_epi8(c)); }
+    KP_WIDE static Bits areAtMost(const char* p, char c) {
+        return _mm512_cmple_epu8_mask(_mm512_loadu_si512(p), _mm512_set1_epi8(c));
+    }
+    KP_WIDE static Kinds<Bits> kinds(const char* p) {
+        const __m512i block = _mm512_loadu_si512(p);
+        return {.quotes = are(block, '\''),
+                .opens = are(block, '('),
+                .closes = are(block, ')'),
+                .commas = are(block, ','),
+                .semicolons = are(block, ';'),
+                .blanks = areAtMost(p, ' '),
+                .odd = are(block, '/') | are(block, '\\') | are(block, '=')};
+    }
+};
 
 #else
 
-inline Kinds kindsOf(const char* p) {
-    Kinds kinds;
-    for (unsigned i = 0; i < kBlock; ++i) {
-        const Bits bit = Bits{1} << i;
-        switch (p[i]) {
-        case '\'': kinds.quotes |= bit; break;
-        case '(': kinds.opens |= bit; break;
-        case ')': kinds.closes |= bit; break;
-        case ',': kinds.commas |= bit; break;
-        case ';': kinds.semicolons |= bit; break;
-        case '/':
-        case '\\':
-        case '=': kinds.odd |= bit; break;
-        default:
-            if (static_cast<unsigned char>(p[i]) <= ' ') kinds.blanks |= bit;
+struct Blocks {
+    using Bits = std::uint32_t;
+    static Kinds<Bits> kinds(const char* p) {
+        Kinds<Bits> kinds;
+        for (unsigned i = 0; i < 8 * sizeof(Bits); ++i) {
+            const Bits bit = Bits{1} << i;
+            switch (p[i]) {
+            case '\'': kinds.quotes |= bit; break;
+            case '(': kinds.opens |= bit; break;
+            case ')': kinds.closes |= bit; break;
+            case ',': kinds.commas |= bit; break;
+            case ';': kinds.semicolons |= bit; break;
+            case '/':
+            case '\\':
+            case '=': kinds.odd |= bit; break;
+            default:
+                if (static_cast<unsigned char>(p[i]) <= ' ') kinds.blanks |= bit;
+            }
         }
+        return kinds;
     }
-    return kinds;
-}
+    static Bits areAtMost(const char* p, char c) {
+        Bits bits = 0;
+        for (unsigned i = 0; i < 8 * sizeof(Bits); ++i)
+            if (static_cast<unsigned char>(p[i]) <= c) bits |= Bits{1} << i;
+        return bits;
+    }
+};
 
 #endif
 
 /// For each bit whether an odd number of them is set up to there.
+template <class Bits>
 inline Bits parity(Bits bits) {
-    for (unsigned shift = 1; shift < kBlock; shift *= 2) bits ^= bits << shift;
+    for (unsigned shift = 1; shift < 8 * sizeof(Bits); shift *= 2) bits ^= bits << shift;
     return bits;
 }
 
 /// Moves bits that stand at the start of a run of blanks behind it. `carry` becomes true where a run does not end.
+template <class Bits>
 inline Bits behindBlanks(Bits bits, Bits blanks, bool& carry) {
     const Bits starts = bits & blanks;
     const Bits sum = starts + blanks;
@@ -94,8 +126,14 @@ inline Bits behindBlanks(Bits bits, Bits blanks, bool& carry) {
     return (bits & ~blanks) | (starts ? sum & ~blanks : 0);
 }
 
-/// True where as many bits are set in one as in the other; without the instruction, which not every processor has.
-inline bool areAsMany(Bits a, Bits b) {
+/// Whether as many bits are set in both.
+#ifdef KP_WIDE
+KP_WIDE inline bool areAsMany(std::uint64_t a, std::uint64_t b) {
+    return std::popcount(a) == std::popcount(b);
+}
+#endif
+/// Without the instruction, which not every processor has.
+inline bool areAsMany(std::uint32_t a, std::uint32_t b) {
     std::uint64_t both = a | std::uint64_t{b} << 32;
     both -= (both >> 1) & 0x5555555555555555u;
     both = (both & 0x3333333333333333u) + ((both >> 2) & 0x3333333333333333u);
@@ -105,15 +143,17 @@ inline bool areAsMany(Bits a, Bits b) {
     return (both & 0xFF) == ((both >> 32) & 0xFF);
 }
 
+template <class Bits>
 inline Bits lowest(Bits bits) {
     return bits & (~bits + 1);
 }
 /// All bits above the highest one.
+template <class Bits>
 inline Bits above(Bits bits) {
-    return bits ? ~(kAll >> std::countl_zero(bits)) : kAll;
+    return bits ? ~(~Bits{0} >> std::countl_zero(bits)) : ~Bits{0};
 }
 
-/// The same as pass() for whatever records hold, character by character.
+/// The same for whatever records hold, character by character.
 ParameterScan::Result passSlowly(const char*& place, const char* end) {
     using Result = ParameterScan::Result;
     int depth = 0;
@@ -168,9 +208,14 @@ ParameterScan::Result passSlowly(const char*& place, const char* end) {
     return Result::cut;
 }
 
-} // namespace
-
-ParameterScan::Result ParameterScan::pass(const char*& place, const char* end) {
+/// See ParameterScan::Pass.
+template <class Block>
+[[gnu::always_inline]] inline ParameterScan::Result passBlocks(const char*& place, const char* end) {
+    using Result = ParameterScan::Result;
+    using Bits = typename Block::Bits;
+    constexpr Bits kAll = ~Bits{0};
+    constexpr unsigned kBlock = 8 * sizeof(Bits);
+    constexpr unsigned kLast = kBlock - 1;
     Bits inText = 0;           // all: the block begins within a text
     Bits lastOdd = 0;          // lowest bit: so was the character before the block
     bool isAfterComma = false; // only blanks stand between a ',' and the block
@@ -178,7 +223,7 @@ ParameterScan::Result ParameterScan::pass(const char*& place, const char* end) {
     bool isClosed = false;
     std::uint32_t depth = 0;
     for (const char* p = place; p < end; p += kBlock) {
-        const Kinds kinds = kindsOf(p);
+        const Kinds<Bits> kinds = Block::kinds(p);
         Bits text = inText;
         if (kinds.quotes) text ^= parity(kinds.quotes);
         const Bits semicolons = kinds.semicolons & ~text;
@@ -186,11 +231,10 @@ ParameterScan::Result ParameterScan::pass(const char*& place, const char* end) {
         const Bits outside = within & ~text;
         // Slash and equals sign do no harm in a text, a backslash may make an apostrophe mean something else, and a
         // line that begins in a text may look like a record.
-        if ((kinds.odd & outside) | (((kinds.odd << 1) | lastOdd) & kinds.quotes & within))
+        if ((kinds.odd & outside) | (((kinds.odd << 1) | lastOdd) & kinds.quotes & within) |
+            ((kinds.blanks & text & within) ? Block::areAtMost(p, ' ' - 1) & text & within : 0))
             return passSlowly(place, end);
         lastOdd = kinds.odd >> kLast;
-        for (Bits left = kinds.blanks & text & within; left; left &= left - 1)
-            if (p[std::countr_zero(left)] != ' ') return passSlowly(place, end);
 
         const Bits blanks = kinds.blanks & outside;
         const Bits opens = kinds.opens & outside;
@@ -214,7 +258,7 @@ ParameterScan::Result ParameterScan::pass(const char*& place, const char* end) {
             for (Bits left = opens | closes; left; left &= left - 1) {
                 if (isClosed) return Result::odd;
                 const Bits bit = lowest(left);
-                depth += opens & bit ? 1 : kAll;
+                depth += opens & bit ? 1u : ~0u;
                 if (depth == 0) {
                     isClosed = true;
                     behind = above(bit);
@@ -230,6 +274,26 @@ ParameterScan::Result ParameterScan::pass(const char*& place, const char* end) {
         inText = text >> kLast ? kAll : 0;
     }
     return Result::cut;
+}
+
+#ifdef KP_WIDE
+KP_WIDE ParameterScan::Result passWide(const char*& place, const char* end) {
+    return passBlocks<WideBlocks>(place, end);
+}
+#endif
+
+ParameterScan::Result passNarrow(const char*& place, const char* end) {
+    return passBlocks<Blocks>(place, end);
+}
+
+} // namespace
+
+std::vector<ParameterScan::Pass> ParameterScan::ways() {
+    std::vector<Pass> ways{passNarrow};
+#ifdef KP_WIDE
+    if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("bmi2")) ways.push_back(passWide);
+#endif
+    return ways;
 }
 
 } // namespace KP_SDAI

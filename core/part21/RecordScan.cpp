@@ -141,7 +141,7 @@ bool RecordScan::passRecords(const char*& place, ProgressMeter& progress) {
             const std::size_t entity = m_names.indexOf({keyword, static_cast<std::size_t>(behindKeyword - keyword)});
             if (!m_names.at(entity)) return false;
             const char* const parameters = p;
-            const ParameterScan::Result result = ParameterScan::pass(p, end());
+            const ParameterScan::Result result = m_pass(p, end());
             if (result == ParameterScan::Result::odd) return false;
             if (result == ParameterScan::Result::sound) {
                 KpIfcSlot* const slot = m_data.table.slot(name);

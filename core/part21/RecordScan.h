@@ -3,6 +3,7 @@
 #include "model/ModelData.h"
 #include "part21/ByteSource.h"
 #include "part21/EntityNames.h"
+#include "part21/ParameterScan.h"
 #include "part21/ProgressMeter.h"
 #include "part21/ScannedGlobalIds.h"
 
@@ -38,6 +39,7 @@ private:
     ModelData& m_data;
     const EntityNames& m_names;
     ScannedGlobalIds& m_globalIds;
+    const ParameterScan::Pass m_pass = ParameterScan::ways().back();
     std::vector<char> m_hasGlobalId; ///< whether entities have, by their places in m_names
     std::vector<std::size_t> m_counts;
     std::vector<char> m_buffer;

@@ -21,7 +21,7 @@ TEST(BenchTest, MeasuresEveryWorkload) {
     const Json& file = figures["files"][0];
     EXPECT_EQ(file["bytes"], contentOf(KP_SOURCE_DIR "/examples/small_house.ifc").size());
     EXPECT_GT(file["instances"], 100);
-    for (const char* workload : {"open", "write", "close"}) {
+    for (const char* workload : {"tokens", "open", "write", "close"}) {
         EXPECT_GT(file[workload]["megabytesPerSecond"], 0.0) << workload;
     }
     EXPECT_GT(file["memory"]["peakBytes"], file["bytes"]);
