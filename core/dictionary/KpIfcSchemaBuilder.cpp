@@ -19,9 +19,10 @@ void KpIfcSchemaBuilder::initSchemaVersion(IfcSchemaMajorVersion majorVersion, I
 }
 
 DictionaryInstance* KpIfcSchemaBuilder::find(const char* name) const {
-    if (DictionaryInstance* found = typeDictionary->at(name)) return found;
-    if (DictionaryInstance* found = entityDictionary->at(name)) return found;
-    if (DictionaryInstance* found = anonymousTypeDictionary->at(name)) return found;
+    const std::string_view text = name;
+    const std::size_t hash = Dictionary::hashOf(text);
+    for (const Dictionary* dictionary : {typeDictionary, entityDictionary, anonymousTypeDictionary})
+        if (DictionaryInstance* const found = dictionary->at(text, hash)) return found;
     return KpIfcSimpleType::find(name);
 }
 

@@ -12,6 +12,14 @@ KpIfcSimpleType::~KpIfcSimpleType() = default;
 KpIfcStringType::~KpIfcStringType() = default;
 KpIfcDefinedType::~KpIfcDefinedType() = default;
 
+std::vector<std::string> KpTypeCode::parameters() const {
+    std::vector<std::string> all;
+    for (const char* p = m_parameters.data(); p != m_parameters.data() + m_parameters.size();
+         p += all.back().size() + 1)
+        all.emplace_back(p);
+    return all;
+}
+
 KpIfcDefinedType::KpIfcDefinedType(const char* name, DictionaryInstance* underlying, bool declared) try
     : KpIfcNameType(name), m_owned(underlying), m_underlying(underlying), m_declared(declared) {
 } catch (...) { // the name's, before `underlying` is taken over

@@ -1,6 +1,7 @@
 #include "schema/KpIFC2X3SchemaBuilder.h"
 
 #include <memory>
+#include <utility>
 
 using namespace KP_SDAI;
 
@@ -15,7 +16,7 @@ void KpIFC2X3SchemaBuilder::addEnumerationType(const EnumerationType& type) {
         parameter << type.facts->literals[i];
         code->appendParameter(parameter);
     }
-    auto enumeration = std::make_unique<KpIfcEnumerationType>(nullptr, literals);
+    auto enumeration = std::make_unique<KpIfcEnumerationType>(nullptr, std::move(literals));
     enumeration->type(code.release());
     enumeration->facts(type.facts);
     typeDictionary->putAt(type.name, new KpIfcDefinedType(type.name, enumeration.release(), true));

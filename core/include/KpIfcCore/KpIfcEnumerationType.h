@@ -13,6 +13,8 @@ class KPIFCCORE_EXPORT KpIfcEnumerationType : public DictionaryInstance {
 public:
     /// Takes over the type code (the name in lower case, then every literal) and copies the literals.
     KpIfcEnumerationType(KpTypeCode* code, const std::list<KpAnsiString>& literals);
+    /// Takes over the literals, too.
+    KpIfcEnumerationType(KpTypeCode* code, std::list<KpAnsiString>&& literals);
     ~KpIfcEnumerationType() override;
 
     /// In upper case and schema order; the code of a literal is its place.

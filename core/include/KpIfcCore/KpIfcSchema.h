@@ -21,7 +21,10 @@ public:
     /// Stores an object under a name and takes ownership; an object of the same name is replaced.
     void putAt(const char* name, KP_SDAI::DictionaryInstance* object);
     /// Null where there is no such name.
-    KP_SDAI::DictionaryInstance* at(std::string_view name) const;
+    KP_SDAI::DictionaryInstance* at(std::string_view name) const { return at(name, hashOf(name)); }
+    /// The same for who looks for a name in several dictionaries.
+    KP_SDAI::DictionaryInstance* at(std::string_view name, std::size_t hash) const;
+    static std::size_t hashOf(std::string_view name);
     std::size_t count() const { return m_entries.size(); }
 
     struct Entry {
@@ -32,7 +35,7 @@ public:
     const std::vector<Entry>& entries() const { return m_entries; }
 
 private:
-    std::size_t place(std::string_view name) const;
+    std::size_t place(std::string_view name, std::size_t hash) const;
     void grow();
 
     std::vector<Entry> m_entries;

@@ -31,17 +31,18 @@ private:
 };
 
 /// What kind of type a dictionary object is, and the names that tell it apart.
-class KpTypeCode {
+class KPIFCCORE_EXPORT KpTypeCode {
 public:
     explicit KpTypeCode(KpTypeCodeKind kind) : m_kind(kind) {}
-    void appendParameter(const KpAny& parameter) { m_parameters.push_back(parameter.text()); }
+    void appendParameter(const KpAny& parameter) { m_parameters.append(parameter.text()).push_back('\0'); }
 
     KpTypeCodeKind kind() const { return m_kind; }
-    const std::vector<std::string>& parameters() const { return m_parameters; }
+    /// In the order in which they were appended.
+    std::vector<std::string> parameters() const;
 
 private:
     KpTypeCodeKind m_kind;
-    std::vector<std::string> m_parameters;
+    std::string m_parameters; ///< a zero behind each: there are thousands, which are hardly ever asked for
 };
 
 /// Anything that a dictionary holds under a name.
