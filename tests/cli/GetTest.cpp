@@ -104,6 +104,17 @@ TEST(GetProblemsTest, ToldAndInTheExitCode) {
     expectRefusal(folder.run("kpifc get model.ifc '#2'"), "#2 could not be understood");
 }
 
+TEST(GetProblemsTest, MissingFilesAreNoNames) {
+    const WorkFolder folder;
+    folder.write("model.ifc", smallModel());
+    for (const char* missing : {"missing.ifc", "missing.ifc.gz", "folder/missing"}) {
+        const Outcome outcome = folder.run(std::string("kpifc get model.ifc ") + missing + " '#1.Id'");
+        EXPECT_NE(outcome.exitCode, 0) << missing;
+        EXPECT_NE(outcome.err.find(missing), std::string::npos) << outcome.err;
+        EXPECT_EQ(outcome.err.find("instance name"), std::string::npos) << outcome.err;
+    }
+}
+
 TEST(GetProblemsTest, GlobalIdsThatComeTwiceNameNothing) {
     const WorkFolder folder;
     const std::string group = "=IFCGROUP('23emzg5$r6fA3IIhCrx3ZR',$,$,$,$);";

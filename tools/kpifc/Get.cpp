@@ -30,11 +30,18 @@ struct GetArguments {
     bool asJson = false;
 };
 
+/// Also of one that is missing, so that it is told as such: neither an instance name nor a GlobalId looks like that.
+bool looksLikeFile(const std::string& word) {
+    const std::string extension = std::filesystem::path(word).extension().string();
+    return word.find('/') != std::string::npos || extension == ".ifc" || extension == ".ifczip" || extension == ".gz" ||
+           extension == ".zip";
+}
+
 /// Of several operands names are those behind the last that is a file.
 void takeNames(GetArguments& arguments) {
     const auto isFile = [](const std::string& word) {
         std::error_code none;
-        return word == kStandardStream || std::filesystem::exists(word, none);
+        return word == kStandardStream || std::filesystem::exists(word, none) || looksLikeFile(word);
     };
     std::vector<std::string>& files = arguments.files;
     const auto last = std::find_if(files.rbegin(), files.rend() - 1, isFile).base();
