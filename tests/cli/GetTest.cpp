@@ -107,7 +107,7 @@ TEST(GetProblemsTest, ToldAndInTheExitCode) {
 TEST(GetProblemsTest, MissingFilesAreNoNames) {
     const WorkFolder folder;
     folder.write("model.ifc", smallModel());
-    for (const char* missing : {"missing.ifc", "missing.ifc.gz", "folder/missing"}) {
+    for (const char* missing : {"missing.ifc", "MISSING.IFC", "folder/missing"}) {
         const Outcome outcome = folder.run(std::string("kpifc get model.ifc ") + missing + " '#1.Id'");
         EXPECT_NE(outcome.exitCode, 0) << missing;
         EXPECT_NE(outcome.err.find(missing), std::string::npos) << outcome.err;

@@ -9,6 +9,7 @@
 #include "ValueStep.h"
 
 #include <KpIfcCore/KpIfcException.h>
+#include <KpIfcCore/KpTextCase.h>
 
 #include <fmt/format.h>
 
@@ -33,8 +34,9 @@ struct GetArguments {
 /// Also of one that is missing, so that it is told as such: neither an instance name nor a GlobalId looks like that.
 bool looksLikeFile(const std::string& word) {
     const std::string extension = std::filesystem::path(word).extension().string();
-    return word.find('/') != std::string::npos || extension == ".ifc" || extension == ".ifczip" || extension == ".gz" ||
-           extension == ".zip";
+    const auto isExtension = [&](const char* each) { return compareNoCase(extension.c_str(), each) == 0; };
+    return word.find('/') != std::string::npos || isExtension(".ifc") || isExtension(".ifczip") || isExtension(".gz") ||
+           isExtension(".zip");
 }
 
 /// Of several operands names are those behind the last that is a file.
